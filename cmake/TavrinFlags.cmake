@@ -1,0 +1,53 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# One interface target carries every flag, so that no target can forget one.
+add_library(tavrin_flags INTERFACE)
+target_compile_features(tavrin_flags INTERFACE cxx_std_20)
+target_include_directories(tavrin_flags INTERFACE "${PROJECT_SOURCE_DIR}/src")
+target_compile_options(
+    tavrin_flags
+    INTERFACE -Wall
+              -Wextra
+              -Wpedantic
+              -Wshadow
+              -Wconversion
+              -Wold-style-cast
+              -Wnon-virtual-dtor
+              -Woverloaded-virtual
+              $<$<BOOL:${TAVRIN_WERROR}>:-Werror>)
+target_compile_definitions(
+    tavrin_flags
+    INTERFACE QT_NO_CAST_FROM_ASCII
+              QT_NO_CAST_TO_ASCII
+              QT_NO_CAST_FROM_BYTEARRAY
+              QT_NO_URL_CAST_FROM_STRING
+              QT_NO_KEYWORDS
+              QT_NO_FOREACH
+              QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+              QT_STRICT_ITERATORS
+              QT_DISABLE_DEPRECATED_BEFORE=0x060400
+              TAVRIN_VERSION="${PROJECT_VERSION}")
+if(TAVRIN_SANITIZE)
+    target_compile_options(tavrin_flags INTERFACE -fsanitize=${TAVRIN_SANITIZE} -fno-omit-frame-pointer
+                                                  -fno-sanitize-recover=all)
+    target_link_options(tavrin_flags INTERFACE -fsanitize=${TAVRIN_SANITIZE})
+endif()
+
+# tavrin_library(name SOURCES... ) with the flags every library of the project has.
+function(tavrin_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(${name} PUBLIC tavrin_flags ${ARG_LINK})
+    set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
+# tavrin_test(name SOURCES... LINK...): one Qt Test program, run by ctest in a fixed locale and zone.
+function(tavrin_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON CXX_EXTENSIONS OFF)
+    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+    target_link_libraries(${name} PRIVATE tavrin_flags Qt6::Test ${ARG_LINK})
+    target_compile_definitions(${name} PRIVATE TAVRIN_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "LC_ALL=C.UTF-8;TZ=UTC;QT_QPA_PLATFORM=offscreen" TIMEOUT 300)
+endfunction()

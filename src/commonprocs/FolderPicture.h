@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "commonprocs/easyfile.h"
+
+#include <QHash>
+
+#include <memory>
+#include <unordered_map>
+
+/// What names stand in the folders of a batch, as far as a run needs to know: a folder is read once
+/// when several files share it, and the run's own moves keep the picture up to date. Answers which
+/// name base is free without a disk call per candidate, with a last-number hint for each base and
+/// extension, so that 100,000 files with one target name cost no more than distinct ones.
+///
+/// The answers equal those of createUniqueFileNameWithParentAndNameBase as long as nothing else
+/// changes the folder; the move's own NOREPLACE guards against the rest. Used by one thread.
+class FolderPicture
+{
+public:
+    explicit FolderPicture(FileManager &fileManager);
+    ~FolderPicture();
+
+    /// Announces that files of this folder will be asked for; folders announced more than once are
+    /// read whole at the first question.
+    void announce(const TFolderPtr &folder, qsizetype files = 1);
+    /// The base itself or "base-N" such that "base.extension" does not exist in the folder.
+    QString uniqueBase(const TFolder &folder, const QString &base, const QString &extension);
+    bool exists(const TFolder &folder, const QString &name);
+    /// The run moved a file: the old name is free, the new one taken.
+    void moved(const TFolder &folder, const QString &from, const QString &to);
+    /// A name was found taken although the picture said otherwise.
+    void taken(const TFolder &folder, const QString &name);
+    /// False when the folder cannot be written or entered.
+    bool canBeChanged(const TFolder &folder);
+
+private:
+    struct Folder;
+    Folder &picture(const TFolder &folder);
+
+    FileManager &m_fileManager;
+    std::unordered_map<const TFolder *, std::unique_ptr<Folder>> m_folders;
+};

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "commonprocs/TFileURL.h"
+#include "platform/FileManager.h"
+
+#include <QString>
+
+#include <list>
+#include <string_view>
+#include <unordered_map>
+
+/// How a move within a folder ended.
+struct TMoveResult
+{
+    enum class Way : quint8 {
+        Guarded,   ///< renameat2 with NOREPLACE
+        Linked,    ///< link + unlink, for file systems without NOREPLACE
+        Unguarded, ///< lstat + rename, the last resort
+        Itself,    ///< source and target are the same directory entry; nothing to do
+        Failed
+    };
+
+    Way way = Way::Failed;
+    int error = 0; ///< errno of a failure; 0 when the name itself was refused
+    QString text;  ///< for people, without the paths; empty on success
+
+    bool ok() const { return way != Way::Failed; }
+};
+
+/// Renames files within their folders without ever replacing anything. Keeps at most 64 folders
+/// open. Not thread-safe: one mover a thread.
+class FileMover
+{
+public:
+    explicit FileMover(FileManager &fileManager);
+    ~FileMover();
+    FileMover(const FileMover &) = delete;
+    FileMover &operator=(const FileMover &) = delete;
+
+    /// Refuses names that contain "/" or NUL, are "", "." or "..", or exceed 255 bytes.
+    TMoveResult move(const TFolder &folder, const QString &from, const QString &to);
+    /// lstat within the folder; a dangling link exists.
+    bool exists(const TFolder &folder, const QString &name);
+    /// 0 or an errno.
+    int status(const TFolder &folder, const QString &name, TFileStatus &out);
+
+private:
+    int openFolder(const TFolder &folder);
+
+    struct Open
+    {
+        QByteArray path;
+        int descriptor;
+    };
+    FileManager &m_fileManager;
+    std::list<Open> m_open; ///< most recently used first
+    std::unordered_map<std::string_view, std::list<Open>::iterator> m_index;
+};
+
+/// Why a name can never be a file's name in its folder; empty when it can.
+QString reasonToRefuseName(QStringView name);
+/// The system's text for an errno, with advice where there is some.
+QString textForErrno(int error);

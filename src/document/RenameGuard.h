@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "document/TErrorLog.h"
+
+#include <QString>
+
+#include <optional>
+
+/// The checks before a live run, in their fixed order, for the window and the command line alike.
+struct RenameGuard
+{
+    bool analysed = false; ///< an analysis has run
+    const TErrorLog *batchLog = nullptr;
+    bool hasProcessedFiles = false;
+    bool running = false;
+    qsizetype rules = 0;
+    qsizetype files = 0;
+    QString inaccessibleFolder; ///< sandboxed and without a grant; empty otherwise
+
+    enum class Verdict { Nothing, ShowErrors, Refused, AskForFolder, Confirm };
+    struct Answer
+    {
+        Verdict verdict = Verdict::Nothing;
+        QString title;
+        QString text;
+    };
+
+    /// The first check that fails, or the confirmation to ask for.
+    Answer check() const;
+};

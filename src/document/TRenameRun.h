@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "document/TMetadataSource.h"
+#include "document/TOptions.h"
+#include "document/TRenameOperation.h"
+#include "platform/Clock.h"
+#include "platform/FileManager.h"
+#include "platform/TResult.h"
+
+#include <atomic>
+#include <functional>
+#include <span>
+
+/// What became of one file.
+struct TRenameReport
+{
+    qsizetype index = 0;
+    QString finalName; ///< as written, or as it would have been
+    TErrorLog errors;  ///< the operation's list, which becomes the file's
+    QString failure;   ///< why it failed, for people; empty otherwise
+    bool success = false;
+    bool warning = false;   ///< the name had to be changed (empty or taken)
+    bool critical = false;  ///< the move failed
+    bool unchanged = false; ///< left out because its name would not change
+};
+
+struct TRenameSummary
+{
+    qsizetype renamed = 0;
+    qsizetype failed = 0;
+    qsizetype unchanged = 0;
+    qsizetype warnings = 0;
+    qsizetype criticals = 0;
+    bool interrupted = false;
+    QString rollbackLog; ///< path; empty when none could be written
+    QString problem;     ///< why the run stopped or has no log; empty otherwise
+};
+
+/// One live run over a batch. Moves happen on the calling thread in list order, names are evaluated
+/// ahead and logs are encoded on a thread of the run's own. Every run leaves a rollback log; a
+/// journal with the whole plan is synced before the first move.
+class TRenameRun
+{
+public:
+    struct Settings
+    {
+        TRuleList rules;                                     ///< a prepared copy for this run only
+        std::unique_ptr<TExtensionHandler> extensionHandler; ///< copyForRun
+        TOptions options;
+        QString logsFolder;         ///< where rollback logs go; empty: no rollback log, no journal
+        bool requireJournal = true; ///< refuse to start when no journal can be made
+    };
+    /// Lines of the human-readable log, in order; may be empty.
+    using TextLog = std::function<void(const QString &)>;
+    using Report = std::function<void(const TRenameReport &)>;
+
+    /// The doors and the files are not owned and must outlive the run.
+    TRenameRun(FileManager &fileManager, const Clock &clock, std::span<const TFileItem> files,
+               Settings settings);
+    ~TRenameRun();
+
+    /// Files that cannot be read again or whose facts changed are still tried; the move decides.
+    void setMetadataSource(TMetadataSource *source) { m_metadata = source; }
+    void setTextLog(TextLog textLog) { m_textLog = std::move(textLog); }
+    /// Makes the journal and syncs the plan; nothing has moved yet. A failure's message says why
+    /// the run could not be undone.
+    TResult<bool> prepare();
+    /// Runs to the end or until abort is set (read before each move). report is called on the
+    /// calling thread after each file, in list order.
+    TRenameSummary run(const Report &report, const std::atomic<bool> &abort);
+
+private:
+    class Private;
+    FileManager &m_fileManager;
+    const Clock &m_clock;
+    std::span<const TFileItem> m_files;
+    Settings m_settings;
+    TMetadataSource *m_metadata = nullptr;
+    TextLog m_textLog;
+    std::unique_ptr<Private> m_private;
+};

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Clock.h"
+#include "platform/TResult.h"
+#include "rollback/TRenameTRX.h"
+
+#include <QSaveFile>
+
+#include <memory>
+#include <vector>
+
+class KeyedArchiver;
+
+/// "Rename Batch Run - 2025-07-03, 14.05.09 (rollback data).renameLog" in local time.
+QString rollbackLogName(TDate date);
+
+/// Writes the rollback log of one run record by record, so that a million of them need no memory,
+/// and puts it in place at once when the run has ended. Used by one thread.
+class RollbackLogWriter
+{
+public:
+    /// A temporary file in the folder; failure says why.
+    static TResult<std::unique_ptr<RollbackLogWriter>> create(const QString &logsFolder);
+    ~RollbackLogWriter();
+
+    void append(const TRenameTRX &transaction);
+    /// Puts the log in place under the name for the date; an earlier log of the same second is
+    /// replaced, unless keepOthers is set: then the next free second is taken. The path, or why
+    /// not.
+    TResult<QString> finish(TDate date, bool keepOthers = false);
+
+private:
+    RollbackLogWriter();
+    class Private;
+    std::unique_ptr<Private> m_private;
+};
+
+/// A whole log; the message of a failure names what is wrong with it.
+TResult<std::vector<TRenameTRX>> readRollbackLog(const QString &path);
+
+/// A saved log, as lists show it.
+struct SavedRollbackLog
+{
+    QString path;
+    QString name; ///< without extension
+    TDate date;   ///< modification of the file
+    qsizetype files = 0;
+};
+/// All logs of the folder, newest first; unreadable ones have -1 files.
+std::vector<SavedRollbackLog> savedRollbackLogs(const QString &logsFolder);

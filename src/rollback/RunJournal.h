@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "commonprocs/TFileItem.h"
+#include "platform/Clock.h"
+#include "platform/TResult.h"
+
+#include <memory>
+
+/// The plan of a run, on disk before the first move, so that a crash or power cut at any moment
+/// loses no record: <logs>/.running/<uuid>.journal, locked while the run lives. Used by one thread
+/// at a time. Layout: docs/file-formats.md.
+class RunJournal
+{
+public:
+    static TResult<std::unique_ptr<RunJournal>>
+    create(const QString &logsFolder, const Clock &clock, FileManager &fileManager);
+    ~RunJournal();
+
+    /// Adds a file to the plan, in list order.
+    void addFile(const TFileItem &item);
+    /// Writes and syncs the plan. False: nothing may be moved; problem() says why.
+    [[nodiscard]] bool syncPlan();
+    /// True for files whose inode will not tell afterwards (several links, file systems without
+    /// lasting inodes): their intents must be synced before they move.
+    bool needsIntent(qsizetype index) const;
+    /// Announces where a file is about to go; grouped by 64. Call syncIntents before moving any.
+    void addIntent(qsizetype index, const QString &newName);
+    [[nodiscard]] bool syncIntents();
+    /// After a move; buffered, never synced. A failed write is remembered in problem().
+    void recordMove(qsizetype index, const QString &newName);
+    /// The rollback log is in place: marks the journal finished and keeps the last 50.
+    void finish();
+    const QString &problem() const;
+    QString path() const;
+
+private:
+    RunJournal();
+    class Private;
+    std::unique_ptr<Private> m_private;
+};
+
+/// What became of an interrupted run.
+struct RecoveredRun
+{
+    QString rollbackLog; ///< path of the log that was written; empty when it could not be
+    qsizetype files = 0;
+    qsizetype renamed = 0;
+    qsizetype unknown = 0; ///< files found neither by inode nor by record
+    QString problem;       ///< why the journal could not be turned into a log; empty otherwise
+};
+
+/// Turns every journal whose run no longer lives into a rollback log. Journals of living runs
+/// (locked ones) are left alone.
+std::vector<RecoveredRun> recoverInterruptedRuns(const QString &logsFolder,
+                                                 FileManager &fileManager, const Clock &clock);
