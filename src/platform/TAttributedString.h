@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/TCoder.h"
 #include "platform/TColor.h"
 
 #include <QString>
@@ -33,6 +34,7 @@ public:
     /// Appends a stretch with the given colours; an empty one changes nothing.
     void append(QStringView text, TColor background = {}, TColor foreground = {});
 
+    static TArchiveClass archiveClass();
     void encodeWithCoder(TEncoder &coder) const;
     void initWithCoder(const TDecoder &coder);
 

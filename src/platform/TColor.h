@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QString>
+#include "platform/TCoder.h"
 
-class TDecoder;
-class TEncoder;
+#include <QString>
 
 /// A display colour without any drawing library: three channels of 0 to 255, or no colour at all.
 class TColor
@@ -26,6 +25,7 @@ public:
     /// Six upper-case hexadecimal digits; "" when unset.
     QString hex() const;
 
+    static TArchiveClass archiveClass();
     void encodeWithCoder(TEncoder &coder) const;
     void initWithCoder(const TDecoder &coder);
 

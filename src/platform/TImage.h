@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/TCoder.h"
+
 #include <QMetaType>
 #include <QString>
-
-class TDecoder;
-class TEncoder;
 
 /// An image by its resource name ("text puzzle white"). The pixels are the user interface's
 /// business; records and archives only carry the name.
@@ -21,6 +20,7 @@ public:
     bool isSet() const { return !m_name.isEmpty(); }
     const QString &name() const { return m_name; }
 
+    static TArchiveClass archiveClass();
     void encodeWithCoder(TEncoder &coder) const;
     void initWithCoder(const TDecoder &coder);
 
