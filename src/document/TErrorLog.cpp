@@ -1,1 +1,76 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/TErrorLog.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+const TErrorTypes &TErrorLog::addErrorOfType(int errClass, const QString &description)
+{
+    return m_entries.emplace_back(TErrorTypes::newErrorWithClass(errClass, description));
+}
+
+qsizetype TErrorLog::numberOfErrorsWithType(int errClass) const
+{
+    return std::count_if(m_entries.begin(), m_entries.end(),
+                         [errClass](const TErrorTypes &e) { return e.errClass == errClass; });
+}
+
+int TErrorLog::currentStatus() const
+{
+    int status = TErrorTypes::kNone;
+    for (const TErrorTypes &entry : m_entries)
+        status = std::max(status, entry.errClass);
+    return status;
+}
+
+TImage TErrorLog::currentStatusImage() const
+{
+    switch (currentStatus()) {
+    case TErrorTypes::kWarning:
+        return TImage(u"achtung"_s);
+    case TErrorTypes::kCritical:
+        return TImage(u"stop"_s);
+    default:
+        return TImage(u"tick"_s);
+    }
+}
+
+void TErrorLog::encode(TEncoder &coder, QLatin1StringView key) const
+{
+    coder.encodeArray(
+        key, count(), [](qsizetype) { return TErrorTypes::archiveClass(); },
+        [this](qsizetype i, TEncoder &element) {
+            m_entries[static_cast<std::size_t>(i)].encodeWithCoder(element);
+        });
+}
+
+TErrorLog TErrorLog::decode(const TDecoder &coder, QLatin1StringView key)
+{
+    TErrorLog log;
+    coder.decodeArray(key, [&log](const TDecoder &element) {
+        log.m_entries.emplace_back().initWithCoder(element);
+    });
+    return log;
+}
+
+QString formatted(QLatin1StringView format, std::initializer_list<QString> arguments)
+{
+    QString text;
+    qsizetype length = format.size();
+    for (const QString &argument : arguments)
+        length += argument.size();
+    text.reserve(length);
+    auto argument = arguments.begin();
+    for (qsizetype i = 0; i < format.size(); ++i) {
+        const QLatin1StringView rest = format.sliced(i);
+        const qsizetype place = rest.startsWith("%@"_L1) ? 2 : rest.startsWith("%ld"_L1) ? 3 : 0;
+        if (place == 0 || argument == arguments.end()) {
+            text += format[i];
+            continue;
+        }
+        text += *argument++;
+        i += place - 1;
+    }
+    return text;
+}

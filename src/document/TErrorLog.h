@@ -4,6 +4,8 @@
 #include "document/TErrorTypes.h"
 #include "platform/TImage.h"
 
+#include <QMetaType>
+
 #include <vector>
 
 /// Problems in the order reported, of a file or of a whole batch. A value.
@@ -37,6 +39,8 @@ public:
 private:
     std::vector<TErrorTypes> m_entries;
 };
+
+Q_DECLARE_METATYPE(TErrorLog)
 
 /// Text of a format with "%@" and "%ld" places filled in order.
 QString formatted(QLatin1StringView format, std::initializer_list<QString> arguments);

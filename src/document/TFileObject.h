@@ -47,10 +47,15 @@ public:
     TFileURL sourceURL() const;
     TFileURL targetURL() const;
     void setTargetURL(const TFileURL &url);
+    /// "target-" and the name until the first analysis.
     QString targetName() const;
     void setTargetName(const QString &name);
-    TAttributedString attributedTargetName() const;
-    void setAttributedTargetName(const TAttributedString &name);
+    const TAttributedString &attributedTargetName() const { return m_attributedTargetName; }
+    void setAttributedTargetName(TAttributedString name)
+    {
+        m_attributedTargetName = std::move(name);
+    }
+    /// The new extension with its period, in red.
     TAttributedString attributedTargetExtension() const;
     void setAttributedTargetExtension(const TAttributedString &extension);
     qint64 size() const;
@@ -63,6 +68,9 @@ public:
     void setID3(TMetadataPtr tags) { m_id3 = std::move(tags); }
     bool hasBeenProcessed() const { return m_hasBeenProcessed; }
     void setHasBeenProcessed(bool processed) { m_hasBeenProcessed = processed; }
+    /// Reserved for media metadata and lyrics: carried, archived and copied, filled by nobody.
+    QVariant avMetadata() const;
+    QString avLyrics() const;
     /// Location and facts as workers take them.
     const TFileItem &item() const { return m_item; }
 
@@ -89,7 +97,7 @@ private:
     TMetadataPtr m_imageProperties;
     TMetadataPtr m_id3;
     QString m_targetName;
-    std::vector<TAttributedString::Run> m_targetRuns;
+    TAttributedString m_attributedTargetName;
     QString m_targetExtension; ///< with its period; shown in red
     TErrorLog m_errLog;
     std::unique_ptr<Side> m_side;
