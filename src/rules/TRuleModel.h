@@ -19,6 +19,7 @@ struct TRuleDict
     QString partial;      ///< the latest cleaned fragment; null when there was none
     /// The patterns of this name exceeded their step budget: a run must leave the file alone.
     bool tookTooLong = false;
+    TDate now; ///< the moment of evaluation; unset: the system clock is asked
 };
 
 /// Base of all naming rules: identity, colour, tile, evaluation protocol, copying and archiving.
@@ -47,7 +48,7 @@ public:
     virtual void setProperties(const QVariantMap &properties);
     /// A fresh rule of the same class with the receiver's properties.
     std::shared_ptr<TRuleModel> copy() const;
-    /// A rule of the same class as init leaves it.
+    /// A fresh rule of the same class, with its defaults and the next palette colour.
     virtual std::shared_ptr<TRuleModel> newInstance() const = 0;
 
     virtual TArchiveClass archiveClass() const = 0;
@@ -76,6 +77,7 @@ protected:
     /// integers start at 0.
     struct Decoding
     {
+        explicit Decoding() = default;
     };
     explicit TRuleModel(Decoding) {}
 
