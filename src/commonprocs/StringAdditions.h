@@ -5,7 +5,12 @@
 
 /// The string operations that rules share. Lengths and positions count UTF-16 units.
 
-/// Greedy lower-case Roman numeral; "" for 0 and below; thousands repeat "m" without limit.
+/// No text is padded by more than this, so that a wild width cannot exhaust the memory. Far beyond
+/// any file name.
+constexpr qsizetype kMaxPadding = 1 << 20;
+
+/// Greedy lower-case Roman numeral; "" for 0 and below; thousands repeat "m" without limit (but no
+/// longer than kMaxPadding units of them).
 QString romanNumeralsFromInt(qint64 value);
 /// The string without its first (last) n units; "" when n is at least the length.
 QString stringByDroppingFistNCharactes(const QString &string, qint64 n);
@@ -15,8 +20,14 @@ QString insertBlankbeforeUpperCaseTransition(const QString &string);
 /// The path without its first component: the first keeps a leading "/", the second does not.
 QString stringByDroppingFirstPathComponent(const QString &path);
 QString stringByRemovingFirstPathComponent(const QString &path);
-/// Plain substring test; an empty needle is contained.
+/// Plain substring test; an empty needle is contained. Ignoring case folds character by character.
 bool containsString(const QString &string, const QString &needle, bool caseSensitive);
+/// Every occurrence replaced, left to right, literally. Ignoring case folds character by character,
+/// so that "ß" and "ss" differ. An empty needle changes nothing.
+QString stringByReplacing(const QString &string, const QString &needle, const QString &replacement,
+                          bool caseSensitive);
+/// Every character (code point) that occurs in characters removed.
+QString stringByRemovingCharacters(const QString &string, const QString &characters);
 /// White space and line breaks trimmed at both ends (Unicode White_Space).
 QString stringByTrimmingWhitespace(const QString &string);
 /// Full Unicode case conversion without locale.
@@ -24,3 +35,5 @@ QString upperCased(const QString &string);
 QString lowerCased(const QString &string);
 /// The character for a padding index: "0", " ", "*", "-", "_", any other "x".
 QChar paddingCharacter(qint64 index);
+/// How many padding characters bring a text of the given length to the width; 0 when none.
+qsizetype missingPadding(qint64 width, qsizetype length);
