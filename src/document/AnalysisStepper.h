@@ -28,6 +28,9 @@ public:
         bool colorCode = true;
         bool duplicatesAreCritical = false;
         qint64 batchSize = 0;
+        /// Where the extension handler reports: the document's own batch log, not the run's. May be
+        /// null.
+        TErrorLog *extensionLog = nullptr;
     };
 
     explicit AnalysisStepper(Settings settings);
@@ -36,8 +39,7 @@ public:
     /// Evaluates the next file in place: clears its errLog, sets name and extension, tests for a
     /// duplicate. batchLog receives every entry that the run reports.
     void step(TFileObject &file, TErrorLog &batchLog);
-    /// The same for facts, on an entry of the stepper's own. extensionLog is where the extension
-    /// handler reports (the document's own batch log; null in the command line).
+    /// The same for facts, on an entry of the stepper's own.
     TAnalysisResult step(const TFileItem &item, const TMetadataSource::Metadata &metadata,
                          TErrorLog &batchLog);
     qsizetype index() const { return m_index; }

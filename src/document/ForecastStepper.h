@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "commonprocs/FolderPicture.h"
+#include "document/MovePlanner.h"
 #include "document/TMetadataSource.h"
 #include "document/TRenameOperation.h"
 
@@ -32,7 +32,7 @@ public:
 
 private:
     Settings m_settings;
-    FolderPicture m_folders;
+    MovePlanner m_planner;
     TFileObject m_file;
     qsizetype m_index = 0;
 };

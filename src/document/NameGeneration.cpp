@@ -1,1 +1,86 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/NameGeneration.h"
+
+#include "commonprocs/StringAdditions.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView kNoRulesError{"No rules defined. You need at least one naming rule"};
+constexpr QLatin1StringView kNoRulesName{"No Rules"};
+constexpr QLatin1StringView kEmptyNameError{"Rules evaluate to empty name."};
+constexpr TColor kExtensionColor{255, 0, 0};
+
+} // namespace
+
+namespace NameGeneration {
+
+QString postProcessFragment(const QString &fragment, const TOptions &options)
+{
+    if (fragment.isNull())
+        return u""_s;
+    if (options.compliance != 0 || !(fragment.contains(u':') || fragment.contains(u'/')))
+        return fragment;
+    QString cleaned = fragment;
+    cleaned.replace(u':', u'_');
+    cleaned.replace(u'/', u'_');
+    return cleaned;
+}
+
+QString postProcessFull(const QString &name)
+{
+    return stringByTrimmingWhitespace(name);
+}
+
+TAttributedString applyRuleSet(const TRuleList *rules, TFileObject &file, qsizetype index,
+                               TErrorLog *log, TRuleDict &dict, const TOptions &options,
+                               bool colorCode)
+{
+    if (!rules) {
+        if (log)
+            log->addErrorOfType(TErrorTypes::kCritical, kNoRulesError);
+        return TAttributedString(kNoRulesName);
+    }
+    if (rules->empty()) {
+        file.logErrorType(TErrorTypes::kCritical, kNoRulesError, log);
+        return TAttributedString(kNoRulesName);
+    }
+    TRuleDict own = dict;
+    own.result = u""_s;
+    own.partial = u""_s;
+    TAttributedString name;
+    for (const TRulePtr &rule : *rules) {
+        const qint64 savedID = rule->theID();
+        rule->setTheID(index);
+        own.partial = postProcessFragment(rule->processWithFileObject(file, log, own), options);
+        name.append(own.partial, colorCode ? rule->theColor() : TColor());
+        own.result = name.string();
+        QString rewritten = name.string();
+        if (rule->postProcessResult(rewritten, log, own))
+            name = TAttributedString(rewritten, rule->theColor(), TColor());
+        rule->setTheID(savedID);
+    }
+    if (postProcessFull(name.string()).isEmpty())
+        file.logErrorType(TErrorTypes::kCritical, kEmptyNameError, log);
+    dict.tookTooLong = own.tookTooLong;
+    return name;
+}
+
+TAttributedString processExtensionForFile(TExtensionHandler &handler, TFileObject &file,
+                                          TErrorLog *batchLog, const TRuleDict &dict)
+{
+    if (handler.handlingMethod() == TExtensionHandler::kUnchanged)
+        return {};
+    TRuleDict own = dict;
+    const QString extension = handler.processWithFileObject(file, batchLog, own);
+    return TAttributedString(u'.' + extension, TColor(), kExtensionColor);
+}
+
+void prepareAllRules(const TRuleList &rules)
+{
+    for (const TRulePtr &rule : rules)
+        rule->prepareToStart();
+}
+
+} // namespace NameGeneration

@@ -12,6 +12,8 @@ struct RenameGuard
 {
     bool analysed = false; ///< an analysis has run
     const TErrorLog *batchLog = nullptr;
+    /// The caller has no list of problems to show, so the second test for critical errors speaks.
+    bool skipErrorList = false;
     bool hasProcessedFiles = false;
     bool running = false;
     qsizetype rules = 0;

@@ -54,7 +54,7 @@ TErrorLog TErrorLog::decode(const TDecoder &coder, QLatin1StringView key)
     return log;
 }
 
-QString formatted(QLatin1StringView format, std::initializer_list<QString> arguments)
+QString formatted(QStringView format, std::initializer_list<QString> arguments)
 {
     QString text;
     qsizetype length = format.size();
@@ -63,7 +63,7 @@ QString formatted(QLatin1StringView format, std::initializer_list<QString> argum
     text.reserve(length);
     auto argument = arguments.begin();
     for (qsizetype i = 0; i < format.size(); ++i) {
-        const QLatin1StringView rest = format.sliced(i);
+        const QStringView rest = format.sliced(i);
         const qsizetype place = rest.startsWith("%@"_L1) ? 2 : rest.startsWith("%ld"_L1) ? 3 : 0;
         if (place == 0 || argument == arguments.end()) {
             text += format[i];
@@ -73,4 +73,9 @@ QString formatted(QLatin1StringView format, std::initializer_list<QString> argum
         i += place - 1;
     }
     return text;
+}
+
+QString formatted(QLatin1StringView format, std::initializer_list<QString> arguments)
+{
+    return formatted(QString(format), arguments);
 }

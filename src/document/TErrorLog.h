@@ -43,4 +43,5 @@ private:
 Q_DECLARE_METATYPE(TErrorLog)
 
 /// Text of a format with "%@" and "%ld" places filled in order.
+QString formatted(QStringView format, std::initializer_list<QString> arguments);
 QString formatted(QLatin1StringView format, std::initializer_list<QString> arguments);

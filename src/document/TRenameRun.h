@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <span>
 
 /// What became of one file.
@@ -51,7 +52,8 @@ public:
         QString logsFolder;         ///< where rollback logs go; empty: no rollback log, no journal
         bool requireJournal = true; ///< refuse to start when no journal can be made
     };
-    /// Lines of the human-readable log, in order; may be empty.
+    /// Lines of the human-readable log, in order; called on the run's own thread but never by two
+    /// at once. May be empty.
     using TextLog = std::function<void(const QString &)>;
     using Report = std::function<void(const TRenameReport &)>;
 
