@@ -1,0 +1,16 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Speeds building up where the tools are installed. Both choices can be turned off or made by hand.
+option(TAVRIN_FAST_TOOLS "Use ccache and the mold linker where they are installed" ON)
+if(NOT TAVRIN_FAST_TOOLS)
+    return()
+endif()
+
+find_program(TAVRIN_CCACHE ccache)
+if(TAVRIN_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${TAVRIN_CCACHE}")
+endif()
+
+find_program(TAVRIN_MOLD mold)
+if(TAVRIN_MOLD AND NOT "${CMAKE_EXE_LINKER_FLAGS}" MATCHES "-fuse-ld=")
+    add_link_options(-fuse-ld=mold)
+endif()
