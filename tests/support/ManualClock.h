@@ -7,7 +7,10 @@
 class ManualClock : public Clock
 {
 public:
-    explicit ManualClock(TDate date) : m_now(date) {}
+    explicit ManualClock(TDate date)
+        : m_now(date)
+    {
+    }
     TDate now() const override { return m_now; }
     void set(TDate date) { m_now = date; }
 
