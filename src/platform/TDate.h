@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QMetaType>
 #include <QtGlobal>
 
 #include <limits>
@@ -28,3 +29,5 @@ struct TDate
     }
     friend constexpr auto operator<=>(const TDate &, const TDate &) = default;
 };
+
+Q_DECLARE_METATYPE(TDate)
