@@ -1,0 +1,274 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/BinaryPlistWriter.h"
+
+#include <QtEndian>
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <limits>
+
+using namespace BinaryPlistFormat;
+
+namespace {
+
+constexpr qsizetype kBufferSize = 65536;
+constexpr int kRefSize = 4;
+constexpr quint64 kMaxObjects = std::numeric_limits<quint32>::max();
+constexpr unsigned kMarkBits = 2;
+
+int bytesFor(quint64 value)
+{
+    if (value <= 0xFF)
+        return 1;
+    if (value <= 0xFFFF)
+        return 2;
+    return value <= 0xFFFFFFFF ? 4 : 8;
+}
+
+/// Low half of the marker of a number of 2^n bytes.
+quint8 sizeExponent(int bytes)
+{
+    return static_cast<quint8>(std::countr_zero(static_cast<unsigned>(bytes)));
+}
+
+bool isAscii(QStringView text)
+{
+    char16_t all = 0;
+    for (const QChar unit : text)
+        all = static_cast<char16_t>(all | unit.unicode());
+    return all < 0x80;
+}
+
+} // namespace
+
+BinaryPlistWriter::BinaryPlistWriter(QIODevice &device)
+    : m_device(device)
+    , m_buffer(static_cast<size_t>(kBufferSize))
+{
+    putBytes(kMagic, kMagicSize);
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::begin()
+{
+    closeLast();
+    m_failed = m_failed || m_count >= kMaxObjects;
+    m_lastStart = m_position;
+    m_lastMark = Mark::None;
+    m_open = true;
+    return static_cast<Ref>(m_count++);
+}
+
+void BinaryPlistWriter::closeLast()
+{
+    if (!m_open)
+        return;
+    m_open = false;
+    ++m_marked[static_cast<size_t>(m_lastMark)];
+    quint64 rest = ((m_position - m_lastStart) << kMarkBits) | static_cast<quint64>(m_lastMark);
+    while (rest > 0x7F) {
+        m_lengths.push_back(static_cast<quint8>(rest | 0x80));
+        rest >>= 7U;
+    }
+    m_lengths.push_back(static_cast<quint8>(rest));
+}
+
+void BinaryPlistWriter::putByte(quint8 byte)
+{
+    if (m_used == kBufferSize)
+        flush();
+    m_buffer[static_cast<size_t>(m_used++)] = static_cast<char>(byte);
+    ++m_position;
+}
+
+void BinaryPlistWriter::putBytes(const void *bytes, qsizetype size)
+{
+    const char *from = static_cast<const char *>(bytes);
+    m_position += static_cast<quint64>(size);
+    while (size > 0) {
+        if (m_used == kBufferSize)
+            flush();
+        const qsizetype part = std::min(size, kBufferSize - m_used);
+        std::memcpy(m_buffer.data() + m_used, from, static_cast<size_t>(part));
+        m_used += part;
+        from += part;
+        size -= part;
+    }
+}
+
+void BinaryPlistWriter::putNumber(quint64 value, int size)
+{
+    const quint64 swapped = qToBigEndian(value);
+    putBytes(reinterpret_cast<const char *>(&swapped) + (8 - size), size);
+}
+
+void BinaryPlistWriter::putCount(Marker marker, quint64 count)
+{
+    if (count < kLongCount) {
+        putByte(static_cast<quint8>(marker | count));
+        return;
+    }
+    putByte(marker | kLongCount);
+    const int size = bytesFor(count);
+    putByte(kInteger | sizeExponent(size));
+    putNumber(count, size);
+}
+
+void BinaryPlistWriter::flush()
+{
+    if (m_used > 0 && m_device.write(m_buffer.data(), m_used) != m_used)
+        m_failed = true;
+    m_used = 0;
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeBool(bool value)
+{
+    const Ref ref = begin();
+    putByte(value ? kTrueByte : kFalseByte);
+    return ref;
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeInteger(qint64 value)
+{
+    const Ref ref = begin();
+    // Only numbers of eight bytes have a sign.
+    const int size = value < 0 ? 8 : bytesFor(static_cast<quint64>(value));
+    putByte(kInteger | sizeExponent(size));
+    putNumber(static_cast<quint64>(value), size);
+    return ref;
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeUnsigned(quint64 value)
+{
+    if (value <= static_cast<quint64>(std::numeric_limits<qint64>::max()))
+        return writeInteger(static_cast<qint64>(value));
+    const Ref ref = begin();
+    putByte(kInteger | sizeExponent(16));
+    putNumber(0, 8);
+    putNumber(value, 8);
+    return ref;
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeReal(double value)
+{
+    const Ref ref = begin();
+    putByte(kReal | sizeExponent(8));
+    putNumber(std::bit_cast<quint64>(value), 8);
+    return ref;
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeData(QByteArrayView value)
+{
+    const Ref ref = begin();
+    putCount(kData, static_cast<quint64>(value.size()));
+    putBytes(value.data(), value.size());
+    return ref;
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeString(QStringView value)
+{
+    constexpr qsizetype kPart = 512;
+    const Ref ref = begin();
+    const bool ascii = isAscii(value);
+    putCount(ascii ? kAscii : kUtf16, static_cast<quint64>(value.size()));
+    for (qsizetype done = 0; done < value.size(); done += kPart) {
+        const QStringView part = value.mid(done, kPart);
+        if (ascii) {
+            char bytes[kPart];
+            std::transform(part.begin(), part.end(), bytes,
+                           [](QChar unit) { return static_cast<char>(unit.unicode()); });
+            putBytes(bytes, part.size());
+        } else {
+            char16_t units[kPart];
+            qToBigEndian<char16_t>(part.utf16(), part.size(), units);
+            putBytes(units, part.size() * 2);
+        }
+    }
+    return ref;
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeAscii(QLatin1StringView value)
+{
+    const Ref ref = begin();
+    putCount(kAscii, static_cast<quint64>(value.size()));
+    putBytes(value.data(), value.size());
+    return ref;
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeUid(quint32 value)
+{
+    const Ref ref = begin();
+    const int size = bytesFor(value);
+    putByte(static_cast<quint8>(kUid | (size - 1)));
+    putNumber(value, size);
+    return ref;
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeArray(std::span<const Ref> elements)
+{
+    const Ref ref = begin();
+    putCount(kArray, elements.size());
+    for (const Ref element : elements)
+        putNumber(element, kRefSize);
+    return ref;
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeDictionary(std::span<const Entry> entries)
+{
+    const Ref ref = begin();
+    putCount(kDictionary, entries.size());
+    for (const Entry &entry : entries)
+        putNumber(entry.key, kRefSize);
+    for (const Entry &entry : entries)
+        putNumber(entry.value, kRefSize);
+    return ref;
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeArrayOfMarked(Mark mark)
+{
+    closeLast();
+    quint64 index = 0;
+    // The lengths of the objects so far are read while this array, the next one, is written.
+    const Ref ref = begin();
+    putCount(kArray, m_marked[static_cast<size_t>(mark)]);
+    forEachObject([&](quint64, Mark objectMark) {
+        if (objectMark == mark)
+            putNumber(index, kRefSize);
+        ++index;
+    });
+    return ref;
+}
+
+void BinaryPlistWriter::forEachObject(const std::function<void(quint64, Mark)> &call) const
+{
+    quint64 offset = kMagicSize;
+    quint64 value = 0;
+    unsigned shift = 0;
+    for (const quint8 byte : m_lengths) {
+        value |= static_cast<quint64>(byte & 0x7FU) << shift;
+        shift += 7;
+        if ((byte & 0x80U) != 0)
+            continue;
+        call(offset, static_cast<Mark>(value & ((1U << kMarkBits) - 1)));
+        offset += value >> kMarkBits;
+        value = 0;
+        shift = 0;
+    }
+}
+
+bool BinaryPlistWriter::finish(Ref top)
+{
+    closeLast();
+    const quint64 tableOffset = m_position;
+    const int offsetSize = bytesFor(tableOffset);
+    forEachObject([&](quint64 offset, Mark) { putNumber(offset, offsetSize); });
+    for (quint64 i = 0; i < kTrailerUnused; ++i)
+        putByte(0);
+    putByte(static_cast<quint8>(offsetSize));
+    putByte(kRefSize);
+    putNumber(m_count, 8);
+    putNumber(top, 8);
+    putNumber(tableOffset, 8);
+    flush();
+    return !m_failed;
+}
