@@ -5,8 +5,11 @@
 
 #include <QString>
 
-/// Elements of a date in the user's locale (LC_ALL, LC_TIME, LANG) and zone (TZ). Formatters are
-/// kept per thread, locale and style. Numbers carry no leading zeros.
+/// Elements of a date in the user's locale (LC_ALL, LC_TIME, LANG) and zone (TZ, else the
+/// system's). Numbers are those of the Gregorian calendar and carry no leading zeros; texts follow
+/// the locale. Of an unset date every text is "" and every number 0. Any thread may call:
+/// formatters are kept per thread for the locale and zone in force, and a change of either takes
+/// effect at once.
 namespace TimeUtils {
 
 QString systemLongDate(TDate date);
