@@ -1,1 +1,353 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "commonprocs/FolderPicture.h"
+
+#include "commonprocs/ByteNames.h"
+
+#include <QVarLengthArray>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <functional>
+#include <optional>
+#include <unistd.h>
+#include <unordered_map>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype kWorthReading = 2;
+constexpr qsizetype kLongestNumber = 18; ///< digits that a qint64 surely holds
+
+constexpr char kCaseBit = 0x20;
+
+using NameBytes = QVarLengthArray<char, 512>;
+
+bool isLetter(char byte)
+{
+    return (byte | kCaseBit) >= 'a' && (byte | kCaseBit) <= 'z';
+}
+
+void append(NameBytes &out, QStringView text, bool folds)
+{
+    const QString folded = folds ? text.toString().toCaseFolded() : QString();
+    const QStringView name = folds ? QStringView(folded) : text;
+    const qsizetype start = out.size();
+    out.resize(start + name.size() * ByteNames::kMaxBytesPerUnit);
+    out.resize(start + ByteNames::toBytes(name, out.data() + start));
+}
+
+Hash128 hashOf(const NameBytes &name)
+{
+    return Hash128::of(QByteArrayView(name));
+}
+
+Hash128 hashOf(QStringView name, bool folds)
+{
+    NameBytes bytes;
+    append(bytes, name, folds);
+    return hashOf(bytes);
+}
+
+/// What the hints of a base and an extension are kept under: no file name has a "/".
+Hash128 hintKey(QByteArrayView base, QByteArrayView extension)
+{
+    NameBytes bytes;
+    bytes.append(base.data(), base.size());
+    bytes.append('/');
+    bytes.append(extension.data(), extension.size());
+    return hashOf(bytes);
+}
+
+struct LowHalf
+{
+    std::size_t operator()(const Hash128 &hash) const { return hash.low; }
+};
+
+/// Which numbers of one base and extension are worth a test; 0 is the base without a number. All
+/// below next are taken, but for those that moves have freed again.
+struct Hint
+{
+    qint64 next = 0;
+    std::vector<qint64> freed; ///< a heap, smallest first
+
+    void free(qint64 number)
+    {
+        if (number >= next)
+            return;
+        freed.push_back(number);
+        std::push_heap(freed.begin(), freed.end(), std::greater());
+    }
+    void dropSmallestFreed()
+    {
+        std::pop_heap(freed.begin(), freed.end(), std::greater());
+        freed.pop_back();
+    }
+};
+
+/// "photo-12" is the candidate 12 of "photo"; no number when it cannot be one.
+std::optional<std::pair<QByteArrayView, qint64>> splitNumber(QByteArrayView base)
+{
+    qsizetype start = base.size();
+    while (start > 0 && base[start - 1] >= '0' && base[start - 1] <= '9')
+        --start;
+    const qsizetype digits = base.size() - start;
+    if (digits == 0 || digits > kLongestNumber || base[start] == '0' || start == 0 ||
+        base[start - 1] != '-')
+        return {};
+    qint64 number = 0;
+    std::from_chars(base.data() + start, base.data() + base.size(), number);
+    return std::pair(base.first(start - 1), number);
+}
+
+} // namespace
+
+enum class FolderPicture::Answer : quint8 { Taken, Free, AskDisk };
+
+struct FolderPicture::Folder
+{
+    qsizetype announced = 0;
+    bool isComplete = false; ///< the names are all there are; else the disk is asked too
+    bool folds = false;      ///< upper and lower case are the same
+    bool isDecided = false;  ///< whether to read it whole, at the first question
+    std::optional<bool> canBeChanged;
+    HashSet128 present;
+    HashSet128 gone; ///< what the run's moves have freed, while incomplete
+    std::unordered_map<Hash128, Hint, LowHalf> hints;
+
+    Answer lookUp(Hash128 name) const
+    {
+        if (present.contains(name))
+            return Answer::Taken;
+        return isComplete || gone.contains(name) ? Answer::Free : Answer::AskDisk;
+    }
+    void take(Hash128 name)
+    {
+        present.insert(name);
+        if (!isComplete)
+            gone.remove(name);
+    }
+    void free(QStringView name);
+};
+
+void FolderPicture::Folder::free(QStringView name)
+{
+    NameBytes bytes;
+    append(bytes, name, folds);
+    const Hash128 hash = hashOf(bytes);
+    present.remove(hash);
+    if (!isComplete)
+        gone.insert(hash);
+    if (hints.empty())
+        return;
+    // Any of its dots may be the one that stands between some base and its extension.
+    const QByteArrayView whole(bytes);
+    const auto tell = [this](QByteArrayView base, QByteArrayView extension, qint64 number) {
+        if (const auto hint = hints.find(hintKey(base, extension)); hint != hints.end())
+            hint->second.free(number);
+    };
+    for (qsizetype dot = whole.indexOf('.'); dot >= 0; dot = whole.indexOf('.', dot + 1)) {
+        tell(whole.first(dot), whole.sliced(dot + 1), 0);
+        if (const auto split = splitNumber(whole.first(dot)))
+            tell(split->first, whole.sliced(dot + 1), split->second);
+    }
+}
+
+/// The names that are tried for one base and extension, by number.
+class FolderPicture::Candidates
+{
+public:
+    Candidates(const QString &base, const QString &extension, bool folds)
+        : m_base(base)
+        , m_extension(extension)
+    {
+        append(m_bytes, base, folds);
+        m_baseSize = m_bytes.size();
+        append(m_extensionBytes, extension, folds);
+    }
+
+    /// A "/" in them leads out of the folder, and so out of its picture.
+    bool leadOut() const { return m_base.contains(u'/') || m_extension.contains(u'/'); }
+
+    Hash128 key() const
+    {
+        return hintKey(QByteArrayView(m_bytes.data(), m_baseSize),
+                       QByteArrayView(m_extensionBytes));
+    }
+    QString base(qint64 number) const
+    {
+        return number == 0 ? m_base : m_base + u'-' + QString::number(number);
+    }
+    QString name(qint64 number) const { return base(number) + u'.' + m_extension; }
+    Hash128 hash(qint64 number)
+    {
+        m_bytes.resize(m_baseSize);
+        if (number > 0) {
+            std::array<char, kLongestNumber + 2> digits{};
+            const char *const end =
+                std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+            m_bytes.append('-');
+            m_bytes.append(digits.data(), end - digits.data());
+        }
+        m_bytes.append('.');
+        m_bytes.append(m_extensionBytes.data(), m_extensionBytes.size());
+        return hashOf(m_bytes);
+    }
+
+private:
+    const QString &m_base;
+    const QString &m_extension;
+    NameBytes m_bytes;
+    NameBytes m_extensionBytes;
+    qsizetype m_baseSize = 0;
+};
+
+FolderPicture::FolderPicture(FileManager &fileManager)
+    : m_fileManager(fileManager)
+    , m_disk(fileManager)
+{
+}
+
+FolderPicture::~FolderPicture() = default;
+
+FolderPicture::Folder &FolderPicture::find(const TFolder &folder)
+{
+    if (m_last != nullptr && m_lastPath == folder.bytes())
+        return *m_last;
+    Folder *&found = m_byPath[folder.bytes()];
+    if (found == nullptr) {
+        // The same folder by another path, over a link, has the same names.
+        TFileStatus status;
+        const bool isKnown = m_disk.status(folder, u"."_s, status) == 0;
+        Folder *const alias =
+            isKnown ? m_byIdentity[std::pair(status.device, status.inode)] : nullptr;
+        if (alias == nullptr)
+            m_folders.push_back(std::make_unique<Folder>());
+        found = alias != nullptr ? alias : m_folders.back().get();
+        if (isKnown)
+            m_byIdentity[std::pair(status.device, status.inode)] = found;
+    }
+    m_lastPath = folder.bytes();
+    m_last = found;
+    return *found;
+}
+
+void FolderPicture::announce(const TFolderPtr &folder, qsizetype files)
+{
+    find(*folder).announced += files;
+}
+
+FolderPicture::Folder &FolderPicture::picture(const TFolder &folder)
+{
+    Folder &found = find(folder);
+    if (!found.isDecided) {
+        found.isDecided = true;
+        if (found.announced >= kWorthReading)
+            read(found, folder);
+    }
+    return found;
+}
+
+void FolderPicture::read(Folder &picture, const TFolder &folder)
+{
+    const int descriptor = m_fileManager.openFolder(folder.bytes());
+    if (descriptor < 0)
+        return;
+    HashSet128 names;
+    names.insert(hashOf(u".", false));
+    names.insert(hashOf(u"..", false));
+    QByteArray sample;
+    const int error =
+        m_fileManager.list(descriptor, [&](const char *name, TFileStatus::Kind, quint64) {
+            const QByteArrayView bytes(name);
+            names.insert(Hash128::of(bytes));
+            if (sample.isEmpty() && std::ranges::any_of(bytes, isLetter))
+                sample = bytes.toByteArray();
+        });
+    m_fileManager.closeFolder(descriptor);
+    if (error != 0)
+        return;
+    picture.folds = ignoresCase(folder, sample, names);
+    if (picture.folds)
+        return;
+    picture.present = std::move(names);
+    picture.isComplete = true;
+}
+
+bool FolderPicture::ignoresCase(const TFolder &folder, const QByteArray &sample,
+                                const HashSet128 &names)
+{
+    QByteArray other = sample;
+    const auto letter = std::ranges::find_if(other, isLetter);
+    if (letter == other.end())
+        return false;
+    *letter = static_cast<char>(*letter ^ kCaseBit);
+    TFileStatus status;
+    TFileStatus otherStatus;
+    return !names.contains(Hash128::of(other)) &&
+           m_disk.status(folder, ByteNames::fromBytes(sample), status) == 0 &&
+           m_disk.status(folder, ByteNames::fromBytes(other), otherStatus) == 0 &&
+           status.inode == otherStatus.inode;
+}
+
+QString FolderPicture::uniqueBase(const TFolder &folder, const QString &base,
+                                  const QString &extension)
+{
+    Folder &known = picture(folder);
+    Candidates candidates(base, extension, known.folds);
+    const auto isFree = [&](qint64 number) {
+        const Answer answer =
+            candidates.leadOut() ? Answer::AskDisk : known.lookUp(candidates.hash(number));
+        return answer == Answer::AskDisk ? !m_disk.exists(folder, candidates.name(number))
+                                         : answer == Answer::Free;
+    };
+    const auto firstFree = [&isFree](Hint &hint) {
+        for (; !hint.freed.empty(); hint.dropSmallestFreed())
+            if (isFree(hint.freed.front()))
+                return hint.freed.front();
+        while (!isFree(hint.next))
+            ++hint.next;
+        return hint.next;
+    };
+    if (candidates.leadOut()) { // moves in this folder say nothing about those names
+        Hint fresh;
+        return candidates.base(firstFree(fresh));
+    }
+    auto hint = known.hints.empty() ? known.hints.end() : known.hints.find(candidates.key());
+    if (hint == known.hints.end()) {
+        if (isFree(0))
+            return base;
+        hint = known.hints.try_emplace(candidates.key(), Hint{1, {}}).first;
+    }
+    return candidates.base(firstFree(hint->second));
+}
+
+bool FolderPicture::exists(const TFolder &folder, const QString &name)
+{
+    const Folder &known = picture(folder);
+    const Answer answer =
+        name.contains(u'/') ? Answer::AskDisk : known.lookUp(hashOf(name, known.folds));
+    return answer == Answer::AskDisk ? m_disk.exists(folder, name) : answer == Answer::Taken;
+}
+
+void FolderPicture::moved(const TFolder &folder, const QString &from, const QString &to)
+{
+    Folder &known = picture(folder);
+    known.free(from);
+    known.take(hashOf(to, known.folds));
+}
+
+void FolderPicture::taken(const TFolder &folder, const QString &name)
+{
+    Folder &known = picture(folder);
+    known.take(hashOf(name, known.folds));
+}
+
+bool FolderPicture::canBeChanged(const TFolder &folder)
+{
+    Folder &known = find(folder);
+    if (!known.canBeChanged)
+        known.canBeChanged = m_fileManager.access(folder.bytes(), W_OK | X_OK) == 0;
+    return *known.canBeChanged;
+}

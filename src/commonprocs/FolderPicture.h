@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "commonprocs/HashSet128.h"
 #include "commonprocs/easyfile.h"
 
 #include <QHash>
 
+#include <map>
 #include <memory>
-#include <unordered_map>
+#include <utility>
+#include <vector>
 
 /// What names stand in the folders of a batch, as far as a run needs to know: a folder is read once
 /// when several files share it, and the run's own moves keep the picture up to date. Answers which
@@ -14,12 +17,17 @@
 /// extension, so that 100,000 files with one target name cost no more than distinct ones.
 ///
 /// The answers equal those of createUniqueFileNameWithParentAndNameBase as long as nothing else
-/// changes the folder; the move's own NOREPLACE guards against the rest. Used by one thread.
+/// changes the folder; the move's own NOREPLACE guards against the rest. Folders of one file, and
+/// those that do not tell upper from lower case, are asked on the disk instead, with the run's own
+/// moves laid over the answers. Used by one thread.
 class FolderPicture
 {
 public:
+    /// fileManager is not owned.
     explicit FolderPicture(FileManager &fileManager);
     ~FolderPicture();
+    FolderPicture(const FolderPicture &) = delete;
+    FolderPicture &operator=(const FolderPicture &) = delete;
 
     /// Announces that files of this folder will be asked for; folders announced more than once are
     /// read whole at the first question.
@@ -36,8 +44,19 @@ public:
 
 private:
     struct Folder;
+    class Candidates;
+    enum class Answer : quint8;
+
+    Folder &find(const TFolder &folder);
     Folder &picture(const TFolder &folder);
+    void read(Folder &picture, const TFolder &folder);
+    bool ignoresCase(const TFolder &folder, const QByteArray &sample, const HashSet128 &names);
 
     FileManager &m_fileManager;
-    std::unordered_map<const TFolder *, std::unique_ptr<Folder>> m_folders;
+    FileMover m_disk;
+    std::vector<std::unique_ptr<Folder>> m_folders;
+    QHash<QByteArray, Folder *> m_byPath;
+    std::map<std::pair<quint64, quint64>, Folder *> m_byIdentity; ///< device and inode
+    QByteArray m_lastPath;
+    Folder *m_last = nullptr;
 };

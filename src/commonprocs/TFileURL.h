@@ -69,6 +69,10 @@ private:
 
 Q_DECLARE_METATYPE(TFileURL)
 
+/// The path as an absolute one with single slashes and none at its end; a relative path stands in
+/// the current folder. Neither links nor "." and ".." are resolved.
+QString absolutePath(const QString &path);
+
 /// Where a name splits into base and extension. A dot that leads the name starts no extension, a
 /// name that ends in a dot has none and keeps its dot.
 qsizetype extensionDot(QStringView name); ///< index of the dot; -1 when there is no extension

@@ -4,6 +4,7 @@
 #include "commonprocs/TFileURL.h"
 #include "platform/FileManager.h"
 
+#include <QSet>
 #include <QString>
 
 #include <list>
@@ -29,10 +30,18 @@ struct TMoveResult
 };
 
 /// Renames files within their folders without ever replacing anything. Keeps at most 64 folders
-/// open. Not thread-safe: one mover a thread.
+/// open, which are those of the files and not of the paths: a folder that somebody moves meanwhile
+/// is still the same. Not thread-safe: one mover a thread.
+///
+/// Where a file system does not tell upper from lower case, the new name of a file may already
+/// "exist" because it is the file's own; such a move takes two guarded steps over a name of its
+/// own, since one rename would change nothing.
 class FileMover
 {
 public:
+    static constexpr std::size_t kMostOpenFolders = 64;
+
+    /// fileManager is not owned.
     explicit FileMover(FileManager &fileManager);
     ~FileMover();
     FileMover(const FileMover &) = delete;
@@ -46,16 +55,33 @@ public:
     int status(const TFolder &folder, const QString &name, TFileStatus &out);
 
 private:
-    int openFolder(const TFolder &folder);
-
     struct Open
     {
         QByteArray path;
         int descriptor;
     };
+    /// One move that is to be made: names within an open folder.
+    struct Names
+    {
+        const TFolder &folder;
+        int descriptor;
+        QByteArray from;
+        QByteArray to;
+    };
+
+    int openFolder(const TFolder &folder);
+    void closeFolders(std::size_t keep);
+    TMoveResult step(const Names &names);
+    TMoveResult stepByLink(const Names &names);
+    TMoveResult stepUnguarded(const Names &names);
+    bool isOwnOtherSpelling(const Names &names);
+    TMoveResult respell(const Names &names);
+    void warnUnguarded(const TFolder &folder);
+
     FileManager &m_fileManager;
     std::list<Open> m_open; ///< most recently used first
     std::unordered_map<std::string_view, std::list<Open>::iterator> m_index;
+    QSet<QByteArray> m_warned; ///< folders whose unguarded moves have been logged
 };
 
 /// Why a name can never be a file's name in its folder; empty when it can.
