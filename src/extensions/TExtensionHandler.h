@@ -17,9 +17,11 @@ class TExtensionHandler
 {
 public:
     enum Method : qint64 { kUnchanged = 0, kReplace = 1, kMap = 2, kStrip = 3, kRegEx = 4 };
+    enum CaseHandling : qint64 { kCaseAsItIs = 0, kUpperCase = 1, kLowerCase = 2 };
+    /// What the pattern works on; any other value stands for the extension too.
+    enum RegAccess : qint64 { kWholeName = 0, kNameWithoutExtension = 1, kExtension = 2 };
 
     TExtensionHandler();
-    ~TExtensionHandler();
     TExtensionHandler(const TExtensionHandler &) = delete;
     TExtensionHandler &operator=(const TExtensionHandler &) = delete;
 
@@ -32,8 +34,10 @@ public:
     /// The new extension without its period. Sets dict.tookTooLong (and logs level 2 on the file)
     /// when the pattern exceeds its budget; otherwise never logs.
     QString processWithFileObject(TFileObject &file, TErrorLog *errorLog, TRuleDict &dict);
+    /// The target of the first row that matches; without one, the replacer or the extension itself.
     QString mapExtensionFor(const QString &extension) const;
     QString handleCaseFor(const QString &extension) const;
+    /// "" for a pattern or replacement that is invalid or takes too long.
     QString handleRegExFor(const QString &text);
 
     /// Summary for the interface.
@@ -48,7 +52,9 @@ public:
     void setHandlingMethod(qint64 method) { m_handlingMethod = method; }
     const std::vector<TExtensionMap> &mapArray() const { return m_mapArray; }
     void setMapArray(std::vector<TExtensionMap> map) { m_mapArray = std::move(map); }
+    /// An index beyond the table stands for its end.
     void insertObjectInMapArrayAtIndex(const TExtensionMap &row, qsizetype index);
+    /// Does nothing for an index beyond the table.
     void removeObjectFromMapArrayAtIndex(qsizetype index);
     const QString &replacer() const { return m_replacer; }
     void setReplacer(const QString &replacer) { m_replacer = replacer; }
@@ -59,21 +65,24 @@ public:
     qint64 ignoreCase() const { return m_ignoreCase; }
     void setIgnoreCase(qint64 ignore) { m_ignoreCase = ignore; }
     const QString &regEx() const { return m_regEx; }
-    void setRegEx(const QString &pattern);
+    void setRegEx(const QString &pattern) { m_regEx = pattern; }
     qint64 regAccess() const { return m_regAccess; }
     void setRegAccess(qint64 access) { m_regAccess = access; }
     const QString &rePattern() const { return m_rePattern; }
-    void setRePattern(const QString &replacement);
+    void setRePattern(const QString &replacement) { m_rePattern = replacement; }
 
 private:
-    qint64 m_handlingMethod;
+    QString textForRegEx(const TFileObject &file) const;
+    QString rewrite(const QString &text, RegexReplacer::Budget &budget);
+
+    qint64 m_handlingMethod = kUnchanged;
     std::vector<TExtensionMap> m_mapArray;
     QString m_replacer;
-    qint64 m_caseHandling;
-    qint64 m_mapRemainderChoice;
-    qint64 m_ignoreCase;
+    qint64 m_caseHandling = kCaseAsItIs;
+    qint64 m_mapRemainderChoice = 0;
+    qint64 m_ignoreCase = 1;
     QString m_regEx;
-    qint64 m_regAccess;
+    qint64 m_regAccess = kExtension;
     QString m_rePattern;
-    RegexReplacer m_compiled; ///< made at first use after a change
+    RegexReplacer m_compiled; ///< made anew at the first use after a change
 };
