@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "commonprocs/TFolderAccess.h"
+
+#include "commonprocs/Sandboxing.h"
+#include "commonprocs/URLListProcessing.h"
+#include "settings/logging.h"
+
+#include <algorithm>
+#include <array>
+#include <fcntl.h>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::array kArchiveClass{"TFolderAccess", "NSObject"};
+constexpr auto kTheBookmark = "theBookmark"_L1;
+constexpr auto kHaveAccess = "haveAccess"_L1;
+
+std::optional<std::pair<quint64, quint64>> identityOf(const TFileURL &url)
+{
+    DiskFileManager disk;
+    TFileStatus status;
+    if (disk.status(AT_FDCWD, url.fileSystemPath(), true, status) != 0)
+        return std::nullopt;
+    return std::pair(status.device, status.inode);
+}
+
+bool isSameFolder(const TFileURL &a, const TFileURL &b)
+{
+    if (a == b)
+        return true;
+    const auto identity = identityOf(a);
+    return identity && identity == identityOf(b);
+}
+
+} // namespace
+
+TFolderAccess TFolderAccess::folderWithURL(const TFileURL &url, bool fromDrag)
+{
+    TFolderAccess folder;
+    folder.m_theURL = url;
+    if (!sandboxIsOn())
+        folder.m_haveAccess = true;
+    else if (fromDrag)
+        folder.grant();
+    return folder;
+}
+
+void TFolderAccess::grant()
+{
+    m_haveAccess = true;
+    m_theBookmark = sandBoxURLtoAppScopedBookmark(m_theURL);
+    startSecureAcessToURL(m_theURL);
+}
+
+void TFolderAccess::gotAuthorized(const TFileURL &chosen)
+{
+    if (!isSameFolder(chosen, m_theURL)) {
+        zelWarn(u"FolderAccess Manager"_s, u" authorized "_s + chosen.path() +
+                                               u" is not same as requestes "_s + m_theURL.path() +
+                                               u'.');
+        return;
+    }
+    if (sandboxIsOn())
+        grant();
+    else
+        m_theURL = chosen;
+}
+
+void TFolderAccess::handleSandboxedURL()
+{
+    if (m_theURL.isValid())
+        return;
+    m_theURL = AppScopedBookmarkToURL(m_theBookmark);
+    if (m_theURL.isValid())
+        startSecureAcessToURL(m_theURL);
+    else
+        zelWarn(u"sandboxing issue"_s,
+                u" theSecureURL returned nil on bookmark = "_s + QString::fromUtf8(m_theBookmark));
+}
+
+TArchiveClass TFolderAccess::archiveClass()
+{
+    return kArchiveClass;
+}
+
+void TFolderAccess::encodeWithCoder(TEncoder &coder) const
+{
+    coder.encodeData(kTheBookmark, m_theBookmark);
+    coder.encodeBool(kHaveAccess, m_haveAccess);
+}
+
+void TFolderAccess::initWithCoder(const TDecoder &coder)
+{
+    m_theBookmark = coder.decodeData(kTheBookmark);
+    handleSandboxedURL();
+    m_haveAccess = coder.decodeBool(kHaveAccess);
+}
+
+bool TFolderAccessList::URLexists(const TFileURL &url) const
+{
+    if (m_paths.contains(url.path()))
+        return true;
+    const auto identity = identityOf(url);
+    return identity && m_identities.contains(*identity);
+}
+
+void TFolderAccessList::addFolder(const TFileURL &url, bool fromDrag)
+{
+    if (URLexists(url))
+        return;
+    m_folders.push_back(TFolderAccess::folderWithURL(url, fromDrag));
+    m_paths.insert(url.path());
+    if (const auto identity = identityOf(url))
+        m_identities.insert(*identity);
+}
+
+void TFolderAccessList::addFolders(const QList<TFileURL> &urls, bool fromDrag)
+{
+    for (const TFileURL &url : urls)
+        addFolder(url, fromDrag);
+}
+
+void TFolderAccessList::addParentFolderIfNeededForURL(const TFileURL &url)
+{
+    // Most files of a batch share their folder, so its path is looked up before anything is made.
+    if (url.isValid() && !m_paths.contains(url.folder()->path()))
+        addFolder(url.deletingLastPathComponent(), false);
+}
+
+qsizetype TFolderAccessList::numberOfNonAccess() const
+{
+    return std::count_if(m_folders.begin(), m_folders.end(),
+                         [](const TFolderAccess &folder) { return !folder.haveAccess(); });
+}
+
+QList<TFileURL> TFolderAccessList::inaccessibleFolders() const
+{
+    QList<TFileURL> urls;
+    for (const TFolderAccess &folder : m_folders)
+        if (!folder.haveAccess())
+            urls += folder.theURL();
+    return urls;
+}
+
+TFolderAccess *TFolderAccessList::firstInaccessible()
+{
+    const auto found =
+        std::find_if(m_folders.begin(), m_folders.end(),
+                     [](const TFolderAccess &folder) { return !folder.haveAccess(); });
+    return found == m_folders.end() ? nullptr : &*found;
+}
