@@ -1,1 +1,110 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "metadata/TCSVAggregator.h"
+
+#include "commonprocs/ByteNames.h"
+#include "commonprocs/easyfile.h"
+#include "metadata/TCSVParser.h"
+
+#include <QFile>
+#include <QHash>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr char16_t kComma = u',';
+constexpr qsizetype kLongestShared = 64; ///< longer fields seldom repeat
+
+/// Opens for reading; the reason why not when it cannot be.
+QString openFile(const QString &path, QFile &file)
+{
+    const int descriptor = open(ByteNames::toBytes(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        return textForErrno(errno);
+    struct stat status = {};
+    if (fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode)) {
+        close(descriptor);
+        return textForErrno(EISDIR);
+    }
+    file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
+              QFileDevice::AutoCloseHandle);
+    return {};
+}
+
+QString forPeople(const TCSVError &error)
+{
+    if (error.code != TCSVError::kUnexpectedDelimiter)
+        return error.text;
+    return u"%1 (row %2)"_s.arg(error.text, QString::number(error.record));
+}
+
+} // namespace
+
+void TCSVAggregator::parserDidBeginDocument(TCSVParser &)
+{
+    m_lines = std::make_shared<TStringTable>();
+    m_error.reset();
+    m_cells = 0;
+}
+
+void TCSVAggregator::parserDidBeginLine(TCSVParser &, qsizetype)
+{
+    m_line = {};
+    if (!m_lines->empty())
+        m_line.reserve(m_lines->back().size());
+}
+
+void TCSVAggregator::parserDidReadField(TCSVParser &parser, QStringView field, qsizetype)
+{
+    m_line.append(shared(field));
+    if (++m_cells > kMaxCells)
+        parser.fail(TCSVError::kTooLarge, u"The table has more than 50 million cells."_s);
+}
+
+void TCSVAggregator::parserDidEndLine(TCSVParser &, qsizetype)
+{
+    m_lines->push_back(std::exchange(m_line, {}));
+}
+
+void TCSVAggregator::parserDidFailWithError(TCSVParser &, const TCSVError &error)
+{
+    m_lines.reset();
+    m_error = error;
+}
+
+QString TCSVAggregator::shared(QStringView field)
+{
+    if (field.size() > kLongestShared)
+        return field.toString();
+    QString &recent = m_recent[qHash(field) % m_recent.size()];
+    if (recent.isNull() || recent != field)
+        recent = field.toString();
+    return recent;
+}
+
+TStringTablePtr rowsWithContentsOfCSVFile(const QString &path, QString *problem)
+{
+    QFile file;
+    QString why = openFile(path, file);
+    if (why.isEmpty() && file.size() > TCSVStream::kMaxBytes)
+        why = TCSVStream::tooLargeText();
+    TStringTablePtr rows;
+    if (why.isEmpty()) {
+        TCSVStream stream(file);
+        TCSVParser parser(&stream, kComma);
+        TCSVAggregator aggregator;
+        parser.setDelegate(&aggregator);
+        parser.parse();
+        rows = aggregator.lines();
+        if (aggregator.error())
+            why = forPeople(*aggregator.error());
+    }
+    if (problem != nullptr)
+        *problem = why;
+    return rows;
+}
