@@ -73,7 +73,7 @@ void doors()
 
 } // namespace
 
-class tst_queues : public QObject
+class TestQueues : public QObject
 {
     Q_OBJECT
 
@@ -109,7 +109,7 @@ private Q_SLOTS:
     void handlersMayChangeSubscriptions();
 };
 
-void tst_queues::jobsRunInOrderOneAtATime()
+void TestQueues::jobsRunInOrderOneAtATime()
 {
     std::vector<int> order; // touched by the worker alone
     std::atomic<int> inside = 0;
@@ -129,7 +129,7 @@ void tst_queues::jobsRunInOrderOneAtATime()
     QVERIFY(std::is_sorted(order.begin(), order.end()));
 }
 
-void tst_queues::cancelStopsTheJobInHandAndDropsTheRest()
+void TestQueues::cancelStopsTheJobInHandAndDropsTheRest()
 {
     Gate gate;
     bool sawStop = false;
@@ -150,7 +150,7 @@ void tst_queues::cancelStopsTheJobInHandAndDropsTheRest()
     QVERIFY(!secondRan);
 }
 
-void tst_queues::queueRunsOnAfterCancel()
+void TestQueues::queueRunsOnAfterCancel()
 {
     WorkerQueue queue;
     queue.cancel();
@@ -160,7 +160,7 @@ void tst_queues::queueRunsOnAfterCancel()
     QVERIFY(!stopped);
 }
 
-void tst_queues::suspendedQueueFinishesTheJobInHandOnly()
+void TestQueues::suspendedQueueFinishesTheJobInHandOnly()
 {
     Gate gate;
     std::atomic<int> finished = 0;
@@ -180,7 +180,7 @@ void tst_queues::suspendedQueueFinishesTheJobInHandOnly()
     QCOMPARE(finished, 2);
 }
 
-void tst_queues::waitGivesUpWhenStopped()
+void TestQueues::waitGivesUpWhenStopped()
 {
     WorkerQueue queue;
     queue.suspend();
@@ -190,7 +190,7 @@ void tst_queues::waitGivesUpWhenStopped()
     QVERIFY(!queue.wait(stop.get_token()));
 }
 
-void tst_queues::jobsMayAddJobs()
+void TestQueues::jobsMayAddJobs()
 {
     WorkerQueue queue;
     int depth = 0;
@@ -203,7 +203,7 @@ void tst_queues::jobsMayAddJobs()
     QCOMPARE(depth, 100);
 }
 
-void tst_queues::destructionStopsAndJoins()
+void TestQueues::destructionStopsAndJoins()
 {
     std::binary_semaphore started{0};
     bool ended = false;
@@ -225,7 +225,7 @@ void tst_queues::destructionStopsAndJoins()
     QCOMPARE(held.use_count(), 1);
 }
 
-void tst_queues::postsKeepTheirOrder()
+void TestQueues::postsKeepTheirOrder()
 {
     QFETCH(bool, useQt);
     Door door(useQt);
@@ -238,7 +238,7 @@ void tst_queues::postsKeepTheirOrder()
     QVERIFY(std::is_sorted(order.begin(), order.end()));
 }
 
-void tst_queues::postOnTheMainThreadRunsLater()
+void TestQueues::postOnTheMainThreadRunsLater()
 {
     QFETCH(bool, useQt);
     Door door(useQt);
@@ -248,7 +248,7 @@ void tst_queues::postOnTheMainThreadRunsLater()
     QVERIFY(door.runUntil([&] { return ran; }));
 }
 
-void tst_queues::waitSeesItsResult()
+void TestQueues::waitSeesItsResult()
 {
     QFETCH(bool, useQt);
     Door door(useQt);
@@ -269,7 +269,7 @@ void tst_queues::waitSeesItsResult()
     QCOMPARE(result, u"asked"_s);
 }
 
-void tst_queues::waitOnTheMainThreadRunsAtOnce()
+void TestQueues::waitOnTheMainThreadRunsAtOnce()
 {
     QFETCH(bool, useQt);
     Door door(useQt);
@@ -278,7 +278,7 @@ void tst_queues::waitOnTheMainThreadRunsAtOnce()
     QVERIFY(ran);
 }
 
-void tst_queues::stoppedWaitNeverRuns()
+void TestQueues::stoppedWaitNeverRuns()
 {
     QFETCH(bool, useQt);
     Door door(useQt);
@@ -298,7 +298,7 @@ void tst_queues::stoppedWaitNeverRuns()
     QVERIFY(!ran);
 }
 
-void tst_queues::stopDuringTheWorkStillWaitsForIt()
+void TestQueues::stopDuringTheWorkStillWaitsForIt()
 {
     QFETCH(bool, useQt);
     Door door(useQt);
@@ -319,7 +319,7 @@ void tst_queues::stopDuringTheWorkStillWaitsForIt()
     QVERIFY(finishedBeforeReturn);
 }
 
-void tst_queues::closedDoorReleasesItsCallers()
+void TestQueues::closedDoorReleasesItsCallers()
 {
     QFETCH(bool, useQt);
     Door door(useQt);
@@ -340,7 +340,7 @@ void tst_queues::closedDoorReleasesItsCallers()
     QVERIFY(!ran);
 }
 
-void tst_queues::pumpGivesUpWhenStopped()
+void TestQueues::pumpGivesUpWhenStopped()
 {
     PumpedMainThread thread;
     std::stop_source stop;
@@ -348,7 +348,7 @@ void tst_queues::pumpGivesUpWhenStopped()
     QVERIFY(!thread.pumpUntil([] { return false; }, stop.get_token()));
 }
 
-void tst_queues::longWorkLeavesTheEventLoopItsTurn()
+void TestQueues::longWorkLeavesTheEventLoopItsTurn()
 {
     QtMainThread thread;
     int ran = 0;
@@ -363,7 +363,7 @@ void tst_queues::longWorkLeavesTheEventLoopItsTurn()
     QTRY_COMPARE(ran, 200);
 }
 
-void tst_queues::innerEventLoopRunsTheRest()
+void TestQueues::innerEventLoopRunsTheRest()
 {
     QtMainThread thread;
     bool second = false;
@@ -374,7 +374,7 @@ void tst_queues::innerEventLoopRunsTheRest()
     QVERIFY(seenWithin);
 }
 
-void tst_queues::workersHandTheirDataOver()
+void TestQueues::workersHandTheirDataOver()
 {
     QFETCH(bool, useQt);
     Door door(useQt);
@@ -399,7 +399,7 @@ void tst_queues::workersHandTheirDataOver()
     QCOMPARE(std::count(received.begin(), received.end(), QString(100, 'x'_L1)), 600);
 }
 
-void tst_queues::notificationsReachTheirSubscribers()
+void TestQueues::notificationsReachTheirSubscribers()
 {
     Notifications centre;
     QStringList heard;
@@ -417,7 +417,7 @@ void tst_queues::notificationsReachTheirSubscribers()
     QCOMPARE(heard, QStringList({u"first 1"_s, u"second 1"_s, u"other "_s}));
 }
 
-void tst_queues::subscriptionEndsWithItsToken()
+void TestQueues::subscriptionEndsWithItsToken()
 {
     int heard = 0;
     Notifications::Subscription outliving;
@@ -438,7 +438,7 @@ void tst_queues::subscriptionEndsWithItsToken()
     outliving = {};
 }
 
-void tst_queues::handlersMayChangeSubscriptions()
+void TestQueues::handlersMayChangeSubscriptions()
 {
     Notifications centre;
     QStringList heard;
@@ -456,5 +456,5 @@ void tst_queues::handlersMayChangeSubscriptions()
     QCOMPARE(heard, QStringList({u"0"_s, u"2"_s}));
 }
 
-QTEST_GUILESS_MAIN(tst_queues)
+QTEST_GUILESS_MAIN(TestQueues)
 #include "tst_queues.moc"
