@@ -17,6 +17,7 @@
 #include "settings/logging.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 using namespace Qt::StringLiterals;
 
@@ -72,6 +73,18 @@ void appendRules(const TRuleList &rules, auto &archive)
         archive.appendObject(rule->archiveClass(),
                              [&rule](TEncoder &coder) { rule->encodeWithCoder(coder); });
     }
+}
+
+/// Settings that no rule can have, such as a separator beyond the table, are a problem too.
+TResult<TRulePtr> ruleOrProblem(const TDecoder &coder)
+{
+    try {
+        if (TRulePtr rule = TRuleKinds::ruleFromDecoder(coder))
+            return rule;
+    } catch (const std::out_of_range &error) {
+        return TResult<TRulePtr>::failure(QString::fromUtf8(error.what()));
+    }
+    return TResult<TRulePtr>::failure(formatted(kNoRule, {coder.className()}));
 }
 
 } // namespace
@@ -143,10 +156,11 @@ TResult<TRuleList> TRuleKinds::unarchiveRules(const QByteArray &data)
     qsizetype objects = 0;
     archive.forEachObject([&](const TDecoder &coder) {
         ++objects;
-        if (TRulePtr rule = ruleFromDecoder(coder))
-            rules.push_back(std::move(rule));
+        TResult<TRulePtr> rule = ruleOrProblem(coder);
+        if (rule)
+            rules.push_back(std::move(rule).value());
         else if (problem.isEmpty())
-            problem = formatted(kNoRule, {coder.className()});
+            problem = rule.message();
     });
     if (problem.isEmpty() && objects < archive.count())
         problem = kNoObject.toString();

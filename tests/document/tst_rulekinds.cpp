@@ -54,12 +54,12 @@ TRulePtr unusualRule(const QString &identifier)
         else if (setting->typeId() == QMetaType::QString)
             *setting = u"ä\U0001F600\n"_s + setting->toString();
     }
-    settings[u"theID"_s] = -5;
     settings[u"theRows"_s] = QVariant::fromValue(kTable);
     settings[u"extensionCounters"_s] = QVariantMap{{u"JPG"_s, 4}, {u""_s, -1}};
     settings[u"regArray"_s] =
         QVariantList{QVariantMap{{u"match"_s, u"(\\d)"_s}, {u"replace"_s, u""_s}}, QVariantMap()};
     rule->setProperties(settings);
+    rule->setTheID(-5);
     rule->updatePreview();
     return rule;
 }
