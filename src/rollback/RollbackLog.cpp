@@ -1,1 +1,138 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "rollback/RollbackLog.h"
+
+#include "commonprocs/ByteNames.h"
+#include "commonprocs/TimeUtils.h"
+#include "commonprocs/URLListProcessing.h"
+#include "commonprocs/easyfile.h"
+#include "platform/KeyedUnarchiver.h"
+#include "rollback/FolderPool.h"
+#include "rollback/OpenFile.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr char kNameFormat[] = "Rename Batch Run - %d-%02d-%02d, %02d.%02d.%02d (rollback data).";
+constexpr QLatin1StringView kCannotRead{"The rollback log \"%1\" cannot be read: %2"};
+constexpr QLatin1StringView kNoLog{"\"%1\" is no rollback log: %2"};
+constexpr QLatin1StringView kNoFile{"it is not a regular file"};
+constexpr QLatin1StringView kTooLarge{"it is larger than any log"};
+constexpr QLatin1StringView kNoArray{"it holds no list of transactions"};
+constexpr QLatin1StringView kForeignRecord{"record %1 is of the class \"%2\""};
+constexpr QLatin1StringView kNoRecord{"only %1 of its %2 records are transactions"};
+/// A transaction takes some 250 bytes, so this is beyond any run that fits into memory.
+constexpr qint64 kLargestLog = 16LL * 1024 * 1024 * 1024;
+
+QString shown(const QString &path)
+{
+    return ByteNames::forDisplay(path);
+}
+
+/// The whole file; only a regular one, since reading a device or a pipe may never end.
+TResult<QByteArray> readWhole(const QString &path)
+{
+    const auto failure = [&path](const QString &why) {
+        return TResult<QByteArray>::failure(QString(kCannotRead).arg(shown(path), why));
+    };
+    OpenFile opened(
+        ::open(ByteNames::toBytes(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status;
+    if (!opened.isOpen() || ::fstat(opened.descriptor(), &status) != 0)
+        return failure(textForErrno(errno));
+    if (!S_ISREG(status.st_mode))
+        return failure(kNoFile);
+    if (status.st_size > kLargestLog)
+        return failure(kTooLarge);
+    QFile file;
+    file.open(opened.release(), QIODevice::ReadOnly | QIODevice::Unbuffered,
+              QFileDevice::AutoCloseHandle);
+    QByteArray data = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return failure(file.errorString());
+    return data;
+}
+
+/// Number of records of a log that can be read; -1 otherwise.
+qsizetype recordsIn(const QString &path)
+{
+    const TResult<QByteArray> data = readWhole(path);
+    if (!data)
+        return -1;
+    const TResult<KeyedUnarchiver> archive = KeyedUnarchiver::fromData(data.value());
+    return archive ? archive.value().count() : -1;
+}
+
+} // namespace
+
+QString rollbackLogName(TDate date)
+{
+    const TimeUtils::CalendarParts parts = TimeUtils::localParts(date);
+    return QString::asprintf(kNameFormat, parts.year, parts.month, parts.day, parts.hour,
+                             parts.minute, parts.second) +
+           kRollbackLogExtension;
+}
+
+TResult<std::vector<TRenameTRX>> readRollbackLog(const QString &path)
+{
+    using Result = TResult<std::vector<TRenameTRX>>;
+    const auto failure = [&path](const QString &why) {
+        return Result::failure(QString(kNoLog).arg(shown(path), why));
+    };
+    const TResult<QByteArray> data = readWhole(path);
+    if (!data)
+        return Result::failure(data.message());
+    const TResult<KeyedUnarchiver> archive = KeyedUnarchiver::fromData(data.value());
+    if (!archive)
+        return failure(archive.message());
+    const qsizetype count = archive.value().count();
+    if (count < 0)
+        return failure(kNoArray);
+
+    std::vector<TRenameTRX> transactions;
+    transactions.reserve(static_cast<std::size_t>(count));
+    FolderPool folders;
+    QString foreign;
+    const QLatin1StringView own(TRenameTRX::archiveClass().front());
+    archive.value().forEachObject([&](const TDecoder &coder) {
+        if (!foreign.isNull())
+            return;
+        const auto number = static_cast<qsizetype>(transactions.size()) + 1;
+        if (const QString name = coder.className(); name != own)
+            foreign = QString(kForeignRecord).arg(number).arg(shown(name));
+        else
+            transactions.emplace_back().initWithCoder(coder, folders);
+    });
+    if (!foreign.isNull())
+        return failure(foreign);
+    if (static_cast<qsizetype>(transactions.size()) != count)
+        return failure(QString(kNoRecord).arg(transactions.size()).arg(count));
+    return transactions;
+}
+
+std::vector<SavedRollbackLog> savedRollbackLogs(const QString &logsFolder)
+{
+    TFileURLs urls;
+    processURLforExtensionstoList(TFileURL::fileURLWithPath(logsFolder), {kRollbackLogExtension},
+                                  urls);
+    std::vector<SavedRollbackLog> logs;
+    for (const TFileURL &url : urls) {
+        struct stat status;
+        if (::stat(url.fileSystemPath().constData(), &status) != 0 || !S_ISREG(status.st_mode))
+            continue;
+        logs.push_back({url.path(), removeExtensionFromFilename(url.lastPathComponent()),
+                        TDate::fromSeconds(status.st_mtim.tv_sec, status.st_mtim.tv_nsec),
+                        recordsIn(url.path())});
+    }
+    std::sort(logs.begin(), logs.end(), [](const SavedRollbackLog &a, const SavedRollbackLog &b) {
+        return a.date != b.date ? a.date > b.date : a.name > b.name;
+    });
+    return logs;
+}

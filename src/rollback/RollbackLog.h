@@ -5,12 +5,11 @@
 #include "platform/TResult.h"
 #include "rollback/TRenameTRX.h"
 
-#include <QSaveFile>
-
 #include <memory>
 #include <vector>
 
-class KeyedArchiver;
+/// Ending of a rollback log's name, without dot.
+inline constexpr QLatin1StringView kRollbackLogExtension{"renameLog"};
 
 /// "Rename Batch Run - 2025-07-03, 14.05.09 (rollback data).renameLog" in local time.
 QString rollbackLogName(TDate date);
@@ -20,14 +19,15 @@ QString rollbackLogName(TDate date);
 class RollbackLogWriter
 {
 public:
-    /// A temporary file in the folder; failure says why.
+    /// A temporary file beside the journals of the folder; failure says why.
     static TResult<std::unique_ptr<RollbackLogWriter>> create(const QString &logsFolder);
+    /// A log that was not finished is deleted.
     ~RollbackLogWriter();
 
     void append(const TRenameTRX &transaction);
-    /// Puts the log in place under the name for the date; an earlier log of the same second is
-    /// replaced, unless keepOthers is set: then the next free second is taken. The path, or why
-    /// not.
+    /// Puts the log in place, on the disk for good, under the name for the date; an earlier log of
+    /// the same second is replaced, unless keepOthers is set: then the next free second is taken.
+    /// The path, or why not.
     TResult<QString> finish(TDate date, bool keepOthers = false);
 
 private:
@@ -36,7 +36,7 @@ private:
     std::unique_ptr<Private> m_private;
 };
 
-/// A whole log; the message of a failure names what is wrong with it.
+/// A whole log; the message of a failure names the file and what is wrong with it.
 TResult<std::vector<TRenameTRX>> readRollbackLog(const QString &path);
 
 /// A saved log, as lists show it.

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "commonprocs/FolderPicture.h"
 #include "commonprocs/easyfile.h"
 #include "rollback/TRenameTRX.h"
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <vector>
 
 /// Undoes a past run: checks every record against the disk, then moves files back. Knows nothing of
@@ -21,6 +23,8 @@ public:
 
     /// Called with the number of the record and the number of records, at every tenth.
     using Progress = std::function<void(qsizetype, qsizetype)>;
+    /// Called with the index of a record and the location its file was moved back to.
+    using Restored = std::function<void(qsizetype, const TFileURL &)>;
 
     RollbackRun(FileManager &fileManager, std::vector<TRenameTRX> transactions);
 
@@ -28,19 +32,24 @@ public:
     /// First pass: statuses and problems of every record.
     void processLog(const Progress &progress);
     /// Second pass, in log order, or from the last record to the first. restored, when given, is
-    /// called with the index and the location of each file moved back.
+    /// called with the index and the location of each file moved back. Records that the abort flag
+    /// kept from their turn stay as the first pass left them.
     void performRollBack(const Progress &progress, const std::atomic<bool> &abort, bool reverse,
-                         const std::function<void(qsizetype, const TFileURL &)> &restored = {});
+                         const Restored &restored = {});
     /// A collision-free location beside the given one.
     TFileURL makeSafeURLFromURL(const TFileURL &url);
     /// True when records form chains (2→3, then 1→2), which only the reverse order restores whole.
     bool recommendsReverse() const;
 
 private:
-    void rollBack(qsizetype index,
-                  const std::function<void(qsizetype, const TFileURL &)> &restored);
+    bool exists(const TFileURL &url);
+    void processRecord(TRenameTRX &record);
+    void rollBack(qsizetype index, const Restored &restored);
+    TMoveResult moveBack(const TRenameTRX &record, TFileURL &target);
+    void announceFolders();
 
     FileManager &m_fileManager;
     FileMover m_mover;
+    std::unique_ptr<FolderPicture> m_picture; ///< made anew for each pass over the files
     std::vector<TRenameTRX> m_transactions;
 };

@@ -15,6 +15,8 @@ class RunJournal
 public:
     static TResult<std::unique_ptr<RunJournal>>
     create(const QString &logsFolder, const Clock &clock, FileManager &fileManager);
+    /// A journal that tells of no move, announced or done, is deleted. Another one that was not
+    /// finished stays, for the next start to recover.
     ~RunJournal();
 
     /// Adds a file to the plan, in list order.
@@ -26,6 +28,8 @@ public:
     bool needsIntent(qsizetype index) const;
     /// Announces where a file is about to go; grouped by 64. Call syncIntents before moving any.
     void addIntent(qsizetype index, const QString &newName);
+    /// False: none of the files announced since the last call may be moved; problem() says why. A
+    /// sync that failed once is never tried again.
     [[nodiscard]] bool syncIntents();
     /// After a move; buffered, never synced. A failed write is remembered in problem().
     void recordMove(qsizetype index, const QString &newName);
@@ -43,7 +47,8 @@ private:
 /// What became of an interrupted run.
 struct RecoveredRun
 {
-    QString rollbackLog; ///< path of the log that was written; empty when it could not be
+    QString rollbackLog; ///< path of the log that was written; empty when nothing had been renamed,
+                         ///< or when there is a problem
     qsizetype files = 0;
     qsizetype renamed = 0;
     qsizetype unknown = 0; ///< files found neither by inode nor by record
@@ -51,6 +56,7 @@ struct RecoveredRun
 };
 
 /// Turns every journal whose run no longer lives into a rollback log. Journals of living runs
-/// (locked ones) are left alone.
+/// (locked ones) are left alone; those whose folders are away (a drive not plugged in) wait, for 30
+/// days at most; unreadable ones are set aside.
 std::vector<RecoveredRun> recoverInterruptedRuns(const QString &logsFolder,
                                                  FileManager &fileManager, const Clock &clock);

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "commonprocs/ByteNames.h"
+#include "rollback/BootId.h"
+#include "rollback/FrameWriter.h"
+#include "rollback/JournalContents.h"
+#include "rollback/JournalFolder.h"
+#include "rollback/RecoveryMatcher.h"
+#include "rollback/RollbackLog.h"
+#include "rollback/RunJournal.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView kUnreadable{
+    "The journal \"%1\" of an interrupted run cannot be read and has been set aside: %2."};
+constexpr QLatin1StringView kAbsent{"The folder \"%1\" of an interrupted run is not there. What "
+                                    "the run renamed in it will be looked "
+                                    "for again at the next start."};
+constexpr qint64 kWaitForFolders = 30LL * 24 * 60 * 60 * TDate::kNanosPerSecond;
+
+/// One journal that no run holds any more.
+class Recovery
+{
+public:
+    Recovery(const JournalFolder &folder, FileManager &fileManager, const Clock &clock)
+        : m_folder(folder)
+        , m_fileManager(fileManager)
+        , m_clock(clock)
+    {
+    }
+
+    /// Nothing when there is nothing to tell: the run had finished after all.
+    std::optional<RecoveredRun> recover(QByteArray name, OpenFile file) const;
+
+private:
+    RecoveredRun setAside(const QByteArray &name, const QString &why) const;
+    bool waitsForFolder(const JournalContents &journal, const RecoveryMatcher &matcher) const;
+    TResult<QString> writeLog(const JournalContents &journal, const RecoveryMatcher &matcher) const;
+    void close(const JournalContents &journal, QByteArray name, const OpenFile &file) const;
+
+    const JournalFolder &m_folder;
+    FileManager &m_fileManager;
+    const Clock &m_clock;
+};
+
+QString shown(const QByteArray &path)
+{
+    return ByteNames::forDisplay(ByteNames::fromBytes(path));
+}
+
+RecoveredRun counted(const RecoveryMatcher &matcher)
+{
+    RecoveredRun run;
+    run.files = static_cast<qsizetype>(matcher.outcomes().size());
+    for (const RecoveryMatcher::Outcome &outcome : matcher.outcomes()) {
+        run.renamed += outcome.fate == RecoveryMatcher::Fate::Renamed ? 1 : 0;
+        run.unknown += outcome.fate == RecoveryMatcher::Fate::Unknown ? 1 : 0;
+    }
+    return run;
+}
+
+std::optional<RecoveredRun> Recovery::recover(QByteArray name, OpenFile file) const
+{
+    QFile device;
+    device.open(file.descriptor(), QIODevice::ReadOnly);
+    const TResult<JournalContents> contents = JournalContents::read(device);
+    if (!contents)
+        return setAside(name, contents.message());
+    const JournalContents &journal = contents.value();
+    if (journal.isFinished()) {
+        m_folder.keepFinished(name, file, journal.end());
+        return {};
+    }
+
+    const QByteArray bootId = currentBootId();
+    RecoveryMatcher matcher(m_fileManager, journal,
+                            !bootId.isEmpty() && bootId == journal.bootId());
+    matcher.match();
+    RecoveredRun run = counted(matcher);
+    if (waitsForFolder(journal, matcher)) {
+        run.problem = QString(kAbsent).arg(shown(matcher.absentFolder()));
+        return run;
+    }
+    if (run.renamed + run.unknown > 0) {
+        const TResult<QString> log = writeLog(journal, matcher);
+        if (!log) {
+            run.problem = log.message();
+            return run;
+        }
+        run.rollbackLog = log.value();
+    }
+    close(journal, std::move(name), file);
+    return run;
+}
+
+RecoveredRun Recovery::setAside(const QByteArray &name, const QString &why) const
+{
+    const QByteArray aside = name + JournalFolder::kUnreadable.toByteArray();
+    const bool moved = m_folder.rename(name, aside) == 0;
+    RecoveredRun run;
+    run.problem = QString(kUnreadable).arg(shown(m_folder.pathOf(moved ? aside : name)), why);
+    return run;
+}
+
+bool Recovery::waitsForFolder(const JournalContents &journal, const RecoveryMatcher &matcher) const
+{
+    const qint64 age = m_clock.now().nanos - journal.time().nanos;
+    return !matcher.absentFolder().isEmpty() && age >= 0 && age < kWaitForFolders;
+}
+
+/// The log that the run would have left: what was renamed, and as not completed what is unknown.
+TResult<QString> Recovery::writeLog(const JournalContents &journal,
+                                    const RecoveryMatcher &matcher) const
+{
+    auto writer = RollbackLogWriter::create(ByteNames::fromBytes(m_folder.logsPath()));
+    if (!writer)
+        return TResult<QString>::failure(writer.message());
+    std::vector<TFolderPtr> folders;
+    for (const QByteArray &path : journal.folders())
+        folders.push_back(std::make_shared<const TFolder>(ByteNames::fromBytes(path)));
+    for (std::size_t i = 0; i < journal.files().size(); ++i) {
+        const RecoveryMatcher::Outcome &outcome = matcher.outcomes()[i];
+        if (outcome.fate == RecoveryMatcher::Fate::Untouched)
+            continue;
+        const JournalContents::File &file = journal.files()[i];
+        const TFolderPtr &folder = folders[file.folder];
+        TRenameTRX transaction =
+            TRenameTRX::TRXWithSource({folder, ByteNames::fromBytes(journal.text(file.name))});
+        if (!outcome.newName.isEmpty())
+            transaction.renamedURL = {folder, ByteNames::fromBytes(outcome.newName)};
+        transaction.insured = true;
+        transaction.renameComplete = outcome.fate == RecoveryMatcher::Fate::Renamed;
+        writer.value()->append(transaction);
+    }
+    const TDate time = journal.time();
+    return writer.value()->finish(time.isSet() ? time : m_clock.now(), true);
+}
+
+/// Marks the journal finished. Should that fail, the next start writes the same log once more.
+void Recovery::close(const JournalContents &journal, QByteArray name, const OpenFile &file) const
+{
+    FrameWriter writer(file.descriptor(), journal.nextSequence());
+    writer.begin(JournalFormat::Record::Finished, 0);
+    if (::lseek(file.descriptor(), journal.end(), SEEK_SET) == journal.end())
+        writer.flush();
+    m_folder.keepFinished(name, file, journal.end() + writer.written());
+}
+
+/// Plans and logs of programs that ended before they were any use.
+void removeLeftovers(const JournalFolder &folder)
+{
+    for (const QByteArrayView ending : {JournalFolder::kPlanning, JournalFolder::kPartialLog})
+        for (const QByteArray &name : folder.names(ending))
+            if (const OpenFile file = folder.openLocked(name); file.isOpen())
+                folder.remove(name);
+}
+
+} // namespace
+
+std::vector<RecoveredRun> recoverInterruptedRuns(const QString &logsFolder,
+                                                 FileManager &fileManager, const Clock &clock)
+{
+    std::vector<RecoveredRun> runs;
+    const TResult<JournalFolder> folder = JournalFolder::openExisting(logsFolder);
+    if (!folder)
+        return runs;
+    removeLeftovers(folder.value());
+    const Recovery recovery(folder.value(), fileManager, clock);
+    for (const QByteArray &name : folder.value().names(JournalFolder::kRunning))
+        if (OpenFile file = folder.value().openLocked(name); file.isOpen())
+            if (std::optional<RecoveredRun> run = recovery.recover(name, std::move(file)))
+                runs.push_back(std::move(*run));
+    return runs;
+}

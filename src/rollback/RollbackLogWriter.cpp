@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "commonprocs/ByteNames.h"
+#include "commonprocs/easyfile.h"
+#include "platform/KeyedArchiver.h"
+#include "rollback/JournalFolder.h"
+#include "rollback/RollbackLog.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace {
+
+constexpr QLatin1StringView kCannotWrite{"The rollback log cannot be written to \"%1\": %2"};
+constexpr int kMostSeconds = 24 * 60 * 60;
+
+QString failureText(const QByteArray &folder, const QString &why)
+{
+    return QString(kCannotWrite).arg(ByteNames::forDisplay(ByteNames::fromBytes(folder)), why);
+}
+
+/// Moves a file without replacing, also where the file system has no such move. 0 or an errno.
+int moveAside(int folder, const QByteArray &from, const QByteArray &to)
+{
+    if (::renameat2(folder, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+        return 0;
+    if (errno != EINVAL && errno != ENOSYS)
+        return errno;
+    struct stat status;
+    if (::lstat(to.constData(), &status) == 0)
+        return EEXIST;
+    return ::renameat(folder, from.constData(), AT_FDCWD, to.constData()) == 0 ? 0 : errno;
+}
+
+} // namespace
+
+class RollbackLogWriter::Private
+{
+public:
+    Private(JournalFolder runningFolder, OpenFile openFile, QByteArray fileName)
+        : folder(std::move(runningFolder))
+        , name(std::move(fileName))
+    {
+        file.open(openFile.release(), QIODevice::WriteOnly | QIODevice::Unbuffered,
+                  QFileDevice::AutoCloseHandle);
+        archiver = std::make_unique<KeyedArchiver>(file);
+    }
+
+    TResult<QString> place(TDate date, bool keepOthers) const;
+
+    JournalFolder folder;
+    QByteArray name;
+    QFile file;
+    std::unique_ptr<KeyedArchiver> archiver;
+    bool placed = false;
+};
+
+TResult<QString> RollbackLogWriter::Private::place(TDate date, bool keepOthers) const
+{
+    int error = EEXIST;
+    for (int second = 0; error == EEXIST && second < kMostSeconds; ++second) {
+        const TDate when{date.nanos + second * TDate::kNanosPerSecond};
+        const QByteArray path = folder.logsPath() + '/' + ByteNames::toBytes(rollbackLogName(when));
+        if (keepOthers)
+            error = moveAside(folder.descriptor(), name, path);
+        else
+            error =
+                ::renameat(folder.descriptor(), name.constData(), AT_FDCWD, path.constData()) == 0
+                    ? 0
+                    : errno;
+        if (error == 0)
+            return ByteNames::fromBytes(path);
+    }
+    return TResult<QString>::failure(failureText(folder.logsPath(), textForErrno(error)));
+}
+
+RollbackLogWriter::RollbackLogWriter() = default;
+
+TResult<std::unique_ptr<RollbackLogWriter>> RollbackLogWriter::create(const QString &logsFolder)
+{
+    using Result = TResult<std::unique_ptr<RollbackLogWriter>>;
+    DiskFileManager fileManager;
+    TResult<JournalFolder> folder = JournalFolder::open(logsFolder, fileManager);
+    if (!folder)
+        return Result::failure(folder.message());
+    QByteArray name;
+    TResult<OpenFile> file = folder.value().createLocked(JournalFolder::kPartialLog, name);
+    if (!file)
+        return Result::failure(file.message());
+    std::unique_ptr<RollbackLogWriter> writer(new RollbackLogWriter);
+    writer->m_private = std::make_unique<Private>(std::move(folder).value(),
+                                                  std::move(file).value(), std::move(name));
+    return writer;
+}
+
+RollbackLogWriter::~RollbackLogWriter()
+{
+    if (m_private && !m_private->placed)
+        m_private->folder.remove(m_private->name);
+}
+
+void RollbackLogWriter::append(const TRenameTRX &transaction)
+{
+    m_private->archiver->appendObject(TRenameTRX::archiveClass(), [&transaction](TEncoder &coder) {
+        transaction.encodeWithCoder(coder);
+    });
+}
+
+TResult<QString> RollbackLogWriter::finish(TDate date, bool keepOthers)
+{
+    Private &d = *m_private;
+    const auto failure = [&d](const QString &why) {
+        return TResult<QString>::failure(failureText(d.folder.logsPath(), why));
+    };
+    if (!d.archiver->finish())
+        return failure(d.file.errorString());
+    // The journal counts as finished next, so from here on the log must survive a power cut.
+    if (::fdatasync(d.file.handle()) != 0)
+        return failure(textForErrno(errno));
+    TResult<QString> path = d.place(date, keepOthers);
+    d.placed = static_cast<bool>(path);
+    return path;
+}
