@@ -8,7 +8,8 @@ namespace {
 
 /// From 1970-01-01 to 2001-01-01.
 constexpr qint64 kReferenceSeconds = 978'307'200;
-constexpr double kDateLimit = 9.2e9;
+/// Seconds that still fit into a TDate.
+constexpr double kDateLimit = 9'223'372'035.0;
 constexpr double kIntegerLimit = 9'223'372'036'854'775'808.0;
 constexpr QLatin1StringView kAbsolute{"://"};
 

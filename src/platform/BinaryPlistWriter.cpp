@@ -73,33 +73,42 @@ void BinaryPlistWriter::closeLast()
     m_lengths.push_back(static_cast<quint8>(rest));
 }
 
+char *BinaryPlistWriter::room(qsizetype size)
+{
+    if (kBufferSize - m_used < size)
+        flush();
+    char *place = m_buffer.data() + m_used;
+    m_used += size;
+    m_position += static_cast<quint64>(size);
+    return place;
+}
+
 void BinaryPlistWriter::putByte(quint8 byte)
 {
-    if (m_used == kBufferSize)
-        flush();
-    m_buffer[static_cast<size_t>(m_used++)] = static_cast<char>(byte);
-    ++m_position;
+    *room(1) = static_cast<char>(byte);
+}
+
+void BinaryPlistWriter::putRef(Ref ref)
+{
+    qToBigEndian(ref, room(kRefSize));
+}
+
+void BinaryPlistWriter::putNumber(quint64 value, int size)
+{
+    char *place = room(size);
+    for (int i = size - 1; i >= 0; --i, value >>= 8U)
+        place[i] = static_cast<char>(value & 0xFFU);
 }
 
 void BinaryPlistWriter::putBytes(const void *bytes, qsizetype size)
 {
     const char *from = static_cast<const char *>(bytes);
-    m_position += static_cast<quint64>(size);
     while (size > 0) {
-        if (m_used == kBufferSize)
-            flush();
-        const qsizetype part = std::min(size, kBufferSize - m_used);
-        std::memcpy(m_buffer.data() + m_used, from, static_cast<size_t>(part));
-        m_used += part;
+        const qsizetype part = std::min(size, kBufferSize);
+        std::memcpy(room(part), from, static_cast<size_t>(part));
         from += part;
         size -= part;
     }
-}
-
-void BinaryPlistWriter::putNumber(quint64 value, int size)
-{
-    const quint64 swapped = qToBigEndian(value);
-    putBytes(reinterpret_cast<const char *>(&swapped) + (8 - size), size);
 }
 
 void BinaryPlistWriter::putCount(Marker marker, quint64 count)
@@ -167,22 +176,18 @@ BinaryPlistWriter::Ref BinaryPlistWriter::writeData(QByteArrayView value)
 
 BinaryPlistWriter::Ref BinaryPlistWriter::writeString(QStringView value)
 {
-    constexpr qsizetype kPart = 512;
+    constexpr qsizetype kPart = 4096;
     const Ref ref = begin();
     const bool ascii = isAscii(value);
     putCount(ascii ? kAscii : kUtf16, static_cast<quint64>(value.size()));
     for (qsizetype done = 0; done < value.size(); done += kPart) {
         const QStringView part = value.mid(done, kPart);
-        if (ascii) {
-            char bytes[kPart];
-            std::transform(part.begin(), part.end(), bytes,
+        char *place = room(ascii ? part.size() : part.size() * 2);
+        if (ascii)
+            std::transform(part.begin(), part.end(), place,
                            [](QChar unit) { return static_cast<char>(unit.unicode()); });
-            putBytes(bytes, part.size());
-        } else {
-            char16_t units[kPart];
-            qToBigEndian<char16_t>(part.utf16(), part.size(), units);
-            putBytes(units, part.size() * 2);
-        }
+        else
+            qToBigEndian<char16_t>(part.utf16(), part.size(), place);
     }
     return ref;
 }
@@ -209,7 +214,7 @@ BinaryPlistWriter::Ref BinaryPlistWriter::writeArray(std::span<const Ref> elemen
     const Ref ref = begin();
     putCount(kArray, elements.size());
     for (const Ref element : elements)
-        putNumber(element, kRefSize);
+        putRef(element);
     return ref;
 }
 
@@ -218,22 +223,22 @@ BinaryPlistWriter::Ref BinaryPlistWriter::writeDictionary(std::span<const Entry>
     const Ref ref = begin();
     putCount(kDictionary, entries.size());
     for (const Entry &entry : entries)
-        putNumber(entry.key, kRefSize);
+        putRef(entry.key);
     for (const Entry &entry : entries)
-        putNumber(entry.value, kRefSize);
+        putRef(entry.value);
     return ref;
 }
 
 BinaryPlistWriter::Ref BinaryPlistWriter::writeArrayOfMarked(Mark mark)
 {
     closeLast();
-    quint64 index = 0;
+    Ref index = 0;
     // The lengths of the objects so far are read while this array, the next one, is written.
     const Ref ref = begin();
     putCount(kArray, m_marked[static_cast<size_t>(mark)]);
     forEachObject([&](quint64, Mark objectMark) {
         if (objectMark == mark)
-            putNumber(index, kRefSize);
+            putRef(index);
         ++index;
     });
     return ref;

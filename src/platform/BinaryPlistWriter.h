@@ -55,7 +55,10 @@ public:
 private:
     Ref begin();
     void closeLast();
+    /// Place for at most a buffer's worth of bytes, which count as written.
+    char *room(qsizetype size);
     void putByte(quint8 byte);
+    void putRef(Ref ref);
     void putBytes(const void *bytes, qsizetype size);
     void putNumber(quint64 value, int size);
     void putCount(BinaryPlistFormat::Marker marker, quint64 count);

@@ -7,6 +7,7 @@
 
 #include <QVarLengthArray>
 
+#include <algorithm>
 #include <array>
 
 using namespace KeyedArchiveFormat;
@@ -23,6 +24,21 @@ constexpr std::array kDateClass{"NSDate", "NSObject"};
 constexpr qsizetype kMaxSharedText = 64;
 constexpr size_t kSharedTexts = 1024;
 constexpr size_t kSharedNumbers = 64;
+constexpr size_t kLastKeys = 512;
+
+/// Cheaper than a good hash, and good enough to choose a slot: names differ near their ends.
+template <typename Unit>
+size_t slotOf(std::span<const Unit> text, size_t slots)
+{
+    constexpr size_t kSample = 8;
+    constexpr size_t kFactor = 1'000'003;
+    size_t hash = text.size();
+    for (const Unit unit : text.last(std::min(text.size(), kSample)))
+        hash = hash * kFactor + static_cast<size_t>(unit);
+    for (const Unit unit : text.first(std::min(text.size(), kSample / 2)))
+        hash = hash * kFactor + static_cast<size_t>(unit);
+    return (hash ^ (hash >> 16U)) % slots;
+}
 
 } // namespace
 
@@ -31,6 +47,7 @@ KeyedObjectWriter::KeyedObjectWriter(QIODevice &device)
     , m_plainNumbers(kSharedNumbers)
     , m_numbers(kSharedNumbers)
     , m_texts(kSharedTexts)
+    , m_lastKeys(kLastKeys)
 {
     m_plist.writeAscii(kNull);
     m_null = asObject();
@@ -60,10 +77,16 @@ KeyedObjectWriter::Ref KeyedObjectWriter::plainInteger(qint64 value)
 
 KeyedObjectWriter::Ref KeyedObjectWriter::key(QLatin1StringView key)
 {
-    const auto known = m_keys.constFind(QByteArray::fromRawData(key.data(), key.size()));
-    if (known != m_keys.cend())
-        return *known;
-    return *m_keys.insert(QByteArray(key.data(), key.size()), m_plist.writeAscii(key));
+    const std::span letters(key.data(), static_cast<size_t>(key.size()));
+    SharedKey &last = m_lastKeys[slotOf(letters, kLastKeys)];
+    if (QLatin1StringView(last.key) == key && !key.isEmpty())
+        return last.ref;
+    const QByteArray bytes(key.data(), key.size());
+    auto known = m_keys.constFind(bytes);
+    if (known == m_keys.cend())
+        known = m_keys.insert(bytes, m_plist.writeAscii(key));
+    last = {bytes, *known};
+    return last.ref;
 }
 
 KeyedObjectWriter::Ref KeyedObjectWriter::text(const QString &text)
@@ -72,7 +95,8 @@ KeyedObjectWriter::Ref KeyedObjectWriter::text(const QString &text)
         m_plist.writeString(text);
         return asObject();
     }
-    SharedText &shared = m_texts[qHash(text) % kSharedTexts];
+    const std::span units(text.utf16(), static_cast<size_t>(text.size()));
+    SharedText &shared = m_texts[slotOf(units, kSharedTexts)];
     if (!shared.uid || shared.text != text) {
         m_plist.writeString(text);
         shared = {text, asObject()};
@@ -125,12 +149,18 @@ KeyedObjectWriter::Ref KeyedObjectWriter::urlPart(Ref base, const QString &relat
 
 KeyedObjectWriter::Ref KeyedObjectWriter::url(const QString &base, const QString &relative)
 {
-    if (base.isEmpty())
-        return urlPart(m_null, relative);
+    return urlPart(base.isEmpty() ? m_null : baseUid(base), relative);
+}
+
+KeyedObjectWriter::Ref KeyedObjectWriter::baseUid(const QString &base)
+{
+    if (m_lastBase.uid && m_lastBase.text == base)
+        return *m_lastBase.uid;
     auto known = m_bases.constFind(base);
     if (known == m_bases.cend())
         known = m_bases.insert(base, urlPart(m_null, base));
-    return urlPart(*known, relative);
+    m_lastBase = {base, *known};
+    return *known;
 }
 
 KeyedObjectWriter::Ref KeyedObjectWriter::classUid(TArchiveClass type)

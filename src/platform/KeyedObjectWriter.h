@@ -51,6 +51,11 @@ private:
         QString text;
         std::optional<Ref> uid;
     };
+    struct SharedKey
+    {
+        QByteArray key;
+        Ref ref = 0;
+    };
     struct SharedNumber
     {
         qint64 value = 0;
@@ -61,6 +66,7 @@ private:
     Ref asObject();
     Ref instance(std::span<const BinaryPlistWriter::Entry> fields, TArchiveClass type);
     Ref classUid(TArchiveClass type);
+    Ref baseUid(const QString &base);
     Ref urlPart(Ref base, const QString &relative);
     Ref collection(TArchiveClass type, std::span<const Ref> elements);
     Ref dictionaryOf(std::span<const BinaryPlistWriter::Entry> entries);
@@ -75,8 +81,10 @@ private:
     std::optional<Ref> m_bools[2];
     std::vector<SharedNumber> m_plainNumbers; ///< by a part of the number; the last one stays
     std::vector<SharedNumber> m_numbers;
-    std::vector<SharedText> m_texts; ///< by a part of the text's hash; the last one stays
+    std::vector<SharedText> m_texts;   ///< by a part of the text's hash; the last one stays
+    std::vector<SharedKey> m_lastKeys; ///< the same, in front of the table of all keys
     QHash<QByteArray, Ref> m_keys;
     QHash<const void *, Ref> m_classes;
     QHash<QString, Ref> m_bases;
+    SharedText m_lastBase; ///< most files are in the folder of the file before
 };

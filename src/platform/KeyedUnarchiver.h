@@ -9,9 +9,11 @@
 
 #include <memory>
 
-/// Reads keyed archives that anyone may have written: the object table is decoded once into a flat
-/// list, every count and offset is checked against the file's size, nothing recurses deeper than 32
-/// and shared references are never expanded, so a hostile file costs no more than its own size.
+/// Reads keyed archives that anyone may have written. The file is all that is held: objects are
+/// looked up in it when they are asked for, every count and offset is checked against its size,
+/// nothing goes deeper than 32, and one pass hands out no more than a small multiple of the file's
+/// size, however often objects refer to each other; past that, everything reads as unset.
+/// May be read from any thread.
 class KeyedUnarchiver
 {
 public:

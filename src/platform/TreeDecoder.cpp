@@ -55,8 +55,9 @@ TStringTablePtr TreeDecoder::decodeTable(QLatin1StringView key) const
 {
     if (const auto *table = find<TStringTablePtr>(key))
         return *table;
-    const QVariant list = variantOfType(key, QMetaType::QVariantList);
-    return list.isValid() ? ArchiveValues::tableFromList(list.toList()) : nullptr;
+    const QVariant list = decodeVariant(key);
+    const bool isList = list.typeId() == QMetaType::QVariantList;
+    return isList ? ArchiveValues::tableFromList(list.toList()) : nullptr;
 }
 
 QVariant TreeDecoder::decodeVariant(QLatin1StringView key) const
