@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/PreferenceStore.h"
 
+#include "platform/PrivateFolder.h"
 #include "settings/logging.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -23,8 +23,6 @@ constexpr QLatin1StringView kFileName{"/preferences.json"};
 constexpr QLatin1StringView kLockSuffix{".lock"};
 constexpr QLatin1StringView kLogTitle{"Preferences"};
 constexpr int kLockWait = 2000; ///< milliseconds; a hung process must not keep others from saving
-constexpr QFileDevice::Permissions kOwnerOnly =
-    QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
 
 struct Application
 {
@@ -60,13 +58,6 @@ QVariantMap readFile(const QString &path)
                                                                    : error.errorString();
     zelWarn(kLogTitle, u"%1 is damaged and is ignored: %2"_s.arg(path, reason));
     return {};
-}
-
-bool makeFolder(const QString &path)
-{
-    const QFileInfo info(path);
-    return info.isDir() || (makeFolder(info.path()) && QDir().mkdir(path, kOwnerOnly)) ||
-           QFileInfo(path).isDir();
 }
 
 void apply(QVariantMap &values, const QVariantMap &changes)
@@ -152,7 +143,7 @@ bool PreferenceStore::sync()
         const std::scoped_lock lock(m_mutex);
         if (m_pending.isEmpty())
             return true;
-        makeFolder(QFileInfo(m_path).path());
+        makePrivateFolder(QFileInfo(m_path).path());
         QLockFile otherProcesses(m_path + kLockSuffix);
         otherProcesses.tryLock(kLockWait);
         QVariantMap values = merged();

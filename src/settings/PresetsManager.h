@@ -24,7 +24,8 @@ public:
         bool shipped = false;
     };
 
-    /// Folders of the shipped presets and of the user's (which is created when first needed).
+    /// Folders of the shipped presets and of the user's (which is created when something is saved);
+    /// an empty one is none.
     PresetsManager(QString internalFolder, QString externalFolder);
     /// The installed folders of this system, or those of the build tree.
     static PresetsManager standard();
