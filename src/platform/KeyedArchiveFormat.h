@@ -31,5 +31,7 @@ inline constexpr QLatin1StringView kDataBytes{"NS.data"};
 
 /// Collections and objects within each other: deeper ones are neither written nor read.
 inline constexpr int kMaxDepth = 32;
+/// Fields of one object that are looked up by name: more are not read, so that a search is short.
+inline constexpr quint64 kMaxFields = 256;
 
 } // namespace KeyedArchiveFormat

@@ -38,7 +38,7 @@ PlistItem KeyedDecoder::value(QLatin1StringView key) const
 {
     if (m_kind != KeyedReading::Kind::Dictionary)
         return m_reading.field(m_object, key, m_hint);
-    for (quint64 i = 0; i < std::min(m_keys.count, m_values.count); ++i) {
+    for (quint64 i = 0; i < std::min({m_keys.count, m_values.count, kMaxFields}); ++i) {
         const PlistItem name = m_reading.object(m_keys, i);
         if (name.type == PlistItem::Type::Ascii &&
             QLatin1StringView(reinterpret_cast<const char *>(name.body),

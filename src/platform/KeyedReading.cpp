@@ -93,10 +93,10 @@ const KeyedReading::ClassInfo &KeyedReading::classOf(const PlistItem &instance)
 
 KeyedReading::Kind KeyedReading::kind(const PlistItem &item)
 {
-    if (item.type != PlistItem::Type::Dictionary || item.count == 0 ||
-        !work(std::max(kObjectWork, m_file.plist().bodySize(item))))
+    if (item.type != PlistItem::Type::Dictionary || item.count == 0
+        || !work(std::max(kObjectWork, m_file.plist().bodySize(item))))
         return Kind::None;
-    return classOf(item).kind;
+    return item.count <= kMaxFields ? classOf(item).kind : Kind::None;
 }
 
 QString KeyedReading::className(const PlistItem &object)
