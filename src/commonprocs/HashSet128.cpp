@@ -37,7 +37,7 @@ Hash128 hashOf(const char *data, std::size_t size)
     const auto &[s0, s1, s2, s3] = seeds.words;
     quint64 a = s0 ^ size;
     quint64 b = s1 + size;
-    const auto mix = [&](quint64 word) {
+    const auto mix = [&a, &b, s2 = s2, s3 = s3](quint64 word) {
         a = foldedProduct(a ^ word, s2);
         b = foldedProduct(b + std::rotl(word, 29), s3) ^ word;
     };
