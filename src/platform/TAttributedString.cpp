@@ -35,6 +35,8 @@ TAttributedString::TAttributedString(QString text, TColor background, TColor for
 
 void TAttributedString::append(QStringView text, TColor background, TColor foreground)
 {
+    if (text.isEmpty())
+        return;
     const bool coloured = background.isSet() || foreground.isSet();
     if (coloured && m_runs.empty())
         addRun(m_runs, {m_text.size(), {}, {}});
