@@ -334,8 +334,10 @@ bool FolderPicture::exists(const TFolder &folder, const QString &name)
 void FolderPicture::moved(const TFolder &folder, const QString &from, const QString &to)
 {
     Folder &known = picture(folder);
+    const Hash128 target = hashOf(to, known.folds);
+    known.present.prefetch(target);
     known.free(from);
-    known.take(hashOf(to, known.folds));
+    known.take(target);
 }
 
 void FolderPicture::taken(const TFolder &folder, const QString &name)

@@ -7,6 +7,7 @@
 namespace {
 
 constexpr std::size_t kOpenLevels = 32;
+constexpr std::size_t kLookAhead = 4; ///< names
 
 } // namespace
 
@@ -139,6 +140,9 @@ void FolderWalk::walk(const TFolderPtr &start, Visitor &visitor, const std::stop
             continue;
         }
         const Slot &slot = frame.slots[frame.next++];
+        // The sorted names lie all over the memory.
+        if (frame.next + kLookAhead < frame.slots.size())
+            __builtin_prefetch(frame.name(frame.slots[frame.next + kLookAhead]));
         const char *const name = frame.name(slot);
         const auto length = static_cast<qsizetype>(std::strlen(name));
         const TFolderPtr inner =

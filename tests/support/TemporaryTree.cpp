@@ -3,10 +3,13 @@
 
 #include "commonprocs/ByteNames.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <ftw.h>
 #include <iterator>
+#include <sys/stat.h>
 
 namespace fs = std::filesystem;
 
@@ -22,6 +25,18 @@ QString fromPath(const fs::path &path)
     return ByteNames::fromBytes(QByteArray::fromStdString(path.native()));
 }
 
+constexpr int kOpenFolders = 32;
+
+int openUp(const char *path, const struct stat * /*status*/, int type, FTW * /*level*/)
+{
+    return type == FTW_D || type == FTW_DNR ? chmod(path, S_IRWXU) : 0;
+}
+
+int removeEntry(const char *path, const struct stat * /*status*/, int /*type*/, FTW * /*level*/)
+{
+    return std::remove(path);
+}
+
 } // namespace
 
 TemporaryTree::TemporaryTree()
@@ -33,14 +48,10 @@ TemporaryTree::TemporaryTree()
 
 TemporaryTree::~TemporaryTree()
 {
-    const auto options = fs::directory_options::skip_permission_denied;
-    std::error_code error;
-    for (const fs::directory_entry &entry :
-         fs::recursive_directory_iterator(toPath(m_root), options, error)) {
-        if (!entry.is_symlink(error) && entry.is_directory(error))
-            fs::permissions(entry.path(), fs::perms::owner_all, fs::perm_options::add, error);
-    }
-    fs::remove_all(toPath(m_root), error);
+    // A folder that could not be opened tells about its own folders only when it can be.
+    for (int pass = 0; pass < 2; ++pass)
+        nftw(m_root.constData(), openUp, kOpenFolders, FTW_PHYS);
+    nftw(m_root.constData(), removeEntry, kOpenFolders, FTW_PHYS | FTW_DEPTH);
 }
 
 QByteArray TemporaryTree::bytes(const QString &relative) const
