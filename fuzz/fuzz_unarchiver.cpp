@@ -8,10 +8,9 @@ extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t maxSize);
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    // Not a view: an archive may outlive nothing but itself.
     const ArchiveWalk walk(
         QByteArray(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size)));
-    const auto limit = static_cast<qsizetype>(size) * 15 + (20 << 20);
+    const auto limit = static_cast<qsizetype>(size) * 30 + (40 << 20);
     if (walk.objects > limit || walk.units > limit)
         __builtin_trap();
     return 0;

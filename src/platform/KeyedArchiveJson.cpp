@@ -15,6 +15,9 @@ using namespace KeyedArchiveFormat;
 namespace {
 
 constexpr QLatin1StringView kLeftOut{"..."};
+/// Values on top of one for each byte of the file, which is more than any archive has in which
+/// nothing is referred to twice.
+constexpr qsizetype kSpareValues = 65'536;
 
 QJsonValue dateText(TDate date)
 {
@@ -28,7 +31,8 @@ QJsonValue dateText(TDate date)
 
 KeyedArchiveJson::KeyedArchiveJson(const KeyedArchiveFile &file, qsizetype maxValues)
     : m_reading(file)
-    , m_valuesLeft(maxValues)
+    , m_valuesLeft(
+          std::min(maxValues, static_cast<qsizetype>(file.plist().fileSize()) + kSpareValues))
 {
 }
 

@@ -21,7 +21,7 @@ struct ArchiveWalk
             return;
         archive.value().count();
         archive.value().forEachObject([this](const TDecoder &coder) { visit(coder); });
-        archive.value().toJson();
+        count(archive.value().toJson().toVariant());
     }
 
 private:
