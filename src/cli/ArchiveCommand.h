@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/Command.h"
+
+/// "archive": a keyed archive as readable JSON.
+class ArchiveCommand : public Command
+{
+public:
+    using Command::Command;
+
+    Help help() const override;
+    OptionGroups optionGroups() const override;
+
+protected:
+    int run(const CommandLine &line) override;
+};

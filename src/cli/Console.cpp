@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/Console.h"
+
+#include "cli/JsonWriter.h"
+#include "cli/SettingValue.h"
+#include "commonprocs/ByteNames.h"
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView kProgram{"tavrin-cli: "};
+constexpr QLatin1StringView kJson{"json"};
+constexpr QLatin1StringView kJsonLines{"jsonl"};
+constexpr QLatin1StringView kQuiet{"quiet"};
+constexpr QLatin1StringView kVerbose{"verbose"};
+constexpr QLatin1StringView kColour{"color"};
+constexpr QLatin1StringView kProgress{"progress"};
+constexpr QLatin1StringView kAuto{"auto"};
+constexpr QLatin1StringView kAlways{"always"};
+constexpr QLatin1StringView kNever{"never"};
+
+constexpr std::array kCommonOptions{
+    OptionSpec{kJson, ""_L1, "print one JSON document"_L1},
+    OptionSpec{"help"_L1, ""_L1, "show this help"_L1, 'h'},
+};
+
+constexpr std::array kBatchOptions{
+    OptionSpec{kJsonLines, ""_L1, "print one JSON object a line, as they come"_L1},
+    OptionSpec{kQuiet, ""_L1, "print only problems, on standard error"_L1, 'q'},
+    OptionSpec{kVerbose, ""_L1, "show whole paths, and say more about what is done"_L1, 'v'},
+    OptionSpec{kColour, "WHEN"_L1, "colour names by rule: auto, always or never"_L1},
+    OptionSpec{kProgress, "WHEN"_L1, "show progress on standard error: auto, always or never"_L1},
+};
+
+bool terminalHasColours()
+{
+    return qEnvironmentVariableIsEmpty("NO_COLOR") && qgetenv("TERM") != "dumb";
+}
+
+bool isYes(const QByteArray &answer)
+{
+    const QByteArray word = answer.trimmed().toLower();
+    return word == "y" || word == "yes";
+}
+
+} // namespace
+
+OptionGroup Console::commonOptions()
+{
+    return {"General"_L1, kCommonOptions};
+}
+
+OptionGroup Console::batchOptions()
+{
+    return {"Output"_L1, kBatchOptions};
+}
+
+Console::Console(CliEnvironment &environment)
+    : m_environment(environment)
+{
+    m_progress.emplace(environment.err, ProgressLine::Mode::Off);
+}
+
+void Console::guessForm(const QStringList &arguments)
+{
+    const qsizetype end = arguments.indexOf(u"--"_s);
+    const QStringList options = end < 0 ? arguments : arguments.first(end);
+    m_refusesInJson = options.contains("--"_L1 + kJson) || options.contains("--"_L1 + kJsonLines);
+}
+
+TResult<bool> Console::configure(const CommandLine &line)
+{
+    for (const QLatin1StringView option : {kColour, kProgress}) {
+        const QString when = line.value(option);
+        if (!when.isNull() && when != kAuto && when != kAlways && when != kNever)
+            return TResult<bool>::failure(SettingValue::unknownWord("value of --"_L1 + option, when,
+                                                                    {kAuto, kAlways, kNever}));
+    }
+    if (line.has(kJsonLines))
+        m_form = Form::JsonLines;
+    else if (line.has(kJson))
+        m_form = Form::Json;
+    m_quiet = line.has(kQuiet);
+    m_verbose = line.has(kVerbose) && !m_quiet;
+    chooseColour(line.value(kColour));
+    chooseProgress(line.value(kProgress));
+    return true;
+}
+
+void Console::chooseColour(const QString &when)
+{
+    const bool wanted =
+        when == kAlways || (when != kNever && m_environment.outIsTerminal && terminalHasColours());
+    m_colour = wanted && !isJson() && !m_quiet;
+}
+
+void Console::chooseProgress(const QString &when)
+{
+    using Mode = ProgressLine::Mode;
+    const Mode visible = m_environment.errIsTerminal ? Mode::Overwrite : Mode::Lines;
+    const bool wanted = when == kAlways || (when != kNever && m_environment.errIsTerminal);
+    m_progress.emplace(m_environment.err, wanted ? visible : Mode::Off);
+}
+
+void Console::print(QByteArrayView bytes)
+{
+    if (m_environment.outIsTerminal)
+        m_progress->clear();
+    m_environment.out.write(bytes);
+}
+
+void Console::printLine(QStringView text)
+{
+    if (!m_quiet)
+        print(displayed(text) + '\n');
+}
+
+void Console::message(const QString &text)
+{
+    flush();
+    m_environment.err.write(QByteArray(kProgram.data(), kProgram.size()) + displayed(text) + '\n');
+    m_environment.err.flush();
+}
+
+int Console::refuse(int status, const QString &text)
+{
+    message(text);
+    if (m_refusesInJson) {
+        JsonWriter json;
+        json.beginObject().key("error"_L1).beginObject();
+        json.key("status"_L1).value(qint64{status}).key("text"_L1).value(text);
+        json.endObject().endObject();
+        print(json.bytes() + '\n');
+    }
+    return status;
+}
+
+void Console::problemLine(QByteArrayView line)
+{
+    m_progress->clear();
+    m_environment.err.write(line);
+}
+
+void Console::detail(const QString &text)
+{
+    if (m_verbose)
+        message(text);
+}
+
+bool Console::ask(const QString &question)
+{
+    flush();
+    m_environment.err.write(question.toUtf8() + " [y/N] ");
+    m_environment.err.flush();
+    const std::optional<QByteArray> answer = m_environment.terminal.readLine();
+    if (!answer) {
+        m_environment.err.write("\n");
+        m_environment.err.flush();
+    }
+    return answer && isYes(*answer);
+}
+
+void Console::flush()
+{
+    // What was printed so far comes first where both streams go to one place.
+    m_progress->clear();
+    m_environment.out.flush();
+    m_environment.err.flush();
+}
+
+QByteArray displayed(QStringView text)
+{
+    return ByteNames::forDisplay(text).toUtf8();
+}

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/LogsFolder.h"
+
+#include "cli/CliEnvironment.h"
+#include "cli/Console.h"
+#include "cli/ShellWords.h"
+#include "commonprocs/URLListProcessing.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView kApplication{"Tavrin"};
+constexpr QLatin1StringView kLogs{"Logs"};
+
+QString storyOf(const RecoveredRun &run)
+{
+    const QString files = QString::number(run.files);
+    if (run.rollbackLog.isEmpty())
+        return u"a run over %1 files was interrupted before it renamed anything"_s.arg(files);
+    QString story =
+        u"a run over %1 files was interrupted after renaming %2; to undo: tavrin-cli "
+        "rollback %3"_s.arg(files, QString::number(run.renamed), shellQuoted(run.rollbackLog));
+    if (run.unknown > 0)
+        story += u". What became of %1 of them is not known"_s.arg(run.unknown);
+    return story;
+}
+
+} // namespace
+
+namespace LogsFolder {
+
+QString path()
+{
+    return appSupportDirURL().path() + u'/' + kApplication + u'/' + kLogs;
+}
+
+QString made()
+{
+    const TFileURL folder = getSandboxedAppSupportFolder(kApplication, kLogs);
+    return folder.isValid() ? folder.path() : QString();
+}
+
+std::vector<RecoveredRun> recover(CliEnvironment &environment, Console &console)
+{
+    std::vector<RecoveredRun> runs =
+        recoverInterruptedRuns(path(), environment.fileManager, environment.clock);
+    for (const RecoveredRun &run : runs)
+        console.message(run.problem.isEmpty() ? storyOf(run) : run.problem);
+    return runs;
+}
+
+} // namespace LogsFolder

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "rollback/RunJournal.h"
+
+#include <QString>
+
+#include <vector>
+
+class Console;
+struct CliEnvironment;
+
+/// Where rollback logs and journals are, and the tidying up after interrupted runs that every verb
+/// which moves files does first.
+namespace LogsFolder {
+
+/// The folder, whether it exists or not.
+QString path();
+/// The folder, made when it is not there; empty when that is impossible.
+QString made();
+/// Turns the journals of interrupted runs into rollback logs and says so.
+std::vector<RecoveredRun> recover(CliEnvironment &environment, Console &console);
+
+} // namespace LogsFolder

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/Recipe.h"
+
+#include "document/NameGeneration.h"
+#include "document/TRuleKinds.h"
+#include "metadata/TCSVAggregator.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::vector<TExtensionMap> mapFromPairs(const QVariantList &pairs)
+{
+    std::vector<TExtensionMap> map;
+    for (const QVariant &pair : pairs)
+        map.emplace_back().setProperties(pair.toMap());
+    return map;
+}
+
+} // namespace
+
+TRuleList Recipe::freshRules() const
+{
+    TRuleList copy = TRuleKinds::copyArrayViaEncode(rules);
+    NameGeneration::prepareAllRules(copy);
+    return copy;
+}
+
+bool Recipe::readsMetadata() const
+{
+    return std::any_of(rules.begin(), rules.end(), [](const TRulePtr &rule) {
+        const RuleKindSpec *kind = RuleSettings::kind(TRuleKinds::identifierForRule(*rule));
+        return kind != nullptr && kind->readsMetadata;
+    });
+}
+
+TResult<TRulePtr> makeRule(const WrittenRule &written)
+{
+    QVariantMap settings = written.settings;
+    if (!written.csvFile.isNull()) {
+        QString problem;
+        const TStringTablePtr table = rowsWithContentsOfCSVFile(written.csvFile, &problem);
+        if (!table)
+            return TResult<TRulePtr>::failure(
+                u"%1: %2: %3"_s.arg(written.kind->kind, written.csvFile, problem));
+        settings.insert(u"theRows"_s, QVariant::fromValue(table));
+    }
+    TRulePtr rule = TRuleKinds::ruleForIdentifier(written.kind->kind);
+    rule->setProperties(settings);
+    rule->updatePreview();
+    return rule;
+}
+
+void applyExtension(TExtensionHandler &handler, const WrittenExtension &written)
+{
+    for (auto it = written.begin(); it != written.end(); ++it) {
+        const QVariant &value = it.value();
+        if (it.key() == "handlingMethod"_L1)
+            handler.setHandlingMethod(value.toLongLong());
+        else if (it.key() == "mapArray"_L1)
+            handler.setMapArray(mapFromPairs(value.toList()));
+        else if (it.key() == "replacer"_L1)
+            handler.setReplacer(value.toString());
+        else if (it.key() == "caseHandling"_L1)
+            handler.setCaseHandling(value.toLongLong());
+        else if (it.key() == "mapRemainderChoice"_L1)
+            handler.setMapRemainderChoice(value.toLongLong());
+        else if (it.key() == "ignoreCase"_L1)
+            handler.setIgnoreCase(value.toLongLong());
+        else if (it.key() == "regEx"_L1)
+            handler.setRegEx(value.toString());
+        else if (it.key() == "regAccess"_L1)
+            handler.setRegAccess(value.toLongLong());
+        else if (it.key() == "rePattern"_L1)
+            handler.setRePattern(value.toString());
+    }
+}

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/RuleWords.h"
+#include "document/TOptions.h"
+#include "extensions/TExtensionHandler.h"
+#include "rules/TRuleModel.h"
+
+#include <memory>
+
+/// What the new names are made from, ready for use but never evaluated itself: every analysis and
+/// every run takes copies.
+struct Recipe
+{
+    TRuleList rules;
+    std::unique_ptr<TExtensionHandler> extensionHandler = std::make_unique<TExtensionHandler>();
+    TOptions options;
+    bool duplicatesAreCritical = false;
+    bool hasExtensionSettings = false; ///< the user gave some
+
+    /// A copy of the rules for one pass over the batch, prepared.
+    TRuleList freshRules() const;
+    /// True when some rule takes metadata from the files.
+    bool readsMetadata() const;
+};
+
+/// A rule as its kind and the settings say; reads the rule's CSV file, if it has one.
+TResult<TRulePtr> makeRule(const WrittenRule &written);
+void applyExtension(TExtensionHandler &handler, const WrittenExtension &written);

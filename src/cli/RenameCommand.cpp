@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/RenameCommand.h"
+
+#include "cli/JsonText.h"
+#include "cli/LogsFolder.h"
+#include "cli/ShellWords.h"
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView kYes{"yes"};
+constexpr QLatin1StringView kNoUndo{"no-undo"};
+
+constexpr std::array kRunOptions{
+    OptionSpec{kYes, ""_L1, "rename without asking"_L1, 'y'},
+    OptionSpec{kNoUndo, ""_L1, "rename even when no record for undoing can be made"_L1},
+};
+
+constexpr QLatin1StringView kText{
+    "Renames the files, after a question. The batch is analysed first; critical problems refuse "
+    "the "
+    "run. Nothing is ever overwritten: where a name is taken, \"-1\" and so on is added.\n"
+    "Every run leaves a rollback log, from which tavrin-cli rollback undoes it. Ctrl-C stops after "
+    "the current file and leaves a log of what was done."};
+
+constexpr QLatin1StringView kExamples{
+    "tavrin-cli rename --rule 'Text theText=\"Holiday \"' --rule Counter photos/\n"
+    "tavrin-cli rename --yes --recipe recipe.json --json --files-from list.txt"};
+
+TErrorLog countsOf(const AnalysisPass &pass)
+{
+    TErrorLog log;
+    for (qsizetype i = 0; i < pass.warnings(); ++i)
+        log.append({TErrorTypes::kWarning, {}});
+    for (qsizetype i = 0; i < pass.criticals(); ++i)
+        log.append({TErrorTypes::kCritical, {}});
+    return log;
+}
+
+} // namespace
+
+Command::Help RenameCommand::help() const
+{
+    return {"rename"_L1, "[recipe] [options] [--] PATH..."_L1,
+            "rename files; asks first, and can be undone"_L1, kText, kExamples};
+}
+
+OptionGroups RenameCommand::optionGroups() const
+{
+    OptionGroups groups = BatchCommand::optionGroups();
+    groups.insert(groups.begin() + 2, OptionGroup{"Run"_L1, kRunOptions});
+    return groups;
+}
+
+int RenameCommand::run(const CommandLine &line)
+{
+    if (const auto status = understand(line))
+        return *status;
+    if (!line.has(kYes) && (files().readsInput() || !console().canAsk()))
+        return refuse(ExitStatus::kNotConfirmed,
+                      u"nobody is there to be asked; nothing was renamed. Give --yes to rename "
+                      "without a question"_s);
+    LogsFolder::recover(environment(), console());
+    if (const auto status = collect(line))
+        return *status;
+    const std::unique_ptr<BatchReport> report = BatchReport::make(console());
+    const std::optional<RenameGuard::Answer> answer = analyse(*report);
+    if (!answer)
+        return refuse(ExitStatus::kInterrupted, u"interrupted; nothing was renamed"_s);
+    if (answer->verdict != RenameGuard::Verdict::Confirm)
+        return refuseWithPreview(*answer);
+    if (const auto status = confirm(line, *answer))
+        return *status;
+    return rename(line, *report);
+}
+
+std::optional<RenameGuard::Answer> RenameCommand::analyse(BatchReport &report)
+{
+    AnalysisPass pass = analysis(false);
+    while (!pass.atEnd()) {
+        if (interrupted())
+            return {};
+        const TAnalysisResult result = pass.step();
+        report.batchProblems(pass.lastProblems(), result.errors);
+        console().progress().show("Analysing"_L1, pass.done(), pass.total());
+    }
+    const TErrorLog log = countsOf(pass);
+    RenameGuard guard;
+    guard.analysed = true;
+    guard.batchLog = &log;
+    guard.skipErrorList = true;
+    guard.rules = static_cast<qsizetype>(recipe().rules.size());
+    guard.files = pass.total();
+    return guard.check();
+}
+
+int RenameCommand::refuseWithPreview(const RenameGuard::Answer &answer)
+{
+    const std::unique_ptr<BatchReport> report = BatchReport::make(console());
+    if (!recipe().rules.empty() && files().files().empty()) {
+        report->finish(RenameOutcome{{}, files().missing(), {}});
+        console().message(u"no files: none of the paths holds a file to rename"_s);
+        return ExitStatus::kIncomplete;
+    }
+    std::optional<PreviewOutcome> outcome = preview(*report);
+    if (!outcome)
+        return ExitStatus::kInterrupted;
+    outcome->refused = true;
+    report->finish(*outcome);
+    console().message(answer.title + ": "_L1 + answer.text);
+    return ExitStatus::kRefused;
+}
+
+std::optional<int> RenameCommand::confirm(const CommandLine &line,
+                                          const RenameGuard::Answer &answer)
+{
+    if (line.has(kYes))
+        return {};
+    const bool yes = console().ask(answer.title + u'\n' + answer.text);
+    if (interrupted())
+        return refuse(ExitStatus::kInterrupted, u"interrupted; nothing was renamed"_s);
+    if (!yes)
+        return refuse(ExitStatus::kNotConfirmed, u"not confirmed; nothing was renamed"_s);
+    return {};
+}
+
+TRenameRun::Settings RenameCommand::runSettings(const QString &logsFolder) const
+{
+    return {recipe().freshRules(), recipe().extensionHandler->copyForRun(), recipe().options,
+            logsFolder, true};
+}
+
+int RenameCommand::rename(const CommandLine &line, BatchReport &report)
+{
+    const QString logsFolder = LogsFolder::made();
+    TRenameRun run(environment().fileManager, environment().clock, files().files(),
+                   runSettings(logsFolder));
+    const TResult<bool> prepared =
+        logsFolder.isEmpty()
+            ? TResult<bool>::failure(u"the folder %1 cannot be made"_s.arg(LogsFolder::path()))
+            : run.prepare();
+    if (!prepared && !line.has(kNoUndo))
+        return refuse(ExitStatus::kNotConfirmed,
+                      u"this run could not be undone: %1. Nothing was renamed; give --no-undo to "
+                      "rename all the same"_s.arg(prepared.message()));
+    if (!prepared)
+        console().message(u"this run cannot be undone: %1"_s.arg(prepared.message()));
+    RenameOutcome outcome;
+    outcome.missing = files().missing();
+    move(run, report, outcome);
+    report.finish(outcome);
+    return statusOf(outcome);
+}
+
+void RenameCommand::move(TRenameRun &run, BatchReport &report, RenameOutcome &outcome)
+{
+    const std::unique_ptr<TMetadataSource> source = metadataSource();
+    run.setMetadataSource(source.get());
+    if (console().isJson())
+        run.setTextLog(
+            [&outcome](const QString &text) { appendJsonCharacters(outcome.textLog, text); });
+    // The run reports what it did; what the names looked like in the analysis is worked out beside
+    // it, file by file, instead of being kept.
+    AnalysisPass targets = analysis(console().hasColour());
+    const auto reported = [&](const TRenameReport &file) {
+        TAnalysisResult target;
+        while (report.wantsTargets() && targets.done() <= file.index)
+            target = targets.step();
+        report.renamed(files().files()[static_cast<std::size_t>(file.index)], target, file);
+        console().progress().show("Renaming"_L1, file.index + 1, targets.total());
+    };
+    outcome.summary = run.run(reported, environment().interrupted);
+}
+
+int RenameCommand::statusOf(const RenameOutcome &outcome)
+{
+    const TRenameSummary &summary = outcome.summary;
+    if (!summary.problem.isEmpty())
+        console().message(summary.problem);
+    if (summary.interrupted && interrupted()) {
+        console().message(
+            summary.rollbackLog.isEmpty()
+                ? u"interrupted after %1 files"_s.arg(summary.renamed)
+                : u"interrupted after renaming %1 of %2 files; to undo: tavrin-cli rollback %3"_s
+                      .arg(QString::number(summary.renamed),
+                           QString::number(files().files().size()),
+                           shellQuoted(summary.rollbackLog)));
+        return ExitStatus::kInterrupted;
+    }
+    const bool complete = summary.failed == 0 && outcome.missing == 0 && !summary.interrupted &&
+                          summary.problem.isEmpty();
+    return complete ? ExitStatus::kDone : ExitStatus::kIncomplete;
+}

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/RollbackCommand.h"
+
+#include "cli/LogsFolder.h"
+#include "rollback/RollbackLog.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView kLast{"last"};
+constexpr QLatin1StringView kCheck{"check"};
+constexpr QLatin1StringView kReverse{"reverse"};
+constexpr QLatin1StringView kYes{"yes"};
+
+constexpr std::array kRollbackOptions{
+    OptionSpec{kLast, ""_L1, "take the newest log that still has something to undo"_L1},
+    OptionSpec{kCheck, ""_L1, "only show what could be undone"_L1},
+    OptionSpec{
+        kReverse, ""_L1,
+        "go from the last record to the first; the way to undo runs that gave a file the name "
+        "another one had just left"_L1},
+    OptionSpec{kYes, ""_L1, "undo without asking"_L1, 'y'},
+};
+
+constexpr QLatin1StringView kText{
+    "Gives the files of a past run their old names back. Each record of the log is checked against "
+    "the disk first; nothing is overwritten: where an old name is in use again, \"-1\" and so on "
+    "is "
+    "added. The log stays as it is.\n"
+    "LOG is the path of a rollback log, or its name as tavrin-cli logs shows it."};
+
+constexpr QLatin1StringView kExamples{"tavrin-cli rollback --last --check\n"
+                                      "tavrin-cli rollback --last --yes"};
+
+bool canBeUndone(const TRenameTRX &record)
+{
+    return record.renamedExistsWithStatus == RollbackRun::kRenamedFound;
+}
+
+QString pathOfNamedLog(const QString &name)
+{
+    const auto logs = savedRollbackLogs(LogsFolder::path());
+    const auto found = std::find_if(logs.begin(), logs.end(), [&name](const SavedRollbackLog &log) {
+        return log.name == name || log.path.endsWith(u'/' + name);
+    });
+    return found == logs.end() ? name : found->path;
+}
+
+} // namespace
+
+Command::Help RollbackCommand::help() const
+{
+    return {"rollback"_L1, "(--last | LOG) [options]"_L1, "undo a past run; asks first"_L1, kText,
+            kExamples};
+}
+
+OptionGroups RollbackCommand::optionGroups() const
+{
+    return {{"Rollback"_L1, kRollbackOptions}, Console::batchOptions(), Console::commonOptions()};
+}
+
+int RollbackCommand::run(const CommandLine &line)
+{
+    if (line.has(kLast) != line.words().isEmpty() || line.words().size() > 1)
+        return usageError(u"give either one log or --last"_s);
+    LogsFolder::recover(environment(), console());
+    if (const auto status = line.has(kLast) ? findLast() : findNamed(line.words().first()))
+        return *status;
+    m_result.records = m_run->transactions();
+    m_result.restored.resize(m_result.records.size());
+    m_result.checkOnly = line.has(kCheck);
+    if (m_run->recommendsReverse() && !line.has(kReverse))
+        console().message(u"some files were given names that others of the run had just left; only "
+                          "--reverse restores them all"_s);
+    if (!m_result.checkOnly) {
+        if (const auto status = confirm(line))
+            return *status;
+        return roll(line.has(kReverse));
+    }
+    m_result.skippedCount =
+        static_cast<qsizetype>(m_result.records.size()) - count(RollbackRun::kRenamedFound);
+    printRollback(console(), m_result);
+    return m_result.skippedCount == 0 && !m_result.records.empty() ? ExitStatus::kDone
+                                                                   : ExitStatus::kIncomplete;
+}
+
+std::optional<int> RollbackCommand::findNamed(const QString &name)
+{
+    const QString path = name.contains(u'/') ? name : pathOfNamedLog(name);
+    TResult<std::vector<TRenameTRX>> records = readRollbackLog(path);
+    if (!records)
+        return refuse(ExitStatus::kUsageError, records.message());
+    check(TFileURL::fileURLWithPath(path).path(), std::move(records).value());
+    return {};
+}
+
+std::optional<int> RollbackCommand::findLast()
+{
+    for (const SavedRollbackLog &log : savedRollbackLogs(LogsFolder::path())) {
+        TResult<std::vector<TRenameTRX>> records = readRollbackLog(log.path);
+        if (!records) {
+            console().message(records.message());
+            continue;
+        }
+        check(log.path, std::move(records).value());
+        if (count(RollbackRun::kRenamedFound) > 0)
+            return {};
+    }
+    return refuse(ExitStatus::kIncomplete, u"no rollback log has anything to undo"_s);
+}
+
+void RollbackCommand::check(const QString &path, std::vector<TRenameTRX> records)
+{
+    m_result.log = path;
+    m_run = std::make_unique<RollbackRun>(environment().fileManager, std::move(records));
+    m_run->processLog([this](qsizetype done, qsizetype total) {
+        console().progress().show("Checking"_L1, done, total);
+    });
+}
+
+std::optional<int> RollbackCommand::confirm(const CommandLine &line)
+{
+    if (line.has(kYes))
+        return {};
+    if (!console().canAsk())
+        return refuse(
+            ExitStatus::kNotConfirmed,
+            u"nobody is there to be asked; nothing was undone. Give --yes to undo without "
+            "a question"_s);
+    const bool yes =
+        console().ask(u"%1 of the %2 files in %3 can get their old names back. Undo?"_s.arg(
+            QString::number(count(RollbackRun::kRenamedFound)),
+            QString::number(m_result.records.size()), m_result.log));
+    if (interrupted())
+        return refuse(ExitStatus::kInterrupted, u"interrupted; nothing was undone"_s);
+    if (!yes)
+        return refuse(ExitStatus::kNotConfirmed, u"not confirmed; nothing was undone"_s);
+    return {};
+}
+
+int RollbackCommand::roll(bool reverse)
+{
+    m_run->performRollBack(
+        [this](qsizetype done, qsizetype total) {
+            console().progress().show("Rolling back"_L1, done, total);
+        },
+        environment().interrupted, reverse,
+        [this](qsizetype index, const TFileURL &url) {
+            m_result.restored[static_cast<std::size_t>(index)] = url.path();
+        });
+    m_result.records = m_run->transactions();
+    m_result.restoredCount = count(RollbackRun::kRestored);
+    m_result.failedCount = count(RollbackRun::kFailed);
+    m_result.skippedCount = static_cast<qsizetype>(m_result.records.size()) -
+                            m_result.restoredCount - m_result.failedCount;
+    printRollback(console(), m_result);
+    const bool stopped = std::any_of(m_result.records.begin(), m_result.records.end(), canBeUndone);
+    if (stopped && interrupted()) {
+        console().message(u"interrupted; the same command goes on where this one stopped"_s);
+        return ExitStatus::kInterrupted;
+    }
+    const bool complete = m_result.failedCount + m_result.skippedCount == 0;
+    return complete && m_result.restoredCount > 0 ? ExitStatus::kDone : ExitStatus::kIncomplete;
+}
+
+qsizetype RollbackCommand::count(qint64 status) const
+{
+    const auto &records = m_run->transactions();
+    return std::count_if(records.begin(), records.end(), [status](const TRenameTRX &record) {
+        return record.renamedExistsWithStatus == status;
+    });
+}

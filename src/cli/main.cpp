@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/Cli.h"
+#include "cli/Interrupt.h"
+#include "commonprocs/ByteNames.h"
+
+#include <unistd.h>
+
+int main(int argc, char **argv)
+{
+    Interrupt::install();
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(ByteNames::fromBytes(argv[i]));
+    DescriptorOutput out(STDOUT_FILENO);
+    DescriptorOutput err(STDERR_FILENO);
+    ControllingTerminal terminal;
+    DiskFileManager disk;
+    SystemClock clock;
+    CliEnvironment environment{out,  err,   STDIN_FILENO,          terminal,
+                               disk, clock, Interrupt::requested()};
+    environment.outIsTerminal = ::isatty(STDOUT_FILENO) == 1;
+    environment.errIsTerminal = ::isatty(STDERR_FILENO) == 1;
+    return Cli::run(arguments, environment);
+}
