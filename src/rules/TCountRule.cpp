@@ -5,7 +5,7 @@
 
 #include <array>
 #include <charconv>
-#include <string_view>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -22,8 +22,6 @@ constexpr QStringView kUnknownFormat = u"???";
 constexpr QStringView kTotalTile = u"(total)";
 constexpr QStringView kFormatTiles[] = {u"1, 2, 3", u"i, ii, iii", u"I, II, III"};
 constexpr QStringView kPerExtensionTile = u" (per .EXT)";
-
-constexpr qsizetype kInitialExtensions = 100;
 
 /// Sums and products that wrap around, as settings may hold any number.
 qint64 sum(qint64 a, qint64 b)
@@ -68,7 +66,6 @@ TCountRule::TCountRule()
     , m_globalCounter(m_startValue)
     , m_increment(1)
 {
-    m_extensionCounters.reserve(kInitialExtensions);
     setThePreview(TImage(kIcon.toString()));
     TCountRule::updatePreview();
 }
@@ -128,9 +125,10 @@ qint64 TCountRule::nextValue(const TFileObject &file, qint64 batchSize)
         return batchSize;
     if (m_individualFileTypes) {
         const QString extension = file.extension();
-        const qint64 value = m_extensionCounters.value(extension, m_startValue);
-        m_extensionCounters.insert(extension, sum(value, m_increment));
-        return value;
+        auto counter = m_extensionCounters.find(extension);
+        if (counter == m_extensionCounters.end())
+            counter = m_extensionCounters.insert(extension, m_startValue);
+        return std::exchange(*counter, sum(*counter, m_increment));
     }
     const qint64 value = sum(m_startValue, m_globalCounter);
     m_globalCounter = sum(m_globalCounter, m_increment);

@@ -4,7 +4,7 @@
 #include "rules/TRuleFields.h"
 #include "rules/TRuleModel.h"
 
-#include <QHash>
+#include <QMap>
 
 /// A running number for each file of a batch, one for each file of the same extension, or the
 /// number of files. Evaluating it moves it on, so its output depends on the order of the files.
@@ -39,8 +39,8 @@ public:
     qint64 globalCounter() const { return m_globalCounter; }
     void setGlobalCounter(qint64 counter) { m_globalCounter = counter; }
     /// Extension, in its own case, to the next number for it.
-    const QHash<QString, qint64> &extensionCounters() const { return m_extensionCounters; }
-    void setExtensionCounters(const QHash<QString, qint64> &counters)
+    const QMap<QString, qint64> &extensionCounters() const { return m_extensionCounters; }
+    void setExtensionCounters(const QMap<QString, qint64> &counters)
     {
         m_extensionCounters = counters;
     }
@@ -73,7 +73,7 @@ private:
     qint64 m_startValue = 0;
     bool m_individualFileTypes = false;
     qint64 m_globalCounter = 0;
-    QHash<QString, qint64> m_extensionCounters;
+    QMap<QString, qint64> m_extensionCounters;
     qint64 m_counterFormat = 0;
     qint64 m_padding = 0;
     qint64 m_paddingChar = 0;
