@@ -24,9 +24,9 @@ constexpr QLatin1StringView kText{
     "takes them, or with --json as --recipe reads them; export and import copy preset files."};
 
 constexpr QLatin1StringView kExamples{
-    "tavrin-cli presets save Holiday --rule 'Text theText=\"Holiday \"' --rule Counter\n"
-    "tavrin-cli presets show Holiday --json > holiday.json\n"
-    "tavrin-cli presets export Holiday Holiday.renamesetting"};
+    "tavrin-cli presets save Trip --rule 'Text theText=\"Trip \"' --rule Counter\n"
+    "tavrin-cli presets show Trip --json > trip.json\n"
+    "tavrin-cli presets export Trip Trip.renamesetting"};
 
 QString nameOfFile(const QString &path)
 {
@@ -103,7 +103,7 @@ int PresetsCommand::show(const CommandLine &line)
 {
     const TResult<TRuleList> rules = readNamedPreset(m_presets, line.words()[1]);
     if (!rules)
-        return refuse(ExitStatus::kUsageError, u"%1: %2"_s.arg(line.words()[1], rules.message()));
+        return refuseNamed(line.words()[1], rules.message());
     if (console().isJson()) {
         JsonWriter json;
         RuleForms::writeRules(json, rules.value());
@@ -125,13 +125,14 @@ int PresetsCommand::save(const CommandLine &line)
             u"a preset needs rules: give at least one --rule, --preset or --recipe"_s);
     if (recipe.value().hasExtensionSettings)
         console().message(u"extension settings are no part of a preset and were left out"_s);
-    return saved(m_presets.savePreset(line.words()[1], recipe.value().rules));
+    return saveAs(line.words()[1], recipe.value().rules);
 }
 
-int PresetsCommand::saved(const TResult<QString> &result)
+int PresetsCommand::saveAs(const QString &name, const TRuleList &rules)
 {
+    const TResult<QString> result = m_presets.savePreset(name, rules);
     if (!result)
-        return refuse(ExitStatus::kUsageError, result.message());
+        return refuseNamed(name, result.message());
     if (console().isJson()) {
         JsonWriter json;
         printJson(json.beginObject().key("path"_L1).value(result.value()).endObject());
@@ -144,14 +145,14 @@ int PresetsCommand::saved(const TResult<QString> &result)
 int PresetsCommand::remove(const CommandLine &line)
 {
     const TResult<bool> deleted = m_presets.deletePreset(line.words()[1]);
-    return deleted ? ExitStatus::kDone : refuse(ExitStatus::kUsageError, deleted.message());
+    return deleted ? ExitStatus::kDone : refuseNamed(line.words()[1], deleted.message());
 }
 
 int PresetsCommand::exportPreset(const CommandLine &line)
 {
     const TResult<TRuleList> rules = readNamedPreset(m_presets, line.words()[1]);
     if (!rules)
-        return refuse(ExitStatus::kUsageError, u"%1: %2"_s.arg(line.words()[1], rules.message()));
+        return refuseNamed(line.words()[1], rules.message());
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     const QString &path = line.words()[2];
@@ -166,6 +167,11 @@ int PresetsCommand::importPreset(const CommandLine &line)
     const QString &path = line.words()[1];
     const TResult<TRuleList> rules = m_presets.readPreset(path);
     if (!rules)
-        return refuse(ExitStatus::kUsageError, rules.message());
-    return saved(m_presets.savePreset(nameOfFile(path), rules.value()));
+        return refuseNamed(path, rules.message());
+    return saveAs(nameOfFile(path), rules.value());
+}
+
+int PresetsCommand::refuseNamed(const QString &name, const QString &problem)
+{
+    return refuse(ExitStatus::kUsageError, u"%1: %2"_s.arg(name, problem));
 }

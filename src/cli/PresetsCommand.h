@@ -31,7 +31,8 @@ private:
     int remove(const CommandLine &line);
     int exportPreset(const CommandLine &line);
     int importPreset(const CommandLine &line);
-    int saved(const TResult<QString> &result);
+    int saveAs(const QString &name, const TRuleList &rules);
+    int refuseNamed(const QString &name, const QString &problem);
 
     PresetsManager m_presets;
 };

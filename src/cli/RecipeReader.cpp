@@ -241,7 +241,9 @@ TResult<TRuleList> readNamedPreset(const PresetsManager &presets, const QString 
             return presets.readPreset(entry.path);
         names.append(entry.name);
     }
+    const QString possible =
+        names.isEmpty() ? u"none is saved"_s : "possible: "_L1 + names.join(u", "_s);
     return TResult<TRuleList>::failure(
-        u"there is no such preset; possible: %1, or the path of a .renamesetting file"_s.arg(
-            names.join(u", "_s)));
+        u"there is no such preset; %1. Give the path of a .renamesetting file to use that"_s.arg(
+            possible));
 }

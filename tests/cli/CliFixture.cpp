@@ -73,9 +73,9 @@ void CliFixture::batch(const QStringList &names) const
 QString CliFixture::onlyLog() const
 {
     QStringList logs;
-    for (const QString &name : tree.list(u"data/Tavrin/Logs"_s)) {
+    for (const QString &name : tree.list(u"data"_s)) {
         if (name.endsWith(u".renameLog"_s))
             logs.append(name);
     }
-    return logs.size() == 1 ? tree.path(u"data/Tavrin/Logs/"_s + logs.first()) : QString();
+    return logs.size() == 1 ? tree.path(u"data/"_s + logs.first()) : QString();
 }
