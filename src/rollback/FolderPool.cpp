@@ -5,17 +5,17 @@
 
 using namespace Qt::StringLiterals;
 
-const TFolderPtr &FolderPool::Prefixes::folder(QStringView prefix,
-                                               TFileURL (*make)(const QString &))
+const TFolderPtr &FolderPool::folderFor(QStringView prefix, Prefixes &known,
+                                        TFileURL (*make)(const QString &))
 {
-    if (last && prefix == lastPrefix)
-        return last;
-    lastPrefix = prefix.toString();
-    TFolderPtr &found = folders[lastPrefix];
+    if (known.last && prefix == known.lastPrefix)
+        return known.last;
+    known.lastPrefix = prefix.toString();
+    TFolderPtr &found = known.folders[known.lastPrefix];
     if (!found)
-        found = make(lastPrefix + u"/x"_s).folder();
-    last = found;
-    return last;
+        found = pooled(make(known.lastPrefix + u"/x"_s).folder());
+    known.last = found;
+    return known.last;
 }
 
 TFileURL FolderPool::fileURLWithPath(const QString &path)
@@ -24,8 +24,8 @@ TFileURL FolderPool::fileURLWithPath(const QString &path)
     QString name = path.mid(slash + 1);
     if (!path.startsWith(u'/') || name.isEmpty() || name.contains(QChar::Null))
         return shared(TFileURL::fileURLWithPath(path));
-    const TFolderPtr folder =
-        pooled(m_paths.folder(QStringView(path).first(slash), &TFileURL::fileURLWithPath));
+    const TFolderPtr &folder =
+        folderFor(QStringView(path).first(slash), m_paths, &TFileURL::fileURLWithPath);
     return folder ? TFileURL(folder, std::move(name)) : TFileURL();
 }
 
@@ -38,8 +38,8 @@ TFileURL FolderPool::fromString(const QString &url)
                          !encoded.contains(u'?') && !encoded.contains(u'#');
     if (!isPlain)
         return shared(TFileURL::fromString(url));
-    const TFolderPtr folder =
-        pooled(m_urls.folder(QStringView(url).first(slash), &TFileURL::fromString));
+    const TFolderPtr &folder =
+        folderFor(QStringView(url).first(slash), m_urls, &TFileURL::fromString);
     return folder ? TFileURL(folder, std::move(name)) : TFileURL();
 }
 

@@ -22,11 +22,11 @@ private:
         QHash<QString, TFolderPtr> folders;
         QString lastPrefix;
         TFolderPtr last;
-
-        /// make is given the text of some item of the folder when the prefix is a new one.
-        const TFolderPtr &folder(QStringView prefix, TFileURL (*make)(const QString &));
     };
 
+    /// make is given the text of some item of the folder when the prefix is a new one.
+    const TFolderPtr &folderFor(QStringView prefix, Prefixes &known,
+                                TFileURL (*make)(const QString &));
     TFolderPtr pooled(const TFolderPtr &folder);
 
     Prefixes m_paths;

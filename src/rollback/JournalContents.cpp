@@ -51,7 +51,8 @@ private:
     bool takeEvidence(FieldReader &fields, Evidence evidence);
 
     JournalContents &m_contents;
-    File m_last; ///< what the differences of the next file start from
+    quint64 m_lastInode = 0; ///< what the differences of the next file start from
+    qint64 m_lastModification = 0;
     quint64 m_device = 0;
     qint64 m_lastIndex = 0;
     bool m_hasHeader = false;
@@ -117,10 +118,10 @@ bool JournalContents::Parser::takeFile(FieldReader &fields)
         return static_cast<quint64>(before) + static_cast<quint64>(fields.signedValue());
     };
     File file;
-    file.inode = plus(m_last.inode);
+    file.inode = plus(m_lastInode);
     file.links = static_cast<quint32>(fields.varint());
     file.size = static_cast<qint64>(fields.varint());
-    file.modification.nanos = static_cast<qint64>(plus(m_last.modification.nanos));
+    file.modification.nanos = static_cast<qint64>(plus(m_lastModification));
     if ((flags & JournalFormat::kHasBirth) != 0)
         file.birth.nanos = static_cast<qint64>(plus(file.modification.nanos));
     if (!fields.ok() || folder >= m_contents.m_folders.size() ||
@@ -131,7 +132,8 @@ bool JournalContents::Parser::takeFile(FieldReader &fields)
     file.needsIntent = (flags & JournalFormat::kNeedsIntent) != 0;
     file.name = m_contents.store(name);
     m_contents.m_files.push_back(file);
-    m_last = file;
+    m_lastInode = file.inode;
+    m_lastModification = file.modification.nanos;
     return true;
 }
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "rollback/RollbackRun.h"
 
+#include "commonprocs/HashSet128.h"
 #include "rollback/FolderPool.h"
 
-#include <QHash>
-
 #include <cerrno>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -21,23 +21,18 @@ constexpr qsizetype kProgressStep = 10;
 /// How often a name that somebody takes at the last moment is replaced by the next free one.
 constexpr int kAttempts = 100;
 
-bool wasCompleted(const TRenameTRX &record)
-{
-    return record.renameComplete && record.isTrustworthy();
-}
-
 void report(const RollbackRun::Progress &progress, qsizetype number, qsizetype total)
 {
     if (progress && number % kProgressStep == 0)
         progress(number, total);
 }
 
-/// Where a file of a record stands, for comparing within one run; folders are pooled.
-using Place = std::pair<const TFolder *, QString>;
-
-Place placeOf(const TFileURL &url)
+/// What tells one file of the records from another; folders are pooled, so their addresses do.
+Hash128 placeOf(const TFileURL &url)
 {
-    return {url.folder().get(), url.lastPathComponent()};
+    Hash128 hash = Hash128::of(url.lastPathComponent());
+    hash.high ^= reinterpret_cast<quintptr>(url.folder().get());
+    return hash;
 }
 
 } // namespace
@@ -45,13 +40,13 @@ Place placeOf(const TFileURL &url)
 RollbackRun::RollbackRun(FileManager &fileManager, std::vector<TRenameTRX> transactions)
     : m_fileManager(fileManager)
     , m_mover(fileManager)
-    , m_picture(std::make_unique<FolderPicture>(fileManager))
     , m_transactions(std::move(transactions))
 {
     FolderPool folders;
     for (TRenameTRX &record : m_transactions) {
         record.originalURL = folders.shared(record.originalURL);
         record.renamedURL = folders.shared(record.renamedURL);
+        m_completed.push_back(record.renameComplete && record.isTrustworthy());
     }
 }
 
@@ -63,19 +58,19 @@ bool RollbackRun::exists(const TFileURL &url)
 void RollbackRun::processLog(const Progress &progress)
 {
     const auto total = static_cast<qsizetype>(m_transactions.size());
-    qsizetype number = 0;
-    for (TRenameTRX &record : m_transactions) {
-        processRecord(record);
-        report(progress, ++number, total);
+    for (qsizetype number = 1; number <= total; ++number) {
+        processRecord(static_cast<std::size_t>(number - 1));
+        report(progress, number, total);
     }
 }
 
-void RollbackRun::processRecord(TRenameTRX &record)
+void RollbackRun::processRecord(std::size_t index)
 {
+    TRenameTRX &record = m_transactions[index];
     record.errorLog.clear();
     record.renamedExistsWithStatus = kNothing;
     const QString &renamedName = record.renamedURL.lastPathComponent();
-    if (!wasCompleted(record))
+    if (!m_completed[index])
         record.errorLog.addErrorOfType(
             TErrorTypes::kCritical,
             formatted(kNotCompleted, {record.originalURL.lastPathComponent(), renamedName}));
@@ -94,7 +89,7 @@ void RollbackRun::processRecord(TRenameTRX &record)
 void RollbackRun::performRollBack(const Progress &progress, const std::atomic<bool> &abort,
                                   bool reverse, const Restored &restored)
 {
-    announceFolders();
+    m_picture.reset(); // the folders may have changed since the first pass
     const auto total = static_cast<qsizetype>(m_transactions.size());
     for (qsizetype number = 1; number <= total && !abort.load(); ++number) {
         rollBack(reverse ? total - number : number - 1, restored);
@@ -102,19 +97,25 @@ void RollbackRun::performRollBack(const Progress &progress, const std::atomic<bo
     }
 }
 
-/// Folders may have changed since the first pass, so they are read afresh.
-void RollbackRun::announceFolders()
+/// Made when the first name is in use, from the folders as they are then.
+FolderPicture &RollbackRun::picture()
 {
+    if (m_picture)
+        return *m_picture;
     m_picture = std::make_unique<FolderPicture>(m_fileManager);
-    QHash<const TFolder *, std::pair<TFolderPtr, qsizetype>> counts;
-    for (const TRenameTRX &record : m_transactions)
-        if (record.renamedExistsWithStatus == kRenamedFound) {
-            auto &[folder, count] = counts[record.originalURL.folder().get()];
-            folder = record.originalURL.folder();
-            ++count;
-        }
-    for (const auto &[folder, count] : std::as_const(counts))
-        m_picture->announce(folder, count);
+    TFolderPtr last;
+    qsizetype count = 0;
+    for (const TRenameTRX &record : m_transactions) {
+        if (record.renamedExistsWithStatus != kRenamedFound)
+            continue;
+        if (record.originalURL.folder() != last && count > 0)
+            m_picture->announce(last, std::exchange(count, 0));
+        last = record.originalURL.folder();
+        ++count;
+    }
+    if (count > 0)
+        m_picture->announce(last, count);
+    return *m_picture;
 }
 
 void RollbackRun::rollBack(qsizetype index, const Restored &restored)
@@ -135,25 +136,26 @@ void RollbackRun::rollBack(qsizetype index, const Restored &restored)
         restored(index, target);
 }
 
+/// For a name with an extension, "is it free" and "does the guarded move take it" are one question,
+/// so the move itself asks it; the picture of the folder is only made when a name is in use.
 TMoveResult RollbackRun::moveBack(const TRenameTRX &record, TFileURL &target)
 {
     const TFolder &folder = *record.originalURL.folder();
     const QString &from = record.renamedURL.lastPathComponent();
-    TMoveResult result;
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    const QString &oldName = record.originalURL.lastPathComponent();
+    const bool hasExtension = extensionDot(oldName) >= 0;
+    const bool moveTells = hasExtension && from != oldName && !m_picture;
+    target = moveTells ? record.originalURL : makeSafeURLFromURL(record.originalURL);
+    TMoveResult result = m_mover.move(folder, from, target.lastPathComponent());
+    for (int attempt = 0; attempt < kAttempts && hasExtension && result.error == EEXIST;
+         ++attempt) {
+        // Without an extension the test looks for the name and a dot, and would say the same again.
+        picture().taken(folder, target.lastPathComponent());
         target = makeSafeURLFromURL(record.originalURL);
-        const QString &to = target.lastPathComponent();
-        result = m_mover.move(folder, from, to);
-        if (result.ok()) {
-            m_picture->moved(folder, from, to);
-            break;
-        }
-        // Somebody took the name meanwhile. A name without extension is tested with a dot at its
-        // end, so another round would give the same name again.
-        if (result.error != EEXIST || getExtensionFromFileName(to).isEmpty())
-            break;
-        m_picture->taken(folder, to);
+        result = m_mover.move(folder, from, target.lastPathComponent());
     }
+    if (result.ok() && m_picture)
+        m_picture->moved(folder, from, target.lastPathComponent());
     return result;
 }
 
@@ -162,28 +164,25 @@ TFileURL RollbackRun::makeSafeURLFromURL(const TFileURL &url)
     const QString &name = url.lastPathComponent();
     const QString extension = getExtensionFromFileName(name);
     const QString base =
-        m_picture->uniqueBase(*url.folder(), removeExtensionFromFilename(name), extension);
+        picture().uniqueBase(*url.folder(), removeExtensionFromFilename(name), extension);
     return {url.folder(), extension.isEmpty() ? base : base + u'.' + extension};
 }
 
 bool RollbackRun::recommendsReverse() const
 {
-    QHash<Place, qsizetype> renamed;
+    // A file that was moved onto itself is in nobody's way.
+    const auto takesPart = [this](std::size_t index) {
+        const TRenameTRX &record = m_transactions[index];
+        return m_completed[index] &&
+               record.originalURL.lastPathComponent() != record.renamedURL.lastPathComponent();
+    };
+    HashSet128 renamed;
     renamed.reserve(static_cast<qsizetype>(m_transactions.size()));
-    qsizetype index = 0;
-    for (const TRenameTRX &record : m_transactions) {
-        if (wasCompleted(record))
-            renamed.insert(placeOf(record.renamedURL), index);
-        ++index;
-    }
-    index = 0;
-    for (const TRenameTRX &record : m_transactions) {
-        if (wasCompleted(record)) {
-            const auto other = renamed.constFind(placeOf(record.originalURL));
-            if (other != renamed.cend() && *other != index)
-                return true;
-        }
-        ++index;
-    }
+    for (std::size_t i = 0; i < m_transactions.size(); ++i)
+        if (takesPart(i))
+            renamed.insert(placeOf(m_transactions[i].renamedURL));
+    for (std::size_t i = 0; i < m_transactions.size(); ++i)
+        if (takesPart(i) && renamed.contains(placeOf(m_transactions[i].originalURL)))
+            return true;
     return false;
 }

@@ -43,13 +43,14 @@ public:
 
 private:
     bool exists(const TFileURL &url);
-    void processRecord(TRenameTRX &record);
+    void processRecord(std::size_t index);
     void rollBack(qsizetype index, const Restored &restored);
     TMoveResult moveBack(const TRenameTRX &record, TFileURL &target);
-    void announceFolders();
+    FolderPicture &picture();
 
     FileManager &m_fileManager;
     FileMover m_mover;
-    std::unique_ptr<FolderPicture> m_picture; ///< made anew for each pass over the files
+    std::unique_ptr<FolderPicture> m_picture; ///< made when a name is in use
     std::vector<TRenameTRX> m_transactions;
+    std::vector<bool> m_completed; ///< by index: renamed, and as a run would have done it
 };

@@ -82,7 +82,7 @@ public:
     qint64 room = 0;
     quint64 lastDevice = 0;
     quint64 lastInode = 0;
-    qint64 lastModification = TDate::kUnset;
+    qint64 lastModification = 0;
     qsizetype lastIndex = 0;
     bool planned = false;
     bool tellsOfMoves = false;
