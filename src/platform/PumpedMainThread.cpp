@@ -3,7 +3,7 @@
 
 #include <utility>
 
-bool PumpedMainThread::pumpUntil(const std::function<bool()> &done, std::stop_token stop)
+bool PumpedMainThread::pumpUntil(const std::function<bool()> &done, const std::stop_token &stop)
 {
     while (!done()) {
         if (stop.stop_requested())

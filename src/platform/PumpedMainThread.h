@@ -12,7 +12,7 @@ class PumpedMainThread final : public MainThread
 public:
     /// Runs posted work, waiting for more, until done() is true, which is asked at first and after
     /// every work that ran. False when it gave up because stop was requested.
-    bool pumpUntil(const std::function<bool()> &done, std::stop_token stop = {});
+    bool pumpUntil(const std::function<bool()> &done, const std::stop_token &stop = {});
     /// Runs posted work until none is left.
     void pump();
 

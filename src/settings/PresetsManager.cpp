@@ -27,7 +27,7 @@ constexpr QLatin1StringView kSubfolder{"presets"};
 
 QString shippedFolder()
 {
-    const QString chosen = qEnvironmentVariable(kPresetsVariable);
+    QString chosen = qEnvironmentVariable(kPresetsVariable);
     if (!chosen.isEmpty())
         return chosen;
     const QString installed = QString::fromUtf8(TAVRIN_INSTALLED_PRESETS);

@@ -31,7 +31,7 @@ void registerDefault(const QString &key, const QVariant &value)
 
 QVariant valueForKey(const QString &key)
 {
-    const QVariant stored = PreferenceStore::application()->value(key);
+    QVariant stored = PreferenceStore::application()->value(key);
     if (stored.isValid())
         return stored;
     const std::scoped_lock lock(registered().mutex);

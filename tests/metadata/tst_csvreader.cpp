@@ -261,6 +261,8 @@ void TestCsvReader::whatStandsBeforeBadBytesDecides()
 {
     const QByteArray bad = QByteArray(600, 'y') + '\xFF';
     QCOMPARE(rowsOf(read("a,b\0"_b + bad)), Rows({{u"a"_s, u"b"_s}}));
+    QCOMPARE(rowsOf(read(QByteArray(600, 'x') + ",b\0\xFF"_b)),
+             Rows({{QString(600, 'x'_L1), u"b"_s}}));
     QString error;
     QVERIFY(!read("a\n\"b\"c" + bad, &error));
     QVERIFY2(error.startsWith("Unexpected delimiter."_L1), qPrintable(error));
@@ -316,7 +318,7 @@ void TestCsvReader::delegateMayEndParsing()
             parser.fail(TCSVError::kTooLarge, u"enough"_s);
         }
     };
-    QByteArray text = "a,b\nc";
+    QByteArray text = "a\nb\nc";
     QBuffer buffer(&text);
     buffer.open(QIODevice::ReadOnly);
     TCSVStream stream(buffer);

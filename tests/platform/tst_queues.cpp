@@ -285,10 +285,14 @@ void TestQueues::stoppedWaitNeverRuns()
     bool ran = false;
     std::optional<bool> answer;
     {
+        std::binary_semaphore begun{0};
         WorkerQueue queue;
         queue.run([&](const std::stop_token &stop) {
+            begun.release();
             answer = door.thread().wait(stop, [&] { ran = true; });
         });
+        begun.acquire();
+        std::this_thread::sleep_for(20ms); // lets the worker reach its wait
         // The main thread joins while the worker waits for it: this is what must not deadlock.
     }
     QCOMPARE(answer.value_or(false), false);
