@@ -134,7 +134,7 @@ QString iso8601(TDate date)
     // The format has no seconds in its offset, so old local mean times are shown to the minute of
     // offset, with the clock moved accordingly: the moment stays exact.
     const auto offset = static_cast<int>(localTime(date).tm_gmtoff / kSecondsPerMinute);
-    const std::time_t shifted = wholeSeconds(date) + offset * kSecondsPerMinute;
+    const std::time_t shifted = wholeSeconds(date) + std::time_t{offset} * kSecondsPerMinute;
     std::tm parts{};
     ::gmtime_r(&shifted, &parts);
     std::array<char, 96> text{};
