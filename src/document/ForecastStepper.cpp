@@ -19,8 +19,6 @@ ForecastStepper::Forecast ForecastStepper::step(const TFileItem &item,
     TEvaluatedName name =
         TRenameOperation::evaluate(m_settings.rules, *m_settings.extensionHandler, m_file,
                                    m_index++, m_settings.batchSize, m_settings.options);
-    if (name.base.isNull())
-        return {};
-    MovePlanner::Plan plan = m_planner.plan(item, name, m_settings.options);
+    const MovePlanner::Plan plan = m_planner.plan(item, name, m_settings.options);
     return {plan.finalName, plan.refusal, plan.unchanged};
 }

@@ -16,31 +16,27 @@ QString text(const char *source)
 
 } // namespace
 
-MovePlanner::Plan MovePlanner::plan(const TFileItem &item, TEvaluatedName &name,
+MovePlanner::Plan MovePlanner::plan(const TFileItem &item, const TEvaluatedName &name,
                                     const TOptions &options)
 {
-    Plan plan;
-    if (name.tookTooLong) {
-        plan.finalName = item.url.lastPathComponent();
-        plan.refusal = text("The regular expression takes too long for this name.");
-        return plan;
-    }
-    if (options.keepUnchanged && name.fullName() == item.url.lastPathComponent()) {
-        plan.finalName = item.url.lastPathComponent();
-        plan.unchanged = true;
-        return plan;
-    }
+    if (name.base.isNull())
+        return {};
+    const QString &oldName = item.url.lastPathComponent();
+    if (name.tookTooLong)
+        return {oldName, {}, text("The regular expression takes too long for this name."), false};
+    if (options.keepUnchanged && name.fullName() == oldName)
+        return {oldName, {}, {}, true};
     return decide(item, name);
 }
 
-MovePlanner::Plan MovePlanner::planAgain(const TFileItem &item, TEvaluatedName &name,
+MovePlanner::Plan MovePlanner::planAgain(const TFileItem &item, const TEvaluatedName &name,
                                          const QString &takenName)
 {
     m_folders.taken(*item.url.folder(), takenName);
     return decide(item, name);
 }
 
-MovePlanner::Plan MovePlanner::decide(const TFileItem &item, TEvaluatedName &name)
+MovePlanner::Plan MovePlanner::decide(const TFileItem &item, const TEvaluatedName &name)
 {
     const TFolder &folder = *item.url.folder();
     const QString &oldName = item.url.lastPathComponent();
@@ -48,15 +44,16 @@ MovePlanner::Plan MovePlanner::decide(const TFileItem &item, TEvaluatedName &nam
     // A name that can never stand in the folder is refused as it is, whatever is there.
     plan.finalName = name.fullName();
     plan.refusal = reasonToRefuseName(plan.finalName);
-    if (plan.refusal.isEmpty()) {
-        const QString base = m_folders.uniqueBase(folder, name.base, name.extension);
-        plan.renamedForUniqueness = base != name.base;
-        TRenameOperation::applyUniqueBase(name, removeExtensionFromFilename(oldName), base);
-        plan.finalName = name.fullName();
-        plan.refusal = reasonToRefuseName(plan.finalName);
-    }
     if (!plan.refusal.isEmpty())
         return plan;
+    const QString base = m_folders.uniqueBase(folder, name.base, name.extension);
+    if (base != name.base) {
+        plan.uniqueBase = base;
+        plan.finalName = TEvaluatedName::joined(base, name.extension);
+        plan.refusal = reasonToRefuseName(plan.finalName);
+        if (!plan.refusal.isEmpty())
+            return plan;
+    }
     if (!m_folders.canBeChanged(folder))
         plan.refusal = textForErrno(EACCES);
     else if (name.extension.isEmpty() && plan.finalName != oldName &&
@@ -69,5 +66,6 @@ MovePlanner::Plan MovePlanner::decide(const TFileItem &item, TEvaluatedName &nam
 
 void MovePlanner::takeBack(const TFileItem &item, const Plan &plan)
 {
-    m_folders.moved(*item.url.folder(), plan.finalName, item.url.lastPathComponent());
+    if (plan.moves())
+        m_folders.moved(*item.url.folder(), plan.finalName, item.url.lastPathComponent());
 }

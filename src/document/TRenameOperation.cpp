@@ -17,9 +17,14 @@ constexpr QLatin1StringView kNotUniqueLine{"%@: target name '%@' isn't unique, c
 
 } // namespace
 
-QString TEvaluatedName::fullName() const
+QString TEvaluatedName::joined(const QString &base, const QString &extension)
 {
-    return extension.isEmpty() ? base : base + u'.' + extension;
+    if (extension.isEmpty())
+        return base;
+    QString name;
+    name.reserve(base.size() + 1 + extension.size());
+    name.append(base).append(u'.').append(extension);
+    return name;
 }
 
 TEvaluatedName TRenameOperation::evaluate(const TRuleList *rules, TExtensionHandler &handler,

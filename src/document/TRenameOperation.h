@@ -15,7 +15,8 @@ struct TEvaluatedName
     bool tookTooLong = false; ///< leave the file alone and count it as failed
 
     /// "base.extension", or the base alone when the extension is empty.
-    QString fullName() const;
+    static QString joined(const QString &base, const QString &extension);
+    QString fullName() const { return joined(base, extension); }
 };
 
 /// One file of a run. Evaluation (any thread, rules and handler not shared) and the move (the

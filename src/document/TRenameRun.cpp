@@ -26,7 +26,6 @@ class TRenameRun::Private
 public:
     explicit Private(TRenameRun &run)
         : m_run(run)
-        , m_planner(run.m_fileManager)
         , m_mover(run.m_fileManager)
     {
     }
@@ -41,25 +40,21 @@ private:
         qsizetype index;
         TEvaluatedName name;
         MovePlanner::Plan plan;
-        bool renamedForUniqueness;
     };
 
     const TFileItem &item(qsizetype index) const
     {
         return m_run.m_files[static_cast<std::size_t>(index)];
     }
-    void announceFolders();
     qsizetype groupSize(qsizetype index) const;
-    bool announceIntents(const std::vector<Pending> &group);
-    void planGroup(qsizetype first, qsizetype count, std::vector<Pending> &group);
-    void takeBack(const std::vector<Pending> &group, std::size_t from);
+    bool announceIntents(std::span<const Pending> group);
+    void takeGroup(qsizetype first, qsizetype count, std::vector<Pending> &group);
     void execute(Pending &pending);
     TMoveResult moveOne(Pending &pending);
     void conclude(Pending &pending, const TMoveResult &result);
     void closeLogs();
 
     TRenameRun &m_run;
-    MovePlanner m_planner;
     FileMover m_mover;
     std::unique_ptr<RunJournal> m_journal;
     std::unique_ptr<RollbackLogWriter> m_rollbackLog;
@@ -110,19 +105,6 @@ TResult<bool> TRenameRun::Private::makeJournal()
     return true;
 }
 
-void TRenameRun::Private::announceFolders()
-{
-    // Files mostly come folder by folder, so neighbours are counted together.
-    const auto &files = m_run.m_files;
-    for (std::size_t i = 0; i < files.size();) {
-        std::size_t end = i + 1;
-        while (end < files.size() && files[end].url.folder() == files[i].url.folder())
-            ++end;
-        m_planner.folders().announce(files[i].url.folder(), static_cast<qsizetype>(end - i));
-        i = end;
-    }
-}
-
 TRenameSummary TRenameRun::Private::run(const Report &report, const std::atomic<bool> &abort)
 {
     const auto total = static_cast<qsizetype>(m_run.m_files.size());
@@ -130,31 +112,24 @@ TRenameSummary TRenameRun::Private::run(const Report &report, const std::atomic<
     if (m_run.m_textLog)
         m_run.m_textLog(formatted(kStartedLine, {TimeUtils::systemDateAndTime(m_run.m_clock.now()),
                                                  QString::number(total)}));
-    announceFolders();
-    m_pipeline = std::make_unique<RenamePipeline>(RenamePipeline::Settings{
-        m_run.m_files, &m_run.m_settings, m_run.m_metadata, m_rollbackLog.get(), m_run.m_textLog});
+    m_pipeline = std::make_unique<RenamePipeline>(
+        m_run.m_fileManager,
+        RenamePipeline::Settings{m_run.m_files, &m_run.m_settings, m_run.m_metadata,
+                                 m_rollbackLog.get(), m_run.m_textLog});
 
     std::vector<Pending> group;
+    m_summary.interrupted = abort.load() && total > 0;
     for (qsizetype i = 0; i < total && !m_summary.interrupted;) {
-        if (abort.load()) {
-            m_summary.interrupted = true;
-            break;
-        }
         const qsizetype count = groupSize(i);
-        planGroup(i, count, group);
+        takeGroup(i, count, group);
         i += count;
-        if (!announceIntents(group)) {
-            takeBack(group, 0);
-            m_summary.interrupted = true;
-            break;
-        }
-        for (std::size_t k = 0; k < group.size(); ++k) {
-            if (k > 0 && abort.load()) {
-                takeBack(group, k);
-                m_summary.interrupted = true;
+        m_summary.interrupted = !announceIntents(group);
+        for (Pending &pending : group) {
+            if (m_summary.interrupted)
                 break;
-            }
-            execute(group[k]);
+            m_summary.interrupted = abort.load();
+            if (!m_summary.interrupted)
+                execute(pending);
         }
     }
     m_pipeline->finish();
@@ -172,19 +147,16 @@ qsizetype TRenameRun::Private::groupSize(qsizetype index) const
     return std::min(kIntentGroup, static_cast<qsizetype>(m_run.m_files.size()) - index);
 }
 
-void TRenameRun::Private::planGroup(qsizetype first, qsizetype count, std::vector<Pending> &group)
+void TRenameRun::Private::takeGroup(qsizetype first, qsizetype count, std::vector<Pending> &group)
 {
     group.clear();
     for (qsizetype i = first; i < first + count; ++i) {
-        Pending pending{i, m_pipeline->next(), {}, false};
-        if (!pending.name.base.isNull())
-            pending.plan = m_planner.plan(item(i), pending.name, m_run.m_settings.options);
-        pending.renamedForUniqueness = pending.plan.renamedForUniqueness;
-        group.push_back(std::move(pending));
+        RenamePipeline::Planned planned = m_pipeline->next();
+        group.push_back({i, std::move(planned.name), std::move(planned.plan)});
     }
 }
 
-bool TRenameRun::Private::announceIntents(const std::vector<Pending> &group)
+bool TRenameRun::Private::announceIntents(std::span<const Pending> group)
 {
     bool any = false;
     for (const Pending &pending : group) {
@@ -199,38 +171,29 @@ bool TRenameRun::Private::announceIntents(const std::vector<Pending> &group)
     return false;
 }
 
-void TRenameRun::Private::takeBack(const std::vector<Pending> &group, std::size_t from)
-{
-    for (std::size_t k = group.size(); k > from; --k)
-        if (group[k - 1].plan.moves())
-            m_planner.takeBack(item(group[k - 1].index), group[k - 1].plan);
-}
-
 TMoveResult TRenameRun::Private::moveOne(Pending &pending)
 {
     const TFileItem &file = item(pending.index);
-    const TFolder &folder = *file.url.folder();
     while (true) {
         if (!pending.plan.refusal.isEmpty())
             return {TMoveResult::Way::Failed, 0, pending.plan.refusal};
-        const TMoveResult result =
-            m_mover.move(folder, file.url.lastPathComponent(), pending.plan.finalName);
+        TMoveResult result =
+            m_mover.move(*file.url.folder(), file.url.lastPathComponent(), pending.plan.finalName);
         if (result.ok())
             return result;
-        m_planner.takeBack(file, pending.plan);
-        if (result.error != EEXIST || pending.name.extension.isEmpty())
-            return result;
         // Somebody took the name meanwhile: the next number is tried.
-        pending.plan = m_planner.planAgain(file, pending.name, pending.plan.finalName);
-        pending.renamedForUniqueness = true;
-        if (m_journal && m_journal->needsIntent(pending.index) && pending.plan.moves()) {
-            m_journal->addIntent(pending.index, pending.plan.finalName);
-            if (!m_journal->syncIntents()) {
-                m_planner.takeBack(file, pending.plan);
-                m_summary.interrupted = true;
-                m_summary.problem = m_journal->problem();
-                return {TMoveResult::Way::Failed, 0, m_summary.problem};
-            }
+        const bool again = result.error == EEXIST && !pending.name.extension.isEmpty();
+        m_pipeline->replan([&](MovePlanner &planner) {
+            planner.takeBack(file, pending.plan);
+            if (again)
+                pending.plan = planner.planAgain(file, pending.name, pending.plan.finalName);
+        });
+        if (!again)
+            return result;
+        if (!announceIntents(std::span(&pending, 1))) {
+            m_pipeline->replan([&](MovePlanner &planner) { planner.takeBack(file, pending.plan); });
+            m_summary.interrupted = true;
+            return {TMoveResult::Way::Failed, 0, m_summary.problem};
         }
     }
 }
@@ -255,6 +218,11 @@ void TRenameRun::Private::execute(Pending &pending)
 
 void TRenameRun::Private::conclude(Pending &pending, const TMoveResult &result)
 {
+    const bool renamed = !pending.plan.uniqueBase.isNull();
+    if (renamed)
+        TRenameOperation::applyUniqueBase(
+            pending.name, removeExtensionFromFilename(item(pending.index).url.lastPathComponent()),
+            pending.plan.uniqueBase);
     TRenameReport report;
     report.index = pending.index;
     report.finalName = pending.plan.finalName;
@@ -262,7 +230,7 @@ void TRenameRun::Private::conclude(Pending &pending, const TMoveResult &result)
     report.failure = result.text;
     report.unchanged = pending.plan.unchanged;
     report.success = result.ok() && !report.unchanged;
-    report.warning = pending.name.wasEmpty || pending.renamedForUniqueness;
+    report.warning = pending.name.wasEmpty || renamed;
     report.critical = !result.ok();
     m_summary.renamed += report.success ? 1 : 0;
     m_summary.unchanged += report.unchanged ? 1 : 0;
