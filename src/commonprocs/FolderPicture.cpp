@@ -2,12 +2,9 @@
 #include "commonprocs/FolderPicture.h"
 
 #include "commonprocs/ByteNames.h"
-
-#include <QVarLengthArray>
+#include "commonprocs/NameCandidates.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <functional>
 #include <optional>
 #include <unistd.h>
@@ -18,46 +15,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype kWorthReading = 2;
-constexpr qsizetype kLongestNumber = 18; ///< digits that a qint64 surely holds
 
 constexpr char kCaseBit = 0x20;
-
-using NameBytes = QVarLengthArray<char, 512>;
 
 bool isLetter(char byte)
 {
     return (byte | kCaseBit) >= 'a' && (byte | kCaseBit) <= 'z';
-}
-
-void append(NameBytes &out, QStringView text, bool folds)
-{
-    const QString folded = folds ? text.toString().toCaseFolded() : QString();
-    const QStringView name = folds ? QStringView(folded) : text;
-    const qsizetype start = out.size();
-    out.resize(start + name.size() * ByteNames::kMaxBytesPerUnit);
-    out.resize(start + ByteNames::toBytes(name, out.data() + start));
-}
-
-Hash128 hashOf(const NameBytes &name)
-{
-    return Hash128::of(QByteArrayView(name));
-}
-
-Hash128 hashOf(QStringView name, bool folds)
-{
-    NameBytes bytes;
-    append(bytes, name, folds);
-    return hashOf(bytes);
-}
-
-/// What the hints of a base and an extension are kept under: no file name has a "/".
-Hash128 hintKey(QByteArrayView base, QByteArrayView extension)
-{
-    NameBytes bytes;
-    bytes.append(base.data(), base.size());
-    bytes.append('/');
-    bytes.append(extension.data(), extension.size());
-    return hashOf(bytes);
 }
 
 struct LowHalf
@@ -86,21 +49,6 @@ struct Hint
     }
 };
 
-/// "photo-12" is the candidate 12 of "photo"; no number when it cannot be one.
-std::optional<std::pair<QByteArrayView, qint64>> splitNumber(QByteArrayView base)
-{
-    qsizetype start = base.size();
-    while (start > 0 && base[start - 1] >= '0' && base[start - 1] <= '9')
-        --start;
-    const qsizetype digits = base.size() - start;
-    if (digits == 0 || digits > kLongestNumber || base[start] == '0' || start == 0 ||
-        base[start - 1] != '-')
-        return {};
-    qint64 number = 0;
-    std::from_chars(base.data() + start, base.data() + base.size(), number);
-    return std::pair(base.first(start - 1), number);
-}
-
 } // namespace
 
 enum class FolderPicture::Answer : quint8 { Taken, Free, AskDisk };
@@ -113,7 +61,7 @@ struct FolderPicture::Folder
     bool isDecided = false;  ///< whether to read it whole, at the first question
     std::optional<bool> canBeChanged;
     HashSet128 present;
-    HashSet128 gone; ///< what the run's moves have freed, while incomplete
+    HashSet128 gone; ///< what the run's moves have freed unless present again, while incomplete
     std::unordered_map<Hash128, Hint, LowHalf> hints;
 
     Answer lookUp(Hash128 name) const
@@ -122,86 +70,22 @@ struct FolderPicture::Folder
             return Answer::Taken;
         return isComplete || gone.contains(name) ? Answer::Free : Answer::AskDisk;
     }
-    void take(Hash128 name)
-    {
-        present.insert(name);
-        if (!isComplete)
-            gone.remove(name);
-    }
-    void free(QStringView name);
+    void free(const QString &name);
 };
 
-void FolderPicture::Folder::free(QStringView name)
+void FolderPicture::Folder::free(const QString &name)
 {
-    NameBytes bytes;
-    append(bytes, name, folds);
-    const Hash128 hash = hashOf(bytes);
+    const Hash128 hash = NameCandidates::hashOf(name, folds);
     present.remove(hash);
     if (!isComplete)
         gone.insert(hash);
     if (hints.empty())
         return;
-    // Any of its dots may be the one that stands between some base and its extension.
-    const QByteArrayView whole(bytes);
-    const auto tell = [this](QByteArrayView base, QByteArrayView extension, qint64 number) {
-        if (const auto hint = hints.find(hintKey(base, extension)); hint != hints.end())
+    NameCandidates::forEachReading(name, folds, [this](Hash128 key, qint64 number) {
+        if (const auto hint = hints.find(key); hint != hints.end())
             hint->second.free(number);
-    };
-    for (qsizetype dot = whole.indexOf('.'); dot >= 0; dot = whole.indexOf('.', dot + 1)) {
-        tell(whole.first(dot), whole.sliced(dot + 1), 0);
-        if (const auto split = splitNumber(whole.first(dot)))
-            tell(split->first, whole.sliced(dot + 1), split->second);
-    }
+    });
 }
-
-/// The names that are tried for one base and extension, by number.
-class FolderPicture::Candidates
-{
-public:
-    Candidates(const QString &base, const QString &extension, bool folds)
-        : m_base(base)
-        , m_extension(extension)
-    {
-        append(m_bytes, base, folds);
-        m_baseSize = m_bytes.size();
-        append(m_extensionBytes, extension, folds);
-    }
-
-    /// A "/" in them leads out of the folder, and so out of its picture.
-    bool leadOut() const { return m_base.contains(u'/') || m_extension.contains(u'/'); }
-
-    Hash128 key() const
-    {
-        return hintKey(QByteArrayView(m_bytes.data(), m_baseSize),
-                       QByteArrayView(m_extensionBytes));
-    }
-    QString base(qint64 number) const
-    {
-        return number == 0 ? m_base : m_base + u'-' + QString::number(number);
-    }
-    QString name(qint64 number) const { return base(number) + u'.' + m_extension; }
-    Hash128 hash(qint64 number)
-    {
-        m_bytes.resize(m_baseSize);
-        if (number > 0) {
-            std::array<char, kLongestNumber + 2> digits{};
-            const char *const end =
-                std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
-            m_bytes.append('-');
-            m_bytes.append(digits.data(), end - digits.data());
-        }
-        m_bytes.append('.');
-        m_bytes.append(m_extensionBytes.data(), m_extensionBytes.size());
-        return hashOf(m_bytes);
-    }
-
-private:
-    const QString &m_base;
-    const QString &m_extension;
-    NameBytes m_bytes;
-    NameBytes m_extensionBytes;
-    qsizetype m_baseSize = 0;
-};
 
 FolderPicture::FolderPicture(FileManager &fileManager)
     : m_fileManager(fileManager)
@@ -255,8 +139,8 @@ void FolderPicture::read(Folder &picture, const TFolder &folder)
     if (descriptor < 0)
         return;
     HashSet128 names;
-    names.insert(hashOf(u".", false));
-    names.insert(hashOf(u"..", false));
+    names.insert(NameCandidates::hashOf(u".", false));
+    names.insert(NameCandidates::hashOf(u"..", false));
     QByteArray sample;
     const int error =
         m_fileManager.list(descriptor, [&](const char *name, TFileStatus::Kind, quint64) {
@@ -295,7 +179,7 @@ QString FolderPicture::uniqueBase(const TFolder &folder, const QString &base,
                                   const QString &extension)
 {
     Folder &known = picture(folder);
-    Candidates candidates(base, extension, known.folds);
+    NameCandidates candidates(base, extension, known.folds);
     const auto isFree = [&](qint64 number) {
         const Answer answer =
             candidates.leadOut() ? Answer::AskDisk : known.lookUp(candidates.hash(number));
@@ -326,24 +210,25 @@ QString FolderPicture::uniqueBase(const TFolder &folder, const QString &base,
 bool FolderPicture::exists(const TFolder &folder, const QString &name)
 {
     const Folder &known = picture(folder);
-    const Answer answer =
-        name.contains(u'/') ? Answer::AskDisk : known.lookUp(hashOf(name, known.folds));
+    const Answer answer = name.contains(u'/')
+                              ? Answer::AskDisk
+                              : known.lookUp(NameCandidates::hashOf(name, known.folds));
     return answer == Answer::AskDisk ? m_disk.exists(folder, name) : answer == Answer::Taken;
 }
 
 void FolderPicture::moved(const TFolder &folder, const QString &from, const QString &to)
 {
     Folder &known = picture(folder);
-    const Hash128 target = hashOf(to, known.folds);
+    const Hash128 target = NameCandidates::hashOf(to, known.folds);
     known.present.prefetch(target);
     known.free(from);
-    known.take(target);
+    known.present.insert(target);
 }
 
 void FolderPicture::taken(const TFolder &folder, const QString &name)
 {
     Folder &known = picture(folder);
-    known.take(hashOf(name, known.folds));
+    known.present.insert(NameCandidates::hashOf(name, known.folds));
 }
 
 bool FolderPicture::canBeChanged(const TFolder &folder)

@@ -44,7 +44,6 @@ public:
 
 private:
     struct Folder;
-    class Candidates;
     enum class Answer : quint8;
 
     Folder &find(const TFolder &folder);

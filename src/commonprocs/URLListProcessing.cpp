@@ -80,9 +80,9 @@ public:
         const TFileURL url(entry.folder, ByteNames::fromBytes(entry.name));
         if (m_matches(url))
             m_result.append(url);
-        const bool mayBeFolder =
-            entry.kind == TFileStatus::Kind::Folder || entry.kind == TFileStatus::Kind::Other;
-        if (!mayBeFolder || isApplicationOrBundle(url) || !isFolderItself(url))
+        const bool isFolder = entry.kind == TFileStatus::Kind::Folder ||
+                              (entry.kind == TFileStatus::Kind::Other && isFolderItself(url));
+        if (!isFolder || isApplicationOrBundle(url))
             return {};
         return std::make_shared<const TFolder>(url.path());
     }

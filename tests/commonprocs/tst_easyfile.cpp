@@ -309,6 +309,7 @@ void TestEasyfile::aHardLinkedTwinIsTaken()
             disk.fail(Call::RenameNoReplace, EINVAL);
         QCOMPARE(FileMover(disk).move(TFolder(tree.path()), u"a"_s, u"b"_s).error, EEXIST);
         QCOMPARE(tree.list(), (QStringList{u"a"_s, u"b"_s}));
+        QCOMPARE(disk.count(Call::RenameNoReplace), 1); // and nothing was moved aside
     }
 }
 

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void aLinkedFolderIsTheSameFolder();
     void caseBlindFoldersAreAskedOnTheDisk();
     void foldersThatCannotBeListedAreAskedOnTheDisk();
+    void otherFoldersNamesAreNotRemembered();
     void namesFoundTakenAreRemembered();
     void freedNumbersDoNotStartTheCountAgain();
     void changeability();
@@ -83,13 +84,14 @@ void TestFolderPicture::freeNames()
     tree.link(u"nowhere"_s, u"l.txt"_s);
     const TFolderPtr folder = folderOf(tree);
     QCOMPARE(uniqueOnDisk(*folder, base, extension), unique);
-    DiskFileManager disk;
     for (const int files : {1, 2}) {
+        FaultyFileManager disk;
         FolderPicture picture(disk);
         picture.announce(folder, files);
         QCOMPARE(picture.uniqueBase(*folder, base, extension), unique);
         QCOMPARE(picture.exists(*folder, u"l.txt"_s), true);
         QCOMPARE(picture.exists(*folder, u"a"_s), false);
+        QCOMPARE(disk.count(Call::List), files - 1); // one file is not worth it
     }
 }
 
@@ -196,6 +198,7 @@ void TestFolderPicture::aLinkedFolderIsTheSameFolder()
     const TFolderPtr real = folderOf(tree, u"real"_s);
     const TFolderPtr other = folderOf(tree, u"other"_s);
     picture.announce(real);
+    picture.announce(folderOf(tree));
     picture.announce(other);
     QCOMPARE(picture.uniqueBase(*other, u"c"_s, u"x"_s), u"c"_s);
     picture.moved(*real, u"a.x"_s, u"c.x"_s);
@@ -204,22 +207,27 @@ void TestFolderPicture::aLinkedFolderIsTheSameFolder()
 
 void TestFolderPicture::caseBlindFoldersAreAskedOnTheDisk()
 {
+    /// Finds names that are all lower or all upper case by any spelling.
     class CaseBlindDisk : public FaultyFileManager
     {
         int status(int folder, const QByteArray &name, bool follow, TFileStatus &out) override
         {
-            return FaultyFileManager::status(folder, folder >= 0 ? name.toLower() : name, follow,
-                                             out);
+            for (const QByteArray &spelling : {name, name.toLower(), name.toUpper()})
+                if (FaultyFileManager::status(folder, spelling, follow, out) == 0)
+                    return 0;
+            return ENOENT;
         }
     };
     TemporaryTree tree;
     tree.file(u"a.x"_s);
     tree.file(u"b.x"_s);
+    tree.file(u"Q.X"_s);
     const TFolderPtr folder = folderOf(tree);
     CaseBlindDisk disk;
     FolderPicture picture(disk);
     picture.announce(folder, 2);
     QCOMPARE(picture.uniqueBase(*folder, u"A"_s, u"X"_s), u"A-1"_s);
+    QCOMPARE(picture.uniqueBase(*folder, u"q"_s, u"x"_s), u"q-1"_s);
     picture.moved(*folder, u"b.x"_s, u"A-1.X"_s);
     QCOMPARE(picture.uniqueBase(*folder, u"a"_s, u"x"_s), u"a-2"_s);
     QCOMPARE(picture.uniqueBase(*folder, u"B"_s, u"x"_s), u"B"_s);
@@ -239,6 +247,21 @@ void TestFolderPicture::foldersThatCannotBeListedAreAskedOnTheDisk()
     QCOMPARE(picture.uniqueBase(*folder, u"a"_s, u"x"_s), u"a-1"_s);
     QCOMPARE(picture.uniqueBase(*folder, u"b"_s, u"x"_s), u"b"_s);
     QCOMPARE(disk.count(Call::List), 1);
+}
+
+void TestFolderPicture::otherFoldersNamesAreNotRemembered()
+{
+    TemporaryTree tree;
+    tree.file(u"d/i.x"_s);
+    DiskFileManager disk;
+    FolderPicture picture(disk);
+    const TFolderPtr folder = folderOf(tree);
+    picture.announce(folder, 2);
+    picture.taken(*folder, u"n.x"_s);
+    QCOMPARE(picture.uniqueBase(*folder, u"n"_s, u"x"_s), u"n-1"_s);
+    QCOMPARE(picture.uniqueBase(*folder, u"d/i"_s, u"x"_s), u"d/i-1"_s);
+    tree.remove(u"d/i.x"_s);
+    QCOMPARE(picture.uniqueBase(*folder, u"d/i"_s, u"x"_s), u"d/i"_s);
 }
 
 void TestFolderPicture::namesFoundTakenAreRemembered()
