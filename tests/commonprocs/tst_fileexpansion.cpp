@@ -39,6 +39,7 @@ class TestFileExpansion : public QObject
 private Q_SLOTS:
     void expands_data();
     void expands();
+    void namesComeInTheOrderOfTheirBytes();
     void spellings_data();
     void spellings();
     void relativePathsStandInTheCurrentFolder();
@@ -100,6 +101,21 @@ void TestFileExpansion::expands()
         expansion.add(tree.path() + u'/' + path);
     QTEST(found(expansion, tree), "files");
     QVERIFY(expansion.problems().empty());
+}
+
+void TestFileExpansion::namesComeInTheOrderOfTheirBytes()
+{
+    TemporaryTree tree;
+    QStringList expected{u"short"_s, u"\u00E4"_s, u"\xDCE4"_s}; // C3 A4, then E4
+    for (int i = 0; i < 50; ++i)
+        expected.append(u"the same long beginning %1"_s.arg(i));
+    for (const QString &name : expected)
+        tree.file(name);
+    std::ranges::sort(expected, {}, [](const QString &name) { return ByteNames::toBytes(name); });
+    DiskFileManager disk;
+    FileExpansion expansion(disk);
+    expansion.add(tree.path());
+    QCOMPARE(found(expansion, tree), expected);
 }
 
 void TestFileExpansion::spellings_data()
