@@ -5,6 +5,9 @@
 
 #include <QByteArray>
 
+#include <algorithm>
+#include <limits>
+
 /// Asks an archive for everything in every way, as readers of any class would, and counts what it
 /// hands out. Shared by the tests with hostile files and the fuzzer.
 struct ArchiveWalk
@@ -12,8 +15,12 @@ struct ArchiveWalk
     bool opened = false;
     qsizetype objects = 0;
     qsizetype units = 0; ///< of text and data
+    int deepest = 0;     ///< objects within each other
 
-    explicit ArchiveWalk(const QByteArray &file)
+    /// Looks into no more objects than that.
+    explicit ArchiveWalk(const QByteArray &file,
+                         qsizetype limit = std::numeric_limits<qsizetype>::max())
+        : m_limit(limit)
     {
         const TResult<KeyedUnarchiver> archive = KeyedUnarchiver::fromData(file);
         opened = static_cast<bool>(archive);
@@ -27,7 +34,10 @@ struct ArchiveWalk
 private:
     void visit(const TDecoder &coder)
     {
+        if (objects == m_limit)
+            return;
         ++objects;
+        deepest = std::max(deepest, ++m_depth);
         units += coder.className().size();
         for (const char *name :
              {"flag", "number", "text", "data", "date", "url", "table", "variant", "color",
@@ -49,6 +59,7 @@ private:
             coder.decodeDictionary(key, visitInside);
             coder.decodeArray(key, visitInside);
         }
+        --m_depth;
     }
 
     void count(const QVariant &value)
@@ -66,4 +77,7 @@ private:
             units += value.toString().size();
         }
     }
+
+    qsizetype m_limit;
+    int m_depth = 0;
 };

@@ -295,14 +295,18 @@ void TestArchives::valuesOfOtherTypesReadAsUnset()
 void TestArchives::repeatedTextsAndBasesAreStoredOnce()
 {
     constexpr int kCount = 200;
+    // Longer than the texts that are shared for being short.
+    const QString bases[] = {u"file:///%1/one/"_s.arg(QString(100, u'x')),
+                             u"file:///%1/two/"_s.arg(QString(100, u'x'))};
     std::vector<ArchiveSample> samples;
     for (int i = 0; i < kCount; ++i) {
-        ArchiveSample sample = withUrl(u"file:///the/base/folder/"_s, u"file%1"_s.arg(i));
+        ArchiveSample sample = withUrl(bases[i % 2], u"file%1"_s.arg(i));
         sample.text = u"The same words in every object"_s;
         samples.push_back(sample);
     }
     const QByteArray file = ArchiveSample::fileOf(samples);
-    QCOMPARE(file.count("file:///the/base/folder/"), 1);
+    for (const QString &base : bases)
+        QCOMPARE(file.count(base.toLatin1()), 1);
     QCOMPARE(file.count("The same words"), 1);
     QCOMPARE(file.count("TSample"), 1);
     QCOMPARE(file.count("NS.relative"), 1);

@@ -67,6 +67,7 @@ private Q_SLOTS:
     void dictionariesAreFound();
     void photoComesBackWhole();
     void keysBeyondThePoolComeBack();
+    void longTextsAreShared();
     void photoIsSmall();
     void threadsShareThePool();
 };
@@ -148,6 +149,14 @@ void TestMetadata::keysBeyondThePoolComeBack()
     QCOMPARE(metadata->toVariantMap(), map);
     for (auto entry = map.cbegin(); entry != map.cend(); ++entry)
         QCOMPARE(metadata->value(entry.key()), entry.value());
+}
+
+void TestMetadata::longTextsAreShared()
+{
+    const auto lens = [](int number) {
+        return TMetadata::fromVariantMap(photo(number))->value(kExif, u"LensModel"_s).toString();
+    };
+    QCOMPARE(lens(1).constData(), lens(2).constData());
 }
 
 void TestMetadata::photoIsSmall()
