@@ -2,6 +2,7 @@
 #include "cli/BatchCommand.h"
 
 #include "cli/RecipeReader.h"
+#include "cli/RuleForms.h"
 #include "document/ForecastStepper.h"
 
 using namespace Qt::StringLiterals;
@@ -37,6 +38,9 @@ std::optional<int> BatchCommand::collect(const CommandLine &line)
         return refuse(ExitStatus::kUsageError, collected.message());
     if (!collected.value() || !m_files.sort(m_recipe))
         return refuse(ExitStatus::kInterrupted, u"interrupted; nothing was renamed"_s);
+    for (const TRulePtr &rule : m_recipe.rules)
+        console().detail("rule: "_L1 + RuleForms::ruleText(*rule));
+    console().detail(counted(total(), "file"_L1, "files"_L1));
     return {};
 }
 

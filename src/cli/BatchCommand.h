@@ -26,6 +26,7 @@ protected:
 
     const Recipe &recipe() const { return m_recipe; }
     const BatchFiles &files() const { return m_files; }
+    qsizetype total() const { return static_cast<qsizetype>(m_files.files().size()); }
     AnalysisPass analysis(bool colourCode);
     /// Metadata for one pass over the files; null when the recipe needs none.
     std::unique_ptr<TMetadataSource> metadataSource();

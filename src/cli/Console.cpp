@@ -175,3 +175,8 @@ QByteArray displayed(QStringView text)
 {
     return ByteNames::forDisplay(text).toUtf8();
 }
+
+QString counted(qsizetype number, QLatin1StringView one, QLatin1StringView many)
+{
+    return QString::number(number) + u' ' + (number == 1 ? one : many);
+}

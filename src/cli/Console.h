@@ -70,3 +70,5 @@ private:
 
 /// A name or text as UTF-8 for people: control characters and raw bytes as \xNN.
 QByteArray displayed(QStringView text);
+/// "1 file", "2 files".
+QString counted(qsizetype number, QLatin1StringView one, QLatin1StringView many);

@@ -15,11 +15,11 @@ constexpr QLatin1StringView kLogs{"Logs"};
 
 QString storyOf(const RecoveredRun &run)
 {
-    const QString files = QString::number(run.files);
+    const QString files = counted(run.files, "file"_L1, "files"_L1);
     if (run.rollbackLog.isEmpty())
-        return u"a run over %1 files was interrupted before it renamed anything"_s.arg(files);
+        return u"a run over %1 was interrupted before it renamed anything"_s.arg(files);
     QString story =
-        u"a run over %1 files was interrupted after renaming %2; to undo: tavrin-cli "
+        u"a run over %1 was interrupted after renaming %2; to undo: tavrin-cli "
         "rollback %3"_s.arg(files, QString::number(run.renamed), shellQuoted(run.rollbackLog));
     if (run.unknown > 0)
         story += u". What became of %1 of them is not known"_s.arg(run.unknown);

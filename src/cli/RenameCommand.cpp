@@ -19,6 +19,7 @@ constexpr std::array kRunOptions{
     OptionSpec{kNoUndo, ""_L1, "rename even when no record for undoing can be made"_L1},
 };
 
+constexpr QLatin1StringView kInterruptedBefore{"interrupted; nothing was renamed"};
 constexpr QLatin1StringView kText{
     "Renames the files, after a question. The batch is analysed first; critical problems refuse "
     "the "
@@ -69,12 +70,10 @@ int RenameCommand::run(const CommandLine &line)
     const std::unique_ptr<BatchReport> report = BatchReport::make(console());
     const std::optional<RenameGuard::Answer> answer = analyse(*report);
     if (!answer)
-        return refuse(ExitStatus::kInterrupted, u"interrupted; nothing was renamed"_s);
+        return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
     if (answer->verdict != RenameGuard::Verdict::Confirm)
         return refuseWithPreview(*answer);
-    if (const auto status = confirm(line, *answer))
-        return *status;
-    return rename(line, *report);
+    return rename(line, *answer, *report);
 }
 
 std::optional<RenameGuard::Answer> RenameCommand::analyse(BatchReport &report)
@@ -114,40 +113,43 @@ int RenameCommand::refuseWithPreview(const RenameGuard::Answer &answer)
     return ExitStatus::kRefused;
 }
 
-std::optional<int> RenameCommand::confirm(const CommandLine &line,
-                                          const RenameGuard::Answer &answer)
+std::optional<int> RenameCommand::confirm(const CommandLine &line, const QString &question)
 {
     if (line.has(kYes))
         return {};
-    const bool yes = console().ask(answer.title + u'\n' + answer.text);
+    const bool yes = console().ask(question);
     if (interrupted())
-        return refuse(ExitStatus::kInterrupted, u"interrupted; nothing was renamed"_s);
+        return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
     if (!yes)
         return refuse(ExitStatus::kNotConfirmed, u"not confirmed; nothing was renamed"_s);
     return {};
 }
 
-TRenameRun::Settings RenameCommand::runSettings(const QString &logsFolder) const
+TResult<bool> RenameCommand::prepare(TRenameRun &run, const QString &logsFolder)
 {
-    return {recipe().freshRules(), recipe().extensionHandler->copyForRun(), recipe().options,
-            logsFolder, true};
+    if (!logsFolder.isEmpty())
+        return run.prepare();
+    return TResult<bool>::failure(u"the folder %1 cannot be made"_s.arg(LogsFolder::path()));
 }
 
-int RenameCommand::rename(const CommandLine &line, BatchReport &report)
+int RenameCommand::rename(const CommandLine &line, const RenameGuard::Answer &answer,
+                          BatchReport &report)
 {
     const QString logsFolder = LogsFolder::made();
     TRenameRun run(environment().fileManager, environment().clock, files().files(),
-                   runSettings(logsFolder));
-    const TResult<bool> prepared =
-        logsFolder.isEmpty()
-            ? TResult<bool>::failure(u"the folder %1 cannot be made"_s.arg(LogsFolder::path()))
-            : run.prepare();
-    if (!prepared && !line.has(kNoUndo))
-        return refuse(ExitStatus::kNotConfirmed,
-                      u"this run could not be undone: %1. Nothing was renamed; give --no-undo to "
-                      "rename all the same"_s.arg(prepared.message()));
-    if (!prepared)
+                   {recipe().freshRules(), recipe().extensionHandler->copyForRun(),
+                    recipe().options, logsFolder, true});
+    QString question = answer.title + u'\n' + answer.text;
+    if (const TResult<bool> prepared = prepare(run, logsFolder); !prepared) {
+        if (!line.has(kNoUndo))
+            return refuse(ExitStatus::kNotConfirmed,
+                          u"this run could not be undone: %1. Nothing was renamed; give --no-undo "
+                          "to rename all the same"_s.arg(prepared.message()));
         console().message(u"this run cannot be undone: %1"_s.arg(prepared.message()));
+        question += u"\nThis run could not be undone."_s;
+    }
+    if (const auto status = confirm(line, question))
+        return *status;
     RenameOutcome outcome;
     outcome.missing = files().missing();
     move(run, report, outcome);
@@ -164,13 +166,15 @@ void RenameCommand::move(TRenameRun &run, BatchReport &report, RenameOutcome &ou
             [&outcome](const QString &text) { appendJsonCharacters(outcome.textLog, text); });
     // The run reports what it did; what the names looked like in the analysis is worked out beside
     // it, file by file, instead of being kept.
-    AnalysisPass targets = analysis(console().hasColour());
+    std::optional<AnalysisPass> targets;
+    if (report.wantsTargets())
+        targets.emplace(recipe(), files().files(), metadataSource(), console().hasColour());
     const auto reported = [&](const TRenameReport &file) {
         TAnalysisResult target;
-        while (report.wantsTargets() && targets.done() <= file.index)
-            target = targets.step();
+        while (targets && targets->done() <= file.index)
+            target = targets->step();
         report.renamed(files().files()[static_cast<std::size_t>(file.index)], target, file);
-        console().progress().show("Renaming"_L1, file.index + 1, targets.total());
+        console().progress().show("Renaming"_L1, file.index + 1, total());
     };
     outcome.summary = run.run(reported, environment().interrupted);
 }
@@ -181,13 +185,11 @@ int RenameCommand::statusOf(const RenameOutcome &outcome)
     if (!summary.problem.isEmpty())
         console().message(summary.problem);
     if (summary.interrupted && interrupted()) {
-        console().message(
-            summary.rollbackLog.isEmpty()
-                ? u"interrupted after %1 files"_s.arg(summary.renamed)
-                : u"interrupted after renaming %1 of %2 files; to undo: tavrin-cli rollback %3"_s
-                      .arg(QString::number(summary.renamed),
-                           QString::number(files().files().size()),
-                           shellQuoted(summary.rollbackLog)));
+        QString story = u"interrupted after renaming %1 of %2"_s.arg(
+            QString::number(summary.renamed), counted(total(), "file"_L1, "files"_L1));
+        if (!summary.rollbackLog.isEmpty())
+            story += "; to undo: tavrin-cli rollback "_L1 + shellQuoted(summary.rollbackLog);
+        console().message(story);
         return ExitStatus::kInterrupted;
     }
     const bool complete = summary.failed == 0 && outcome.missing == 0 && !summary.interrupted &&

@@ -19,9 +19,9 @@ protected:
 private:
     std::optional<RenameGuard::Answer> analyse(BatchReport &report);
     int refuseWithPreview(const RenameGuard::Answer &answer);
-    std::optional<int> confirm(const CommandLine &line, const RenameGuard::Answer &answer);
-    TRenameRun::Settings runSettings(const QString &logsFolder) const;
-    int rename(const CommandLine &line, BatchReport &report);
+    std::optional<int> confirm(const CommandLine &line, const QString &question);
+    static TResult<bool> prepare(TRenameRun &run, const QString &logsFolder);
+    int rename(const CommandLine &line, const RenameGuard::Answer &answer, BatchReport &report);
     void move(TRenameRun &run, BatchReport &report, RenameOutcome &outcome);
     int statusOf(const RenameOutcome &outcome);
 };

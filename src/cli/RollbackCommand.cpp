@@ -2,10 +2,12 @@
 #include "cli/RollbackCommand.h"
 
 #include "cli/LogsFolder.h"
+#include "commonprocs/ByteNames.h"
 #include "rollback/RollbackLog.h"
 
 #include <algorithm>
 #include <array>
+#include <fcntl.h>
 
 using namespace Qt::StringLiterals;
 
@@ -41,6 +43,13 @@ bool canBeUndone(const TRenameTRX &record)
     return record.renamedExistsWithStatus == RollbackRun::kRenamedFound;
 }
 
+bool isThere(FileManager &disk, const QString &path)
+{
+    TFileStatus status;
+    return disk.status(AT_FDCWD, ByteNames::toBytes(path), true, status) == 0;
+}
+
+/// The path of a saved log of that name; the name itself when there is none.
 QString pathOfNamedLog(const QString &name)
 {
     const auto logs = savedRollbackLogs(LogsFolder::path());
@@ -90,7 +99,8 @@ int RollbackCommand::run(const CommandLine &line)
 
 std::optional<int> RollbackCommand::findNamed(const QString &name)
 {
-    const QString path = name.contains(u'/') ? name : pathOfNamedLog(name);
+    const bool isPath = name.contains(u'/') || isThere(environment().fileManager, name);
+    const QString path = isPath ? name : pathOfNamedLog(name);
     TResult<std::vector<TRenameTRX>> records = readRollbackLog(path);
     if (!records)
         return refuse(ExitStatus::kUsageError, records.message());
@@ -131,10 +141,10 @@ std::optional<int> RollbackCommand::confirm(const CommandLine &line)
             ExitStatus::kNotConfirmed,
             u"nobody is there to be asked; nothing was undone. Give --yes to undo without "
             "a question"_s);
-    const bool yes =
-        console().ask(u"%1 of the %2 files in %3 can get their old names back. Undo?"_s.arg(
-            QString::number(count(RollbackRun::kRenamedFound)),
-            QString::number(m_result.records.size()), m_result.log));
+    const auto total = static_cast<qsizetype>(m_result.records.size());
+    const bool yes = console().ask(u"%1 of %2 in %3 can be restored. Undo?"_s.arg(
+        QString::number(count(RollbackRun::kRenamedFound)), counted(total, "file"_L1, "files"_L1),
+        m_result.log));
     if (interrupted())
         return refuse(ExitStatus::kInterrupted, u"interrupted; nothing was undone"_s);
     if (!yes)
@@ -150,7 +160,7 @@ int RollbackCommand::roll(bool reverse)
         },
         environment().interrupted, reverse,
         [this](qsizetype index, const TFileURL &url) {
-            m_result.restored[static_cast<std::size_t>(index)] = url.path();
+            takeRestored(static_cast<std::size_t>(index), url);
         });
     m_result.records = m_run->transactions();
     m_result.restoredCount = count(RollbackRun::kRestored);
@@ -165,6 +175,14 @@ int RollbackCommand::roll(bool reverse)
     }
     const bool complete = m_result.failedCount + m_result.skippedCount == 0;
     return complete && m_result.restoredCount > 0 ? ExitStatus::kDone : ExitStatus::kIncomplete;
+}
+
+void RollbackCommand::takeRestored(std::size_t record, const TFileURL &url)
+{
+    // Almost every file gets its very name back, and then shares the record's text.
+    const QString &original = m_result.records[record].originalURL.lastPathComponent();
+    m_result.restored[record] =
+        url.lastPathComponent() == original ? original : url.lastPathComponent();
 }
 
 qsizetype RollbackCommand::count(qint64 status) const

@@ -26,6 +26,7 @@ private:
     void check(const QString &path, std::vector<TRenameTRX> records);
     std::optional<int> confirm(const CommandLine &line);
     int roll(bool reverse);
+    void takeRestored(std::size_t record, const TFileURL &url);
     qsizetype count(qint64 status) const;
 
     RollbackResult m_result;

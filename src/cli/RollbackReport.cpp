@@ -8,12 +8,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Files come back to the folder they were renamed in.
+TFileURL restoredTo(const TRenameTRX &record, const QString &name)
+{
+    return {record.originalURL.folder(), name};
+}
+
 void writeRecord(JsonWriter &json, const TRenameTRX &record, const QString &restored)
 {
     json.beginObject();
     json.key("original"_L1).value(record.originalURL.path());
     json.key("renamed"_L1).value(record.renamedURL.path());
-    json.key("restored"_L1).valueOrNull(restored);
+    json.key("restored"_L1);
+    json.valueOrNull(restored.isNull() ? QString() : restoredTo(record, restored).path());
     json.key("status"_L1).value(record.renamedExistsWithStatus);
     json.key("errors"_L1);
     writeProblems(json, record.errorLog);
@@ -61,8 +68,7 @@ QByteArray shown(const Console &console, const TFileURL &url)
 
 void printRecord(Console &console, const TRenameTRX &record, const QString &restored)
 {
-    const TFileURL target =
-        restored.isNull() ? record.originalURL : TFileURL::fileURLWithPath(restored);
+    const TFileURL target = restored.isNull() ? record.originalURL : restoredTo(record, restored);
     if (!console.isQuiet())
         console.print(shown(console, record.renamedURL) + " -> " + shown(console, target) + '\n');
     for (const TErrorTypes &problem : record.errorLog) {

@@ -15,7 +15,8 @@ struct RollbackResult
 {
     QString log;
     std::span<const TRenameTRX> records;
-    std::vector<QString> restored; ///< where each record's file went; null when it did not move
+    std::vector<QString>
+        restored; ///< the name each record's file got back; null when it did not move
     qsizetype restoredCount = 0;
     qsizetype failedCount = 0;
     qsizetype skippedCount = 0;

@@ -19,11 +19,6 @@ QByteArrayView markForLevel(int level)
     return level == TErrorTypes::kCritical ? "critical" : "warning";
 }
 
-QString counted(qsizetype number, QLatin1StringView one, QLatin1StringView many)
-{
-    return QString::number(number) + u' ' + (number == 1 ? one : many);
-}
-
 QString problemCounts(qsizetype missing, qsizetype warnings, qsizetype criticals)
 {
     return u"%1 missing, %2, %3"_s.arg(

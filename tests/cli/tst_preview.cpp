@@ -91,7 +91,8 @@ void TestPreview::text_data()
                               "would be refused\n"_s;
     QTest::newRow("whole paths when verbose")
         << QStringList{u"sub/a"_s} << QStringList{u"-v"_s, u"--rule"_s, kPrefix} << 0
-        << u"BATCH/sub/a -> new-\n1 file, 0 missing, 0 warnings, 0 critical problems\n"_s << u""_s;
+        << u"BATCH/sub/a -> new-\n1 file, 0 missing, 0 warnings, 0 critical problems\n"_s
+        << u"tavrin-cli: rule: Text theText=new-\ntavrin-cli: 1 file\n"_s;
     QTest::newRow("names cannot forge lines")
         << QStringList{u"a\nb -> c"_s, u"d\u001b[31m"_s}
         << QStringList{u"--rule"_s, kOriginal, u"--rule"_s, kCounter} << 0

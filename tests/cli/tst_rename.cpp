@@ -28,6 +28,7 @@ private Q_SLOTS:
     void interruptedBeforeTheFirstMove();
     void recordForUndoingIsRequired_data();
     void recordForUndoingIsRequired();
+    void questionTellsThatNothingCanBeUndone();
     void closedOutputDoesNotStopTheRun();
     void runDoesWhatThePreviewShows_data();
     void runDoesWhatThePreviewShows();
@@ -290,6 +291,19 @@ void TestRename::recordForUndoingIsRequired()
     QVERIFY2(cli.err().contains(u"undone"_s), qPrintable(cli.err()));
     QCOMPARE(cli.names(), QStringList{noUndo ? u"n1.txt"_s : u"a.txt"_s});
     QCOMPARE(cli.json().value(u"rollbackLog"_s).isNull(), noUndo);
+}
+
+void TestRename::questionTellsThatNothingCanBeUndone()
+{
+    CliFixture cli;
+    cli.batch({u"a.txt"_s});
+    cli.terminal.there = true;
+    qputenv("XDG_DATA_HOME", cli.tree.file(u"occupied"_s).toUtf8());
+    QCOMPARE(
+        cli.run(QStringList{u"rename"_s, u"--no-undo"_s} + kCounter + QStringList{cli.batchPath()}),
+        4);
+    QVERIFY2(cli.err().contains(u"Are you sure?\nThis run could not be undone. [y/N] "_s),
+             qPrintable(cli.err()));
 }
 
 void TestRename::closedOutputDoesNotStopTheRun()

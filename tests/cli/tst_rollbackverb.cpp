@@ -175,8 +175,7 @@ void TestRollbackVerb::questionNamesTheLog()
     cli.terminal.there = true;
     cli.terminal.answers = {"n", "y"};
     QCOMPARE(cli.run({u"rollback"_s, u"--last"_s}), 4);
-    QVERIFY2(cli.err().contains(u"1 of the 1 files in %1"_s.arg(cli.onlyLog())),
-             qPrintable(cli.err()));
+    QVERIFY2(cli.err().contains(u"1 of 1 file in %1"_s.arg(cli.onlyLog())), qPrintable(cli.err()));
     QCOMPARE(cli.run({u"rollback"_s, u"--last"_s}), 0);
     QCOMPARE(cli.names(), QStringList{u"a.txt"_s});
 }
@@ -253,7 +252,7 @@ void TestRollbackVerb::interruptedRunsAreRecoveredFirst()
     leaveJournal(cli);
     arguments.replaceInStrings(u"BATCH"_s, cli.batchPath());
     QCOMPARE(cli.run(arguments), 0);
-    QVERIFY2(cli.err().contains(u"a run over 1 files was interrupted after renaming 1; to undo: "
+    QVERIFY2(cli.err().contains(u"a run over 1 file was interrupted after renaming 1; to undo: "
                                 "tavrin-cli rollback '"_s),
              qPrintable(cli.err()));
     QCOMPARE(cli.names().first(), arguments.contains(u"rollback"_s) ? u"a.txt"_s
