@@ -23,7 +23,7 @@ TColor TColorPalette::nextColor()
     unsigned index = m_index.load();
     unsigned next = 0;
     do
-        next = (index + 1) % kColors.size();
+        next = static_cast<unsigned>((index + 1) % kColors.size());
     while (!m_index.compare_exchange_weak(index, next));
     return TColor::fromHex(QString(kColors[index]));
 }
