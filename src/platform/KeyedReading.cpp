@@ -150,7 +150,7 @@ QString KeyedReading::plainText(const PlistItem &item)
         return {};
     }
     m_textLeft -= item.count;
-    const QString text = BinaryPlistReader::text(item);
+    QString text = BinaryPlistReader::text(item);
     if (item.count <= kMaxSharedText)
         shared = {item.ref, text};
     return text;
@@ -199,7 +199,7 @@ QString KeyedReading::url(const PlistItem &item)
     const QString relative = plainText(field(item, kUrlRelative, hint));
     if (relative.isNull())
         return {};
-    const QString url = ArchiveValues::joinedUrl(baseUrl(base), relative);
+    QString url = ArchiveValues::joinedUrl(baseUrl(base), relative);
     const auto size = static_cast<quint64>(url.size());
     if (m_spent || size > m_textLeft) {
         m_spent = true;
