@@ -18,6 +18,7 @@ public:
     OptionGroups optionGroups() const override;
 
 protected:
+    bool stopsBetweenFiles() const override { return true; }
     /// Understands recipe and file options; nothing but recipe files has been read then. A status
     /// when that is impossible.
     std::optional<int> understand(const CommandLine &line);

@@ -30,6 +30,8 @@ struct CliEnvironment
     const std::atomic<bool> &interrupted;
     bool outIsTerminal = false;
     bool errIsTerminal = false;
+    /// Called once by verbs that stop between two files when interrupted is set; may be empty.
+    std::function<void()> takeOverSignals = {};
     /// Empty: files have no metadata, as if it had not been read.
     MakeMetadataSource makeMetadataSource = {};
 };

@@ -27,6 +27,8 @@ int Command::execute(const QStringList &arguments)
     }
     if (const TResult<bool> configured = m_console.configure(line.value()); !configured)
         return finish(usageError(configured.message()));
+    if (stopsBetweenFiles() && m_environment.takeOverSignals)
+        m_environment.takeOverSignals();
     return finish(run(line.value()));
 }
 

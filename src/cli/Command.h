@@ -34,6 +34,8 @@ public:
 
 protected:
     virtual int run(const CommandLine &line) = 0;
+    /// True for verbs that look for interruptions themselves; others just end.
+    virtual bool stopsBetweenFiles() const { return false; }
 
     CliEnvironment &environment() { return m_environment; }
     Console &console() { return m_console; }

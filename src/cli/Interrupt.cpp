@@ -15,7 +15,12 @@ extern "C" void requestStop(int)
 
 } // namespace
 
-void Interrupt::install()
+void Interrupt::ignoreClosedPipes()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+void Interrupt::takeOverSignals()
 {
     struct sigaction action = {};
     action.sa_handler = requestStop;
@@ -27,7 +32,6 @@ void Interrupt::install()
         if (sigaction(signal, nullptr, &current) == 0 && current.sa_handler != SIG_IGN)
             sigaction(signal, &action, nullptr);
     }
-    std::signal(SIGPIPE, SIG_IGN);
 }
 
 const std::atomic<bool> &Interrupt::requested()

@@ -7,9 +7,11 @@
 /// set a flag: work ends between two files, never within one.
 namespace Interrupt {
 
-/// Takes over SIGINT, SIGTERM and SIGHUP, and makes writing to a closed pipe an error that is
-/// returned, so that a run never dies half-way because its reader left.
-void install();
+/// Makes writing to a closed pipe an error that is returned, so that a run never dies half-way
+/// because its reader left.
+void ignoreClosedPipes();
+/// Takes over SIGINT, SIGTERM and SIGHUP; for verbs that look at requested() again and again.
+void takeOverSignals();
 const std::atomic<bool> &requested();
 
 } // namespace Interrupt

@@ -18,6 +18,7 @@ public:
 
 protected:
     int run(const CommandLine &line) override;
+    bool stopsBetweenFiles() const override { return true; }
 
 private:
     /// Finds the log and checks its records against the disk; a status when there is none to undo.

@@ -3,11 +3,28 @@
 #include "cli/Interrupt.h"
 #include "commonprocs/ByteNames.h"
 
+#include <cerrno>
+#include <fcntl.h>
 #include <unistd.h>
+
+namespace {
+
+/// Fills standard streams that the caller closed, so that no journal or log ever gets their numbers
+/// and is written into; using them still fails.
+void fillClosedStreams()
+{
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        if (::fcntl(stream, F_GETFD) == -1 && errno == EBADF)
+            ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
+} // namespace
 
 int main(int argc, char **argv)
 {
-    Interrupt::install();
+    fillClosedStreams();
+    Interrupt::ignoreClosedPipes();
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(ByteNames::fromBytes(argv[i]));
@@ -20,5 +37,6 @@ int main(int argc, char **argv)
                                disk, clock, Interrupt::requested()};
     environment.outIsTerminal = ::isatty(STDOUT_FILENO) == 1;
     environment.errIsTerminal = ::isatty(STDERR_FILENO) == 1;
+    environment.takeOverSignals = Interrupt::takeOverSignals;
     return Cli::run(arguments, environment);
 }

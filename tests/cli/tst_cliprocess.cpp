@@ -8,6 +8,7 @@
 #include <csignal>
 #include <fcntl.h>
 #include <pty.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -28,6 +29,8 @@ private Q_SLOTS:
     void interruptInALargeRun();
     void closedOutput_data();
     void closedOutput();
+    void outputThatWasNeverOpen();
+    void interruptEndsVerbsThatTouchNothing();
     void fullDisk();
     void questionAtATerminal_data();
     void questionAtATerminal();
@@ -197,6 +200,37 @@ void TestCliProcess::closedOutput()
     QCOMPARE(runWithOutput(ends[1], arguments), 1);
     QCOMPARE(m_err, QByteArray());
     QTEST(m_tree->list(u"batch"_s), "names");
+}
+
+/// A closed stream's number must not go to the journal, which output would then run into.
+void TestCliProcess::outputThatWasNeverOpen()
+{
+    m_tree->file(u"batch/a"_s);
+    QProcess process;
+    process.setWorkingDirectory(m_tree->path(u"batch"_s));
+    process.setChildProcessModifier([] {
+        ::setsid();
+        ::close(STDOUT_FILENO);
+    });
+    process.start(kProgram, renameArguments(u"."_s));
+    QVERIFY(process.waitForFinished(60'000));
+    QCOMPARE(process.exitCode(), 1);
+    QVERIFY(process.readAllStandardError().contains("cannot write to standard output"));
+    QVERIFY(m_tree->exists(u"batch/n1"_s));
+    QCOMPARE(run({u"rollback"_s, u"--last"_s, u"--yes"_s}), 0);
+}
+
+void TestCliProcess::interruptEndsVerbsThatTouchNothing()
+{
+    // Waiting for a list that never comes: a pipe without a writer's end.
+    const QString pipe = m_tree->path(u"pipe"_s);
+    QCOMPARE(::mkfifo(pipe.toUtf8().constData(), 0600), 0);
+    QProcess process;
+    start(process, {u"archive"_s, pipe});
+    QVERIFY(process.waitForStarted());
+    QCOMPARE(::kill(static_cast<pid_t>(process.processId()), SIGINT), 0);
+    QVERIFY(process.waitForFinished(60'000));
+    QCOMPARE(process.exitStatus(), QProcess::CrashExit);
 }
 
 void TestCliProcess::fullDisk()

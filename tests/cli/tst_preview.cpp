@@ -27,6 +27,7 @@ private Q_SLOTS:
     void csvRuleReadsItsFile();
     void sorting_data();
     void sorting();
+    void namesSortWithoutTheirExtensions();
     void lists_data();
     void lists();
     void statuses_data();
@@ -301,6 +302,16 @@ void TestPreview::sorting()
     QTEST(column(cli.json()[u"files"_s].toArray(), u"fileName"_s).join(u' '), "order");
 }
 
+void TestPreview::namesSortWithoutTheirExtensions()
+{
+    CliFixture cli;
+    cli.batch({u"a b.txt"_s, u"a.txt"_s});
+    cli.run({u"preview"_s, u"--json"_s, u"--sort"_s, u"fileName"_s, u"--rule"_s, kCounter,
+             cli.batchPath()});
+    QCOMPARE(column(cli.json()[u"files"_s].toArray(), u"fileName"_s),
+             QStringList({u"a"_s, u"a b"_s}));
+}
+
 void TestPreview::lists_data()
 {
     QTest::addColumn<QByteArray>("list");
@@ -339,6 +350,7 @@ void TestPreview::lists()
         options);
     ::close(cli.input);
     QTEST(column(cli.json()[u"files"_s].toArray(), u"fileName"_s), "files");
+    QCOMPARE(cli.json()[u"missing"_s], QJsonValue(0));
 }
 
 void TestPreview::statuses_data()
@@ -489,21 +501,21 @@ void TestPreview::colours()
     QFETCH(QString, option);
     QFETCH(bool, coloured);
     CliFixture cli;
-    cli.batch({u"a.txt"_s});
+    cli.batch({u"a.txt"_s, u"onetwo.md"_s});
     QFETCH(bool, terminal);
     cli.outIsTerminal = terminal;
     qputenv("NO_COLOR", noColour.toUtf8());
     qputenv("TERM", "xterm");
     cli.run({u"preview"_s, u"--color"_s, option, u"--extension"_s,
              u"handlingMethod=1 replacer=md"_s, u"--rule"_s, u"Text theText=\" one\""_s,
-             u"--rule"_s, u"Text theText=two"_s, cli.batchPath()});
+             u"--rule"_s, u"Text theText=two"_s, cli.tree.path(u"batch/a.txt"_s)});
     QCOMPARE(cli.outBytes().contains('\x1b'), coloured);
     // Whatever the colours, the text is that of the final name.
     QByteArray plain = cli.outBytes();
     while (plain.contains('\x1b'))
         plain.remove(plain.indexOf('\x1b'),
                      plain.indexOf('m', plain.indexOf('\x1b')) - plain.indexOf('\x1b') + 1);
-    QVERIFY2(plain.startsWith("a.txt -> onetwo.md\n"), plain.constData());
+    QVERIFY2(plain.startsWith("a.txt -> onetwo-1.md\n"), plain.constData());
     QCOMPARE(cli.outBytes().count("\x1b[0m"), coloured ? 3 : 0);
 }
 
