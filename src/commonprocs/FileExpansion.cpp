@@ -126,7 +126,7 @@ FileExpansion::FileExpansion(FileManager &fileManager)
 {
 }
 
-void FileExpansion::add(const QString &path, std::stop_token stop)
+void FileExpansion::add(const QString &path, const std::stop_token &stop)
 {
     const bool isName = !path.isEmpty() && !path.contains(QChar::Null);
     const QString whole = isName ? withoutDots(absolutePath(path)) : QString();

@@ -32,7 +32,7 @@ public:
 
     /// Appends what the path stands for. Paths may be relative, and may have "." and ".." parts:
     /// links are resolved only in front of a "..", where the path would lead elsewhere otherwise.
-    void add(const QString &path, std::stop_token stop = {});
+    void add(const QString &path, const std::stop_token &stop = {});
 
     const std::vector<TFileItem> &files() const { return m_files; }
     std::vector<TFileItem> takeFiles() { return std::move(m_files); }

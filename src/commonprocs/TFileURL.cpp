@@ -18,7 +18,7 @@ constexpr QChar kSlash = u'/';
 QString currentFolder()
 {
     char *const path = getcwd(nullptr, 0);
-    const QString result = path != nullptr ? ByteNames::fromBytes(path) : u"/"_s;
+    QString result = path != nullptr ? ByteNames::fromBytes(path) : u"/"_s;
     std::free(path); // NOLINT(cppcoreguidelines-no-malloc): getcwd's own allocation
     return result;
 }

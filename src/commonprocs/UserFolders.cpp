@@ -39,7 +39,7 @@ bool makeFolder(const TFileURL &url)
 
 TFileURL appSupportDirURL()
 {
-    if (const TFileURL data = environmentFolder("XDG_DATA_HOME"); data.isValid())
+    if (TFileURL data = environmentFolder("XDG_DATA_HOME"); data.isValid())
         return data;
     const TFileURL home = homeDirectoryURL();
     return home.isValid() ? home.appendingPathComponent(u".local/share"_s) : TFileURL();
@@ -53,7 +53,7 @@ TFileURL tempDirectoryURL()
 
 TFileURL homeDirectoryURL()
 {
-    if (const TFileURL home = environmentFolder("HOME"); home.isValid())
+    if (TFileURL home = environmentFolder("HOME"); home.isValid())
         return home;
     passwd entry{};
     passwd *found = nullptr;

@@ -170,7 +170,7 @@ bool FileMover::isOwnOtherSpelling(const Names &names)
 TMoveResult FileMover::respell(const Names &names)
 {
     const QByteArray between = stopOverName();
-    const TMoveResult first = step({names.folder, names.descriptor, names.from, between});
+    TMoveResult first = step({names.folder, names.descriptor, names.from, between});
     if (!first.ok())
         return first;
     TMoveResult second = step({names.folder, names.descriptor, between, names.to});

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::size_t kListBufferSize = 64 * 1024;
+constexpr std::size_t kListBufferSize = 65536;
 
 int answer(int result)
 {

@@ -71,7 +71,7 @@ QString TemporaryTree::file(const QString &relative, const QByteArray &content) 
 
 QByteArray TemporaryTree::rawFile(const QByteArray &relative, const QByteArray &content) const
 {
-    const QByteArray whole = m_root + '/' + relative;
+    QByteArray whole = m_root + '/' + relative;
     fs::create_directories(toPath(whole).parent_path());
     std::ofstream stream(toPath(whole), std::ios::binary | std::ios::trunc);
     stream.write(content.constData(), content.size());
