@@ -32,7 +32,7 @@ complete -c tavrin-cli -n "__fish_seen_subcommand_from $recipes" -r -l preset -d
 complete -c tavrin-cli -n "__fish_seen_subcommand_from $recipes" -r -l recipe -d 'A JSON file'
 complete -c tavrin-cli -n "__fish_seen_subcommand_from $recipes" -x -l extension -d 'What becomes of extensions'
 complete -c tavrin-cli -n "__fish_seen_subcommand_from $recipes" -l compliance -d 'Keep ":" and "/"'
-complete -c tavrin-cli -n "__fish_seen_subcommand_from $recipes" -l leading-period -d 'Allow a leading period'
+complete -c tavrin-cli -n "__fish_seen_subcommand_from $recipes" -l leading-period -d 'Record that names may start with a period'
 complete -c tavrin-cli -n "__fish_seen_subcommand_from $recipes" -l duplicates-critical -d 'Duplicates are critical'
 complete -c tavrin-cli -n "__fish_seen_subcommand_from $recipes" -l keep-unchanged -d 'Leave unchanged names alone'
 

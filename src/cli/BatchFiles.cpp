@@ -25,10 +25,10 @@ constexpr QLatin1StringView kDescending{"desc"};
 constexpr QLatin1StringView kCaseSensitive{"case"};
 
 constexpr std::array kFileOptions{
-    OptionSpec{kFilesFrom, "FILE"_L1,
+    OptionInfo{kFilesFrom, "FILE"_L1,
                "read more paths from a file, one a line; - is standard input"_L1},
-    OptionSpec{kNul, ""_L1, "paths in that file end in NUL bytes (find -print0)"_L1, '0'},
-    OptionSpec{kSort, "KEY[:desc][:case]"_L1,
+    OptionInfo{kNul, ""_L1, "paths in that file end in NUL bytes (find -print0)"_L1, '0'},
+    OptionInfo{kSort, "KEY[:desc][:case]"_L1,
                "order by fileName, targetName, creationDate, modificationDate, size or error; "
                ":case for fileName only"_L1},
 };

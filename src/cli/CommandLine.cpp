@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const OptionSpec *findOption(const OptionGroups &groups, const auto &matches)
+const OptionInfo *findOption(const OptionGroups &groups, const auto &matches)
 {
     for (const OptionGroup &group : groups) {
         const auto found = std::find_if(group.options.begin(), group.options.end(), matches);
@@ -22,7 +22,7 @@ QString possibleOptions(const OptionGroups &groups)
 {
     QStringList names;
     for (const OptionGroup &group : groups) {
-        for (const OptionSpec &option : group.options)
+        for (const OptionInfo &option : group.options)
             names.append("--"_L1 + option.name);
     }
     return names.join(u", "_s);
@@ -67,8 +67,8 @@ private:
     {
         const qsizetype equals = text.indexOf(u'=');
         const QString name = text.left(equals);
-        const OptionSpec *option =
-            findOption(m_groups, [&name](const OptionSpec &o) { return o.name == name; });
+        const OptionInfo *option =
+            findOption(m_groups, [&name](const OptionInfo &o) { return o.name == name; });
         if (option == nullptr)
             return unknown("--"_L1 + name);
         return take(*option, equals < 0 ? std::optional<QString>() : text.sliced(equals + 1));
@@ -77,7 +77,7 @@ private:
     QString readLetters(const QString &letters)
     {
         for (qsizetype i = 0; i < letters.size(); ++i) {
-            const OptionSpec *option = findOption(m_groups, [c = letters[i]](const OptionSpec &o) {
+            const OptionInfo *option = findOption(m_groups, [c = letters[i]](const OptionInfo &o) {
                 return o.letter != 0 && c == QLatin1Char(o.letter);
             });
             if (option == nullptr)
@@ -90,7 +90,7 @@ private:
         return {};
     }
 
-    QString take(const OptionSpec &option, std::optional<QString> value)
+    QString take(const OptionInfo &option, std::optional<QString> value)
     {
         if (option.value.isEmpty() && value)
             return u"--%1 takes no value"_s.arg(option.name);

@@ -9,7 +9,7 @@
 #include <vector>
 
 /// One option that a verb understands.
-struct OptionSpec
+struct OptionInfo
 {
     QLatin1StringView name;  ///< without the dashes
     QLatin1StringView value; ///< what its value stands for; empty for a flag
@@ -21,7 +21,7 @@ struct OptionSpec
 struct OptionGroup
 {
     QLatin1StringView title;
-    std::span<const OptionSpec> options;
+    std::span<const OptionInfo> options;
 };
 using OptionGroups = std::vector<OptionGroup>;
 

@@ -23,16 +23,16 @@ constexpr QLatin1StringView kAlways{"always"};
 constexpr QLatin1StringView kNever{"never"};
 
 constexpr std::array kCommonOptions{
-    OptionSpec{kJson, ""_L1, "print one JSON document"_L1},
-    OptionSpec{"help"_L1, ""_L1, "show this help"_L1, 'h'},
+    OptionInfo{kJson, ""_L1, "print one JSON document"_L1},
+    OptionInfo{"help"_L1, ""_L1, "show this help"_L1, 'h'},
 };
 
 constexpr std::array kBatchOptions{
-    OptionSpec{kJsonLines, ""_L1, "print one JSON object a line, as they come"_L1},
-    OptionSpec{kQuiet, ""_L1, "print only problems, on standard error"_L1, 'q'},
-    OptionSpec{kVerbose, ""_L1, "show whole paths, and say more about what is done"_L1, 'v'},
-    OptionSpec{kColour, "WHEN"_L1, "colour names by rule: auto, always or never"_L1},
-    OptionSpec{kProgress, "WHEN"_L1, "show progress on standard error: auto, always or never"_L1},
+    OptionInfo{kJsonLines, ""_L1, "print one JSON object a line, as they come"_L1},
+    OptionInfo{kQuiet, ""_L1, "print only problems, on standard error"_L1, 'q'},
+    OptionInfo{kVerbose, ""_L1, "show whole paths, and say more about what is done"_L1, 'v'},
+    OptionInfo{kColour, "WHEN"_L1, "colour names by rule: auto, always or never"_L1},
+    OptionInfo{kProgress, "WHEN"_L1, "show progress on standard error: auto, always or never"_L1},
 };
 
 bool terminalHasColours()

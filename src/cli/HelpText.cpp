@@ -38,7 +38,7 @@ QString wrapped(const QString &text, qsizetype indent, qsizetype column)
     return result + u'\n';
 }
 
-QString optionNames(const OptionSpec &option)
+QString optionNames(const OptionInfo &option)
 {
     QString names = option.letter != 0
                         ? u"  -%1, --%2"_s.arg(QLatin1Char(option.letter)).arg(option.name)
@@ -48,7 +48,7 @@ QString optionNames(const OptionSpec &option)
     return names;
 }
 
-QString optionHelp(const OptionSpec &option)
+QString optionHelp(const OptionInfo &option)
 {
     QString text = optionNames(option);
     if (text.size() + 1 > kColumn)
@@ -87,7 +87,7 @@ QByteArray forCommand(const Command &command)
     text += u'\n' + paragraphs(help.text);
     for (const OptionGroup &group : command.optionGroups()) {
         text += u'\n' + group.title + ":\n"_L1;
-        for (const OptionSpec &option : group.options)
+        for (const OptionInfo &option : group.options)
             text += optionHelp(option);
     }
     if (!help.examples.isEmpty())

@@ -31,7 +31,7 @@ TRuleList Recipe::freshRules() const
 bool Recipe::readsMetadata() const
 {
     return std::any_of(rules.begin(), rules.end(), [](const TRulePtr &rule) {
-        const RuleKindSpec *kind = RuleSettings::kind(TRuleKinds::identifierForRule(*rule));
+        const RuleKindInfo *kind = RuleSettings::kind(TRuleKinds::identifierForRule(*rule));
         return kind != nullptr && kind->readsMetadata;
     });
 }
@@ -76,4 +76,20 @@ void applyExtension(TExtensionHandler &handler, const WrittenExtension &written)
         else if (it.key() == "rePattern"_L1)
             handler.setRePattern(value.toString());
     }
+}
+
+QVariantMap extensionSettings(const TExtensionHandler &handler)
+{
+    QVariantList map;
+    for (const TExtensionMap &row : handler.mapArray())
+        map.append(row.properties());
+    return {{u"handlingMethod"_s, handler.handlingMethod()},
+            {u"mapArray"_s, map},
+            {u"replacer"_s, handler.replacer()},
+            {u"caseHandling"_s, handler.caseHandling()},
+            {u"mapRemainderChoice"_s, handler.mapRemainderChoice()},
+            {u"ignoreCase"_s, handler.ignoreCase()},
+            {u"regEx"_s, handler.regEx()},
+            {u"regAccess"_s, handler.regAccess()},
+            {u"rePattern"_s, handler.rePattern()}};
 }

@@ -27,3 +27,5 @@ struct Recipe
 /// A rule as its kind and the settings say; reads the rule's CSV file, if it has one.
 TResult<TRulePtr> makeRule(const WrittenRule &written);
 void applyExtension(TExtensionHandler &handler, const WrittenExtension &written);
+/// The handler's nine settings under their names; mapArray as a list of two-text maps.
+QVariantMap extensionSettings(const TExtensionHandler &handler);

@@ -25,30 +25,31 @@ constexpr QLatin1StringView kRules{"rules"};
 constexpr QLatin1StringView kOptions{"options"};
 
 constexpr std::array kRecipeOptions{
-    OptionSpec{
+    OptionInfo{
         kRule, "RULE"_L1,
         "a kind and its settings, such as 'Counter startValue=1 padding=3', or the same as a "
         "JSON object; the verb rules lists them all"_L1},
-    OptionSpec{kPreset, "NAME_OR_FILE"_L1,
+    OptionInfo{kPreset, "NAME_OR_FILE"_L1,
                "the rules of a saved preset, or of a .renamesetting file"_L1},
-    OptionSpec{kRecipe, "FILE"_L1,
+    OptionInfo{kRecipe, "FILE"_L1,
                "a JSON file: {\"rules\":[...],\"extension\":{...},\"options\":{...}}"_L1},
-    OptionSpec{kExtension, "SETTINGS"_L1,
+    OptionInfo{kExtension, "SETTINGS"_L1,
                "what becomes of extensions, such as 'handlingMethod=2 map=htm:html,jpeg:jpg'"_L1},
-    OptionSpec{kCompliance, ""_L1,
+    OptionInfo{kCompliance, ""_L1,
                "keep \":\" and \"/\" in what rules give (as a rule they become \"_\")"_L1},
-    OptionSpec{kLeadingPeriod, ""_L1, "allow names that start with a period"_L1},
-    OptionSpec{kDuplicatesCritical, ""_L1,
+    OptionInfo{kLeadingPeriod, ""_L1,
+               "record that names may start with a period; names are the same without it"_L1},
+    OptionInfo{kDuplicatesCritical, ""_L1,
                "a name that two files would get is a critical problem"_L1},
-    OptionSpec{kKeepUnchanged, ""_L1, "leave files alone whose name would not change"_L1},
+    OptionInfo{kKeepUnchanged, ""_L1, "leave files alone whose name would not change"_L1},
 };
 
 /// Options of a batch under the names that they have in JSON.
 constexpr std::array kOptionSettings{
-    SettingSpec{"compliance"_L1, SettingType::Boolean, {}},
-    SettingSpec{"allowLeadingPeriod"_L1, SettingType::Boolean, {}},
-    SettingSpec{"duplicatesAreCritical"_L1, SettingType::Boolean, {}},
-    SettingSpec{"keepUnchanged"_L1, SettingType::Boolean, {}},
+    SettingInfo{"compliance"_L1, SettingType::Boolean, {}},
+    SettingInfo{"allowLeadingPeriod"_L1, SettingType::Boolean, {}},
+    SettingInfo{"duplicatesAreCritical"_L1, SettingType::Boolean, {}},
+    SettingInfo{"keepUnchanged"_L1, SettingType::Boolean, {}},
 };
 
 void setOption(Recipe &recipe, std::size_t index, bool value)
@@ -190,10 +191,10 @@ QString RecipeReader::understandOptions(const QJsonValue &options)
     const QJsonObject object = options.toObject();
     for (auto it = object.begin(); it != object.end(); ++it) {
         const auto found = std::find_if(kOptionSettings.begin(), kOptionSettings.end(),
-                                        [&it](const SettingSpec &s) { return s.key == it.key(); });
+                                        [&it](const SettingInfo &s) { return s.key == it.key(); });
         if (found == kOptionSettings.end()) {
             QStringList possible;
-            for (const SettingSpec &setting : kOptionSettings)
+            for (const SettingInfo &setting : kOptionSettings)
                 possible.append(setting.key);
             return SettingValue::unknownWord(u"option"_s, it.key(), possible);
         }

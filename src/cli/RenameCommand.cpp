@@ -15,8 +15,8 @@ constexpr QLatin1StringView kYes{"yes"};
 constexpr QLatin1StringView kNoUndo{"no-undo"};
 
 constexpr std::array kRunOptions{
-    OptionSpec{kYes, ""_L1, "rename without asking"_L1, 'y'},
-    OptionSpec{kNoUndo, ""_L1, "rename even when no record for undoing can be made"_L1},
+    OptionInfo{kYes, ""_L1, "rename without asking"_L1, 'y'},
+    OptionInfo{kNoUndo, ""_L1, "rename even when no record for undoing can be made"_L1},
 };
 
 constexpr QLatin1StringView kInterruptedBefore{"interrupted; nothing was renamed"};

@@ -19,13 +19,13 @@ constexpr QLatin1StringView kReverse{"reverse"};
 constexpr QLatin1StringView kYes{"yes"};
 
 constexpr std::array kRollbackOptions{
-    OptionSpec{kLast, ""_L1, "take the newest log that still has something to undo"_L1},
-    OptionSpec{kCheck, ""_L1, "only show what could be undone"_L1},
-    OptionSpec{
+    OptionInfo{kLast, ""_L1, "take the newest log that still has something to undo"_L1},
+    OptionInfo{kCheck, ""_L1, "only show what could be undone"_L1},
+    OptionInfo{
         kReverse, ""_L1,
         "go from the last record to the first; the way to undo runs that gave a file the name "
         "another one had just left"_L1},
-    OptionSpec{kYes, ""_L1, "undo without asking"_L1, 'y'},
+    OptionInfo{kYes, ""_L1, "undo without asking"_L1, 'y'},
 };
 
 constexpr QLatin1StringView kText{

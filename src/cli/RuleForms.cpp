@@ -16,11 +16,11 @@ constexpr QLatin1StringView kReplace{"replace"};
 
 struct ChangedSetting
 {
-    SettingSpec setting;
+    SettingInfo setting;
     QVariant value;
 };
 
-QByteArray jsonOf(const SettingSpec &setting, const QVariant &value)
+QByteArray jsonOf(const SettingInfo &setting, const QVariant &value)
 {
     JsonWriter json;
     RuleForms::writeValue(json, setting, value);
@@ -28,12 +28,12 @@ QByteArray jsonOf(const SettingSpec &setting, const QVariant &value)
 }
 
 /// The settings that a new rule of the kind does not have already.
-std::vector<ChangedSetting> changedSettings(const TRuleModel &rule, const RuleKindSpec &kind)
+std::vector<ChangedSetting> changedSettings(const TRuleModel &rule, const RuleKindInfo &kind)
 {
     const QVariantMap properties = rule.properties();
     const QVariantMap defaults = rule.newInstance()->properties();
     std::vector<ChangedSetting> changed;
-    for (const SettingSpec &setting : kind.settings()) {
+    for (const SettingInfo &setting : kind.settings()) {
         const QVariant value = properties.value(setting.key);
         const bool differs = jsonOf(setting, value) != jsonOf(setting, defaults.value(setting.key));
         if (differs && value.isValid() && !setting.follows)
@@ -98,7 +98,7 @@ QString settingWords(const ChangedSetting &changed)
 
 namespace RuleForms {
 
-void writeValue(JsonWriter &json, const SettingSpec &setting, const QVariant &value)
+void writeValue(JsonWriter &json, const SettingInfo &setting, const QVariant &value)
 {
     if (!value.isValid()) {
         json.null();

@@ -15,6 +15,6 @@ void writeRules(JsonWriter &json, const TRuleList &rules);
 /// The shortest text that --rule takes for the rule: words where they suffice, else JSON.
 QString ruleText(const TRuleModel &rule);
 /// A setting's value as JSON; null when it is unset.
-void writeValue(JsonWriter &json, const SettingSpec &setting, const QVariant &value);
+void writeValue(JsonWriter &json, const SettingInfo &setting, const QVariant &value);
 
 } // namespace RuleForms

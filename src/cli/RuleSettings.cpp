@@ -13,7 +13,7 @@ namespace {
 
 using enum SettingType;
 
-constexpr SettingSpec kPaddingChar{
+constexpr SettingInfo kPaddingChar{
     "paddingChar"_L1, Integer,
     "character to pad with: 0 \"0\", 1 a blank, 2 \"*\", 3 \"-\", 4 \"_\", any other \"x\""_L1, 5};
 
@@ -26,199 +26,199 @@ QStringList imageCategories()
 }
 
 constexpr std::array kDateSettings{
-    SettingSpec{"padding"_L1, Integer,
+    SettingInfo{"padding"_L1, Integer,
                 "pad the text to this many characters; below 1: not at all"_L1},
     kPaddingChar,
-    SettingSpec{"paddingPosition"_L1, Integer, "where to pad: 0 in front, otherwise at the end"_L1,
+    SettingInfo{"paddingPosition"_L1, Integer, "where to pad: 0 in front, otherwise at the end"_L1,
                 2},
-    SettingSpec{"limitSize"_L1, Integer,
+    SettingInfo{"limitSize"_L1, Integer,
                 "0: keep every length; otherwise cut to maxSize characters"_L1, 2},
-    SettingSpec{"maxSize"_L1, Integer, "the length to cut to when limitSize is set"_L1},
-    SettingSpec{"dateFormat"_L1, Integer,
+    SettingInfo{"maxSize"_L1, Integer, "the length to cut to when limitSize is set"_L1},
+    SettingInfo{"dateFormat"_L1, Integer,
                 "element of the date: 0 long date, 1 medium date, 2 long time, 3 medium time, "
                 "4 year, 5 two-digit year, 6 name of the month, 7 month, 8 day, 9 name of the "
                 "weekday, 10 weekday (1 is Sunday), 11 hour, 12 minute, 13 second, 14 AM or PM, "
                 "15 A or P"_L1,
                 16},
-    SettingSpec{"timeFormat"_L1, Integer,
+    SettingInfo{"timeFormat"_L1, Integer,
                 "hours: 0 of a twelve-hour clock, otherwise of twenty-four"_L1, 2},
 };
 
 constexpr std::array kTextSettings{
-    SettingSpec{"theText"_L1, Text, "the text to put into every name"_L1},
+    SettingInfo{"theText"_L1, Text, "the text to put into every name"_L1},
 };
 
 constexpr std::array kCounterSettings{
-    SettingSpec{"startValue"_L1, Integer, "the first number"_L1},
-    SettingSpec{"individualFileTypes"_L1, Boolean, "count every extension on its own"_L1},
-    SettingSpec{"counterFormat"_L1, Integer,
+    SettingInfo{"startValue"_L1, Integer, "the first number"_L1},
+    SettingInfo{"individualFileTypes"_L1, Boolean, "count every extension on its own"_L1},
+    SettingInfo{"counterFormat"_L1, Integer,
                 "0 decimal, 1 lower-case Roman, 2 upper-case Roman numerals"_L1, 3},
-    SettingSpec{"padding"_L1, Integer, "the width of the number when manualPadding is set"_L1},
+    SettingInfo{"padding"_L1, Integer, "the width of the number when manualPadding is set"_L1},
     kPaddingChar,
-    SettingSpec{"increment"_L1, Integer, "the step from one number to the next"_L1},
-    SettingSpec{"manualPadding"_L1, Integer,
+    SettingInfo{"increment"_L1, Integer, "the step from one number to the next"_L1},
+    SettingInfo{"manualPadding"_L1, Integer,
                 "width: 0 what the last number of the batch needs, otherwise padding"_L1, 2},
-    SettingSpec{"counterType"_L1, Integer,
+    SettingInfo{"counterType"_L1, Integer,
                 "0 a running number, otherwise the number of files in the batch"_L1, 2},
 };
 
 constexpr std::array kOriginalSettings{
-    SettingSpec{"whichProperty"_L1, Integer,
+    SettingInfo{"whichProperty"_L1, Integer,
                 "0 file name, 1 name of a parent folder, 2 size, 3 date, 4 extension"_L1, 5},
-    SettingSpec{"sizeFormat"_L1, Integer,
+    SettingInfo{"sizeFormat"_L1, Integer,
                 "unit of the size: 0 automatic, 1 B, 2 KB, 3 MB, 4 GB, 5 TB"_L1, 6},
-    SettingSpec{"showSizeUnit"_L1, Boolean, "write the unit after the size"_L1},
-    SettingSpec{"separateUnit"_L1, Boolean, "put a blank between size and unit"_L1},
-    SettingSpec{"dropFromBeginning"_L1, Integer, "remove this many characters in front"_L1},
-    SettingSpec{"dropFromEnd"_L1, Integer, "remove this many characters at the end"_L1},
-    SettingSpec{"postprocessing"_L1, Integer, "kept with the rule; names do not depend on it"_L1},
-    SettingSpec{"caseConversion"_L1, Integer, "0 as it is, 1 upper case, 2 lower case"_L1, 3},
-    SettingSpec{"blankHandling"_L1, Integer,
+    SettingInfo{"showSizeUnit"_L1, Boolean, "write the unit after the size"_L1},
+    SettingInfo{"separateUnit"_L1, Boolean, "put a blank between size and unit"_L1},
+    SettingInfo{"dropFromBeginning"_L1, Integer, "remove this many characters in front"_L1},
+    SettingInfo{"dropFromEnd"_L1, Integer, "remove this many characters at the end"_L1},
+    SettingInfo{"postprocessing"_L1, Integer, "kept with the rule; names do not depend on it"_L1},
+    SettingInfo{"caseConversion"_L1, Integer, "0 as it is, 1 upper case, 2 lower case"_L1, 3},
+    SettingInfo{"blankHandling"_L1, Integer,
                 "0 as they are, 1 remove blanks, 2 insert one where a capital follows a small "
                 "letter"_L1,
                 3},
-    SettingSpec{"caseSensitiveSearch"_L1, Integer,
+    SettingInfo{"caseSensitiveSearch"_L1, Integer,
                 "search for stringToLookFor: 0 letter case matters, otherwise it does not"_L1, 2},
-    SettingSpec{"stringToReplace"_L1, Text, "what to put in place of stringToLookFor"_L1},
-    SettingSpec{"stringToLookFor"_L1, Text,
+    SettingInfo{"stringToReplace"_L1, Text, "what to put in place of stringToLookFor"_L1},
+    SettingInfo{"stringToLookFor"_L1, Text,
                 "text to replace wherever it occurs; empty: nothing"_L1},
-    SettingSpec{"whichDate"_L1, Integer, "0 creation date, otherwise modification date"_L1, 2},
-    SettingSpec{"parentLevel"_L1, Integer,
+    SettingInfo{"whichDate"_L1, Integer, "0 creation date, otherwise modification date"_L1, 2},
+    SettingInfo{"parentLevel"_L1, Integer,
                 "0 the folder of the file, 1 the one above it, and so on"_L1},
-    SettingSpec{"charsToStrip"_L1, Text, "every one of these characters is removed"_L1},
+    SettingInfo{"charsToStrip"_L1, Text, "every one of these characters is removed"_L1},
 };
 
 constexpr std::array kImageTagSettings{
-    SettingSpec{"category"_L1, Text, "the group of properties that holds the tag"_L1, 0, true,
+    SettingInfo{"category"_L1, Text, "the group of properties that holds the tag"_L1, 0, true,
                 imageCategories},
-    SettingSpec{"theTag"_L1, Text, "the tag, such as PixelWidth or DateTimeOriginal"_L1},
-    SettingSpec{"defaultString"_L1, Text, "text for files that do not have the tag"_L1},
+    SettingInfo{"theTag"_L1, Text, "the tag, such as PixelWidth or DateTimeOriginal"_L1},
+    SettingInfo{"defaultString"_L1, Text, "text for files that do not have the tag"_L1},
 };
 
 constexpr std::array kMediaTagSettings{
-    SettingSpec{"theTag"_L1, Text, "the tag, such as title, artist, track or duration"_L1, 0, false,
+    SettingInfo{"theTag"_L1, Text, "the tag, such as title, artist, track or duration"_L1, 0, false,
                 ID3AVSupport::tags},
-    SettingSpec{"defaultString"_L1, Text, "text for files that do not have the tag"_L1},
+    SettingInfo{"defaultString"_L1, Text, "text for files that do not have the tag"_L1},
 };
 
 constexpr std::array kCsvSettings{
-    SettingSpec{"theRows"_L1, Table,
+    SettingInfo{"theRows"_L1, Table,
                 "the table, one row a file; file=NAME.csv reads it from a file"_L1},
-    SettingSpec{"useColumn"_L1, Integer, "the column to use; the first is 0"_L1},
-    SettingSpec{"skipFirst"_L1, Boolean, "the first row holds titles and is never used"_L1},
-    SettingSpec{"wrap"_L1, Boolean, "start again at the top when the rows run out"_L1},
-    SettingSpec{"trimQuotes"_L1, Boolean, "remove the double quotes around a cell"_L1},
-    SettingSpec{"defaultText"_L1, Text, "text for files that have no cell"_L1},
+    SettingInfo{"useColumn"_L1, Integer, "the column to use; the first is 0"_L1},
+    SettingInfo{"skipFirst"_L1, Boolean, "the first row holds titles and is never used"_L1},
+    SettingInfo{"wrap"_L1, Boolean, "start again at the top when the rows run out"_L1},
+    SettingInfo{"trimQuotes"_L1, Boolean, "remove the double quotes around a cell"_L1},
+    SettingInfo{"defaultText"_L1, Text, "text for files that have no cell"_L1},
 };
 
 constexpr std::array kRegExSettings{
-    SettingSpec{"regArray"_L1, Pairs,
+    SettingInfo{"regArray"_L1, Pairs,
                 "patterns and replacements, applied in order; match=PATTERN replace=TEXT gives one "
                 "pair"_L1},
-    SettingSpec{"source"_L1, Integer,
+    SettingInfo{"source"_L1, Integer,
                 "rewrite: 0 the file's name, otherwise the name made so far"_L1, 2},
-    SettingSpec{"replaceAll"_L1, Integer,
+    SettingInfo{"replaceAll"_L1, Integer,
                 "with a source other than 0: 0 append the rewritten text, otherwise replace the "
                 "whole name by it"_L1,
                 2},
 };
 
 constexpr std::array kSeparatorSettings{
-    SettingSpec{"theText"_L1, Text, "the character itself; always follows from separatorIndex"_L1,
+    SettingInfo{"theText"_L1, Text, "the character itself; always follows from separatorIndex"_L1,
                 0, false, nullptr, true},
-    SettingSpec{"separatorIndex"_L1, Integer,
+    SettingInfo{"separatorIndex"_L1, Integer,
                 "0 a blank, 1 \"_\", 2 \"-\", 3 \"*\", 4 \".\", 5 \"!\", 6 \"(\", 7 \")\", "
                 "8 \"{\", 9 \"}\""_L1,
                 10, true},
 };
 
 constexpr std::array kExtensionSettings{
-    SettingSpec{"handlingMethod"_L1, Integer,
+    SettingInfo{"handlingMethod"_L1, Integer,
                 "0 keep, 1 replace, 2 map, 3 strip, 4 rewrite with a regular expression"_L1, 5},
-    SettingSpec{
+    SettingInfo{
         "mapArray"_L1, Pairs,
         "extensions and what becomes of them, for method 2; map=htm:html,jpeg:jpg gives the "
         "pairs"_L1},
-    SettingSpec{"replacer"_L1, Text,
+    SettingInfo{"replacer"_L1, Text,
                 "the extension for method 1, and for method 2 where no pair fits"_L1},
-    SettingSpec{"caseHandling"_L1, Integer, "method 0: 0 as it is, 1 upper case, 2 lower case"_L1,
+    SettingInfo{"caseHandling"_L1, Integer, "method 0: 0 as it is, 1 upper case, 2 lower case"_L1,
                 3},
-    SettingSpec{"mapRemainderChoice"_L1, Integer,
+    SettingInfo{"mapRemainderChoice"_L1, Integer,
                 "method 2 where no pair fits: 0 keep the extension, otherwise use replacer"_L1, 2},
-    SettingSpec{"ignoreCase"_L1, Integer,
+    SettingInfo{"ignoreCase"_L1, Integer,
                 "method 2: 0 letter case matters, otherwise it does not"_L1, 2},
-    SettingSpec{"regEx"_L1, Text, "method 4: the pattern"_L1},
-    SettingSpec{"regAccess"_L1, Integer,
+    SettingInfo{"regEx"_L1, Text, "method 4: the pattern"_L1},
+    SettingInfo{"regAccess"_L1, Integer,
                 "method 4 rewrites: 0 the whole name, 1 the name without extension, 2 the "
                 "extension"_L1,
                 3},
-    SettingSpec{"rePattern"_L1, Text, "method 4: the replacement"_L1},
+    SettingInfo{"rePattern"_L1, Text, "method 4: the replacement"_L1},
 };
 
 constexpr std::array kKinds{
-    RuleKindSpec{"Text"_L1, "a constant text"_L1, kTextSettings, {}},
-    RuleKindSpec{"Counter"_L1, "a running number"_L1, kCounterSettings, {}},
-    RuleKindSpec{"Original"_L1, "the file's own name, folder, size, date or extension"_L1,
+    RuleKindInfo{"Text"_L1, "a constant text"_L1, kTextSettings, {}},
+    RuleKindInfo{"Counter"_L1, "a running number"_L1, kCounterSettings, {}},
+    RuleKindInfo{"Original"_L1, "the file's own name, folder, size, date or extension"_L1,
                  kOriginalSettings, kDateSettings},
-    RuleKindSpec{"Date"_L1, "the date or time of the renaming"_L1, {}, kDateSettings},
-    RuleKindSpec{"ImageTag"_L1, "a property stored in an image"_L1, kImageTagSettings,
+    RuleKindInfo{"Date"_L1, "the date or time of the renaming"_L1, {}, kDateSettings},
+    RuleKindInfo{"ImageTag"_L1, "a property stored in an image"_L1, kImageTagSettings,
                  kDateSettings, true},
-    RuleKindSpec{"AudioTag"_L1, "a tag stored in an audio file"_L1, kMediaTagSettings,
+    RuleKindInfo{"AudioTag"_L1, "a tag stored in an audio file"_L1, kMediaTagSettings,
                  kDateSettings, true},
-    RuleKindSpec{"VideoTag"_L1, "a tag stored in a video file"_L1, kMediaTagSettings, kDateSettings,
+    RuleKindInfo{"VideoTag"_L1, "a tag stored in a video file"_L1, kMediaTagSettings, kDateSettings,
                  true},
-    RuleKindSpec{"CSVTag"_L1, "a cell of a table, one row a file"_L1, kCsvSettings, {}},
-    RuleKindSpec{"RegExTag"_L1, "a rewrite with regular expressions"_L1, kRegExSettings, {}},
-    RuleKindSpec{"Separator"_L1, "one separating character"_L1, kSeparatorSettings, {}},
+    RuleKindInfo{"CSVTag"_L1, "a cell of a table, one row a file"_L1, kCsvSettings, {}},
+    RuleKindInfo{"RegExTag"_L1, "a rewrite with regular expressions"_L1, kRegExSettings, {}},
+    RuleKindInfo{"Separator"_L1, "one separating character"_L1, kSeparatorSettings, {}},
 };
 
-const SettingSpec *findSetting(std::span<const SettingSpec> settings, const QString &key)
+const SettingInfo *findSetting(std::span<const SettingInfo> settings, const QString &key)
 {
     const auto found =
         std::find_if(settings.begin(), settings.end(),
-                     [&key](const SettingSpec &setting) { return setting.key == key; });
+                     [&key](const SettingInfo &setting) { return setting.key == key; });
     return found == settings.end() ? nullptr : &*found;
 }
 
 } // namespace
 
-const SettingSpec *RuleKindSpec::setting(const QString &key) const
+const SettingInfo *RuleKindInfo::setting(const QString &key) const
 {
-    const SettingSpec *found = findSetting(own, key);
+    const SettingInfo *found = findSetting(own, key);
     return found != nullptr ? found : findSetting(inherited, key);
 }
 
-std::vector<SettingSpec> RuleKindSpec::settings() const
+std::vector<SettingInfo> RuleKindInfo::settings() const
 {
-    std::vector<SettingSpec> all(own.begin(), own.end());
+    std::vector<SettingInfo> all(own.begin(), own.end());
     all.insert(all.end(), inherited.begin(), inherited.end());
     return all;
 }
 
 namespace RuleSettings {
 
-std::span<const RuleKindSpec> kinds()
+std::span<const RuleKindInfo> kinds()
 {
     return kKinds;
 }
 
-const RuleKindSpec *kind(const QString &identifier)
+const RuleKindInfo *kind(const QString &identifier)
 {
     const auto found =
         std::find_if(kKinds.begin(), kKinds.end(),
-                     [&identifier](const RuleKindSpec &kind) { return kind.kind == identifier; });
+                     [&identifier](const RuleKindInfo &kind) { return kind.kind == identifier; });
     return found == kKinds.end() ? nullptr : &*found;
 }
 
 QStringList kindNames()
 {
     QStringList names;
-    for (const RuleKindSpec &kind : kKinds)
+    for (const RuleKindInfo &kind : kKinds)
         names.append(kind.kind);
     return names;
 }
 
-std::span<const SettingSpec> extensionSettings()
+std::span<const SettingInfo> extensionSettings()
 {
     return kExtensionSettings;
 }
@@ -230,7 +230,7 @@ QLatin1StringView typeName(SettingType type)
     return kNames[static_cast<std::size_t>(type)];
 }
 
-QStringList possibleValues(const SettingSpec &setting)
+QStringList possibleValues(const SettingInfo &setting)
 {
     if (setting.texts != nullptr)
         return setting.texts();

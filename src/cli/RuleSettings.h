@@ -10,7 +10,7 @@
 enum class SettingType { Integer, Boolean, Text, Pairs, Table };
 
 /// One setting of a rule kind, or of the extension handler: what users may write and what it means.
-struct SettingSpec
+struct SettingInfo
 {
     QLatin1StringView key;
     SettingType type;
@@ -26,29 +26,29 @@ struct SettingSpec
 };
 
 /// A rule kind of the palette.
-struct RuleKindSpec
+struct RuleKindInfo
 {
     QLatin1StringView kind;
     QLatin1StringView meaning;
-    std::span<const SettingSpec> own;
-    std::span<const SettingSpec> inherited; ///< the padding, limit and date settings, or nothing
+    std::span<const SettingInfo> own;
+    std::span<const SettingInfo> inherited; ///< the padding, limit and date settings, or nothing
     bool readsMetadata = false;             ///< needs the image or media metadata of the files
 
-    const SettingSpec *setting(const QString &key) const;
-    std::vector<SettingSpec> settings() const;
+    const SettingInfo *setting(const QString &key) const;
+    std::vector<SettingInfo> settings() const;
 };
 
 /// The one table that parsing, checking, help and listing of recipes work from. Defaults are not in
 /// it: they are what a new rule says.
 namespace RuleSettings {
 
-std::span<const RuleKindSpec> kinds();
-const RuleKindSpec *kind(const QString &identifier);
+std::span<const RuleKindInfo> kinds();
+const RuleKindInfo *kind(const QString &identifier);
 QStringList kindNames();
-std::span<const SettingSpec> extensionSettings();
+std::span<const SettingInfo> extensionSettings();
 /// "integer", "boolean", "text", "pairs" or "table".
 QLatin1StringView typeName(SettingType type);
 /// The choices of a setting as people would write them; empty when there are none.
-QStringList possibleValues(const SettingSpec &setting);
+QStringList possibleValues(const SettingInfo &setting);
 
 } // namespace RuleSettings

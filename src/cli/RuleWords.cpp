@@ -37,12 +37,12 @@ TResult<QString> shortHandText(const QString &key, const QJsonValue &json)
         u"%1 wants a text, not %2"_s.arg(key, SettingValue::shown(json)));
 }
 
-TResult<QVariant> convert(const SettingSpec &setting, const QString &word)
+TResult<QVariant> convert(const SettingInfo &setting, const QString &word)
 {
     return SettingValue::fromWord(setting, word);
 }
 
-TResult<QVariant> convert(const SettingSpec &setting, const QJsonValue &json)
+TResult<QVariant> convert(const SettingInfo &setting, const QJsonValue &json)
 {
     return SettingValue::fromJson(setting, json);
 }
@@ -52,7 +52,7 @@ TResult<QVariant> convert(const SettingSpec &setting, const QJsonValue &json)
 class SettingsCollector
 {
 public:
-    SettingsCollector(std::vector<SettingSpec> settings, QStringList shortHandKeys)
+    SettingsCollector(std::vector<SettingInfo> settings, QStringList shortHandKeys)
         : m_settings(std::move(settings))
         , m_shortHands(std::move(shortHandKeys))
     {
@@ -71,7 +71,7 @@ public:
         }
         const auto setting =
             std::find_if(m_settings.begin(), m_settings.end(),
-                         [&key](const SettingSpec &spec) { return spec.key == key; });
+                         [&key](const SettingInfo &known) { return known.key == key; });
         if (setting == m_settings.end())
             return SettingValue::unknownWord(u"setting"_s, key, possibleKeys());
         TResult<QVariant> value = convert(*setting, given);
@@ -87,12 +87,12 @@ private:
     QStringList possibleKeys() const
     {
         QStringList keys;
-        for (const SettingSpec &setting : m_settings)
+        for (const SettingInfo &setting : m_settings)
             keys.append(setting.key);
         return keys + m_shortHands;
     }
 
-    std::vector<SettingSpec> m_settings;
+    std::vector<SettingInfo> m_settings;
     QStringList m_shortHands;
 };
 
@@ -119,7 +119,7 @@ QString takeObject(SettingsCollector &collector, const QJsonObject &object)
     return {};
 }
 
-SettingsCollector collectorFor(const RuleKindSpec &kind)
+SettingsCollector collectorFor(const RuleKindInfo &kind)
 {
     QStringList shortHands;
     if (kind.setting(kRegArray) != nullptr)
@@ -163,7 +163,7 @@ QString expandMap(SettingsCollector &collector)
     return {};
 }
 
-TResult<WrittenRule> finishRule(const RuleKindSpec &kind, SettingsCollector &collector,
+TResult<WrittenRule> finishRule(const RuleKindInfo &kind, SettingsCollector &collector,
                                 QString problem)
 {
     if (problem.isEmpty())
@@ -232,7 +232,7 @@ TResult<WrittenRule> rule(const QString &text)
     if (words.value().isEmpty())
         return TResult<WrittenRule>::failure(u"the rule is empty; it starts with one of: %1"_s.arg(
             RuleSettings::kindNames().join(u", "_s)));
-    const RuleKindSpec *kind = RuleSettings::kind(words.value().first());
+    const RuleKindInfo *kind = RuleSettings::kind(words.value().first());
     if (kind == nullptr)
         return unknownKind(words.value().first());
     SettingsCollector collector = collectorFor(*kind);
@@ -242,7 +242,7 @@ TResult<WrittenRule> rule(const QString &text)
 TResult<WrittenRule> rule(const QJsonObject &object)
 {
     const QString name = object[kKind].toString();
-    const RuleKindSpec *kind = RuleSettings::kind(name);
+    const RuleKindInfo *kind = RuleSettings::kind(name);
     if (kind == nullptr)
         return unknownKind(object[kKind].isString() ? name : SettingValue::shown(object[kKind]));
     QJsonObject settings = object;

@@ -11,7 +11,7 @@
 /// been read from disk for it.
 struct WrittenRule
 {
-    const RuleKindSpec *kind = nullptr;
+    const RuleKindInfo *kind = nullptr;
     QVariantMap settings; ///< under the rule's property keys
     QString csvFile;      ///< path of the table to read; empty when there is none
 };

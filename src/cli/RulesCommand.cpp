@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/RulesCommand.h"
 
+#include "cli/Recipe.h"
 #include "cli/RuleForms.h"
 #include "document/TRuleKinds.h"
 
@@ -12,14 +13,14 @@ constexpr QLatin1StringView kText{"Lists every kind of rule with its settings: t
                                   "meaning. These are the words that "
                                   "--rule understands."};
 
-QByteArray defaultOf(const SettingSpec &setting, const QVariantMap &defaults)
+QByteArray defaultOf(const SettingInfo &setting, const QVariantMap &defaults)
 {
     JsonWriter json;
     RuleForms::writeValue(json, setting, defaults.value(setting.key));
     return json.bytes();
 }
 
-void writePossible(JsonWriter &json, const SettingSpec &setting)
+void writePossible(JsonWriter &json, const SettingInfo &setting)
 {
     const QStringList values = RuleSettings::possibleValues(setting);
     if (values.isEmpty())
@@ -34,11 +35,11 @@ void writePossible(JsonWriter &json, const SettingSpec &setting)
     json.endArray();
 }
 
-void writeKind(JsonWriter &json, const RuleKindSpec &kind, const QVariantMap &defaults)
+void writeKind(JsonWriter &json, const RuleKindInfo &kind, const QVariantMap &defaults)
 {
     json.newLine().beginObject().key("kind"_L1).value(QString(kind.kind));
     json.key("meaning"_L1).value(QString(kind.meaning)).key("settings"_L1).beginArray();
-    for (const SettingSpec &setting : kind.settings()) {
+    for (const SettingInfo &setting : kind.settings()) {
         json.newLine().beginObject();
         json.key("key"_L1).value(QString(setting.key));
         json.key("type"_L1).value(QString(RuleSettings::typeName(setting.type)));
@@ -50,14 +51,31 @@ void writeKind(JsonWriter &json, const RuleKindSpec &kind, const QVariantMap &de
     json.endArray().endObject();
 }
 
-void printKind(Console &console, const RuleKindSpec &kind, const QVariantMap &defaults)
+void printSetting(Console &console, const SettingInfo &setting, const QByteArray &defaultValue)
+{
+    console.printLine(u"    %1=%2  (%3) %4"_s.arg(setting.key, QString::fromUtf8(defaultValue),
+                                                  RuleSettings::typeName(setting.type),
+                                                  setting.meaning));
+}
+
+void printKind(Console &console, const RuleKindInfo &kind, const QVariantMap &defaults)
 {
     console.printLine(u"%1: %2"_s.arg(kind.kind, kind.meaning));
-    for (const SettingSpec &setting : kind.settings())
-        console.printLine(u"    %1=%2  (%3) %4"_s.arg(
-            setting.key, QString::fromUtf8(defaultOf(setting, defaults)),
-            RuleSettings::typeName(setting.type), setting.meaning));
+    for (const SettingInfo &setting : kind.settings())
+        printSetting(console, setting, defaultOf(setting, defaults));
     console.printLine(QString());
+}
+
+/// No kind of rule, but set in the same way.
+void printExtension(Console &console)
+{
+    const QVariantMap defaults = extensionSettings(TExtensionHandler());
+    console.printLine(u"--extension: what becomes of the files' extensions"_s);
+    for (const SettingInfo &setting : RuleSettings::extensionSettings()) {
+        JsonWriter json;
+        json.json(QJsonValue::fromVariant(defaults.value(setting.key)));
+        printSetting(console, setting, json.bytes());
+    }
 }
 
 } // namespace
@@ -79,7 +97,7 @@ int RulesCommand::run(const CommandLine &line)
             u"rules takes no arguments, but was given %1"_s.arg(line.words().first()));
     JsonWriter json;
     json.beginArray();
-    for (const RuleKindSpec &kind : RuleSettings::kinds()) {
+    for (const RuleKindInfo &kind : RuleSettings::kinds()) {
         const QVariantMap defaults = TRuleKinds::ruleForIdentifier(kind.kind)->properties();
         if (console().isJson())
             writeKind(json, kind, defaults);
@@ -88,5 +106,7 @@ int RulesCommand::run(const CommandLine &line)
     }
     if (console().isJson())
         printJson(json.newLine().endArray());
+    else
+        printExtension(console());
     return ExitStatus::kDone;
 }

@@ -33,7 +33,7 @@ QLatin1StringView expectation(SettingType type)
     return kTexts[static_cast<std::size_t>(type)];
 }
 
-Value wrongType(const SettingSpec &setting, const QString &given)
+Value wrongType(const SettingInfo &setting, const QString &given)
 {
     return Value::failure(
         u"%1 wants %2, not %3"_s.arg(setting.key, expectation(setting.type), given));
@@ -44,7 +44,7 @@ QString withoutBlanks(QString text)
     return text.remove(u' ');
 }
 
-Value checkedInteger(const SettingSpec &setting, qint64 number)
+Value checkedInteger(const SettingInfo &setting, qint64 number)
 {
     if (setting.closed && (number < 0 || number >= setting.choices))
         return Value::failure(u"%1 cannot be %2; possible: %3"_s.arg(
@@ -53,7 +53,7 @@ Value checkedInteger(const SettingSpec &setting, qint64 number)
 }
 
 /// The text as the table of choices spells it.
-Value checkedText(const SettingSpec &setting, const QString &text)
+Value checkedText(const SettingInfo &setting, const QString &text)
 {
     if (!setting.closed)
         return QVariant(text.isNull() ? u""_s : text);
@@ -68,7 +68,7 @@ Value checkedText(const SettingSpec &setting, const QString &text)
 }
 
 /// An array of objects that hold exactly two texts each.
-Value pairsFromJson(const SettingSpec &setting, const QJsonValue &json)
+Value pairsFromJson(const SettingInfo &setting, const QJsonValue &json)
 {
     const bool isMap = setting.key == kMapArray;
     const QString first = isMap ? u"original"_s : u"match"_s;
@@ -86,7 +86,7 @@ Value pairsFromJson(const SettingSpec &setting, const QJsonValue &json)
     return json.isArray() ? Value(QVariant(pairs)) : wrongType(setting, shown(json));
 }
 
-Value tableFromJson(const SettingSpec &setting, const QJsonValue &json)
+Value tableFromJson(const SettingInfo &setting, const QJsonValue &json)
 {
     auto table = std::make_shared<TStringTable>();
     const QJsonArray rows = json.toArray();
@@ -107,7 +107,7 @@ Value tableFromJson(const SettingSpec &setting, const QJsonValue &json)
 
 } // namespace
 
-TResult<QVariant> fromWord(const SettingSpec &setting, const QString &word)
+TResult<QVariant> fromWord(const SettingInfo &setting, const QString &word)
 {
     switch (setting.type) {
     case SettingType::Integer: {
@@ -128,7 +128,7 @@ TResult<QVariant> fromWord(const SettingSpec &setting, const QString &word)
     }
 }
 
-TResult<QVariant> fromJson(const SettingSpec &setting, const QJsonValue &json)
+TResult<QVariant> fromJson(const SettingInfo &setting, const QJsonValue &json)
 {
     switch (setting.type) {
     case SettingType::Integer:

@@ -12,8 +12,8 @@
 /// the setting wants.
 namespace SettingValue {
 
-TResult<QVariant> fromWord(const SettingSpec &setting, const QString &word);
-TResult<QVariant> fromJson(const SettingSpec &setting, const QJsonValue &json);
+TResult<QVariant> fromWord(const SettingInfo &setting, const QString &word);
+TResult<QVariant> fromJson(const SettingInfo &setting, const QJsonValue &json);
 /// A JSON value as people see it in a message.
 QString shown(const QJsonValue &json);
 /// The failure for a word that is none of those that are possible here.

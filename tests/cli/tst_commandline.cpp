@@ -10,10 +10,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::array kOptions{
-    OptionSpec{"rule"_L1, "RULE"_L1, "a rule"_L1},
-    OptionSpec{"null"_L1, ""_L1, "NUL"_L1, '0'},
-    OptionSpec{"quiet"_L1, ""_L1, "quiet"_L1, 'q'},
-    OptionSpec{"output"_L1, "FILE"_L1, "file"_L1, 'o'},
+    OptionInfo{"rule"_L1, "RULE"_L1, "a rule"_L1},
+    OptionInfo{"null"_L1, ""_L1, "NUL"_L1, '0'},
+    OptionInfo{"quiet"_L1, ""_L1, "quiet"_L1, 'q'},
+    OptionInfo{"output"_L1, "FILE"_L1, "file"_L1, 'o'},
 };
 
 TResult<CommandLine> parse(const QStringList &arguments)

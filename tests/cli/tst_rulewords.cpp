@@ -16,6 +16,7 @@ class TestRuleWords : public QObject
 private Q_SLOTS:
     void tableListsExactlyTheSettingsOfEachKind();
     void defaultsHaveTheTypeInTheTable();
+    void extensionSettingsAreListedAndApplied();
     void rules_data();
     void rules();
     void wrongRules_data();
@@ -50,14 +51,14 @@ void TestRuleWords::tableListsExactlyTheSettingsOfEachKind()
     QCOMPARE(RuleSettings::kindNames(), TRuleKinds::identifiers());
     const QStringList noSettings{u"name"_s,  u"thePreview"_s,    u"theColor"_s,
                                  u"theID"_s, u"globalCounter"_s, u"extensionCounters"_s};
-    for (const RuleKindSpec &kind : RuleSettings::kinds()) {
+    for (const RuleKindInfo &kind : RuleSettings::kinds()) {
         QStringList expected = TRuleKinds::ruleForIdentifier(kind.kind)->properties().keys();
         for (const QString &key : noSettings)
             expected.removeAll(key);
         if (kind.kind == "CSVTag"_L1)
             expected.append(u"theRows"_s); // absent until a table is loaded
         QStringList listed;
-        for (const SettingSpec &setting : kind.settings())
+        for (const SettingInfo &setting : kind.settings())
             listed.append(setting.key);
         listed.sort();
         expected.sort();
@@ -67,9 +68,9 @@ void TestRuleWords::tableListsExactlyTheSettingsOfEachKind()
 
 void TestRuleWords::defaultsHaveTheTypeInTheTable()
 {
-    for (const RuleKindSpec &kind : RuleSettings::kinds()) {
+    for (const RuleKindInfo &kind : RuleSettings::kinds()) {
         const QVariantMap defaults = TRuleKinds::ruleForIdentifier(kind.kind)->properties();
-        for (const SettingSpec &setting : kind.settings()) {
+        for (const SettingInfo &setting : kind.settings()) {
             const int type = defaults.value(setting.key).typeId();
             const bool fits = setting.type == SettingType::Integer   ? type == QMetaType::LongLong
                               : setting.type == SettingType::Boolean ? type == QMetaType::Bool
@@ -78,6 +79,24 @@ void TestRuleWords::defaultsHaveTheTypeInTheTable()
             QVERIFY2(fits, qPrintable(kind.kind + u'.' + setting.key));
         }
     }
+}
+
+void TestRuleWords::extensionSettingsAreListedAndApplied()
+{
+    TExtensionHandler handler;
+    const QVariantMap defaults = extensionSettings(handler);
+    QVariantMap changed;
+    QStringList listed;
+    for (const SettingInfo &setting : RuleSettings::extensionSettings()) {
+        listed.append(setting.key);
+        changed[setting.key] = setting.type == SettingType::Integer ? QVariant(qint64{7})
+                               : setting.type == SettingType::Text  ? QVariant(u"changed"_s)
+                                                                    : QVariant(QVariantList());
+    }
+    listed.sort();
+    QCOMPARE(listed, defaults.keys());
+    applyExtension(handler, changed);
+    QCOMPARE(extensionSettings(handler), changed);
 }
 
 void TestRuleWords::rules_data()
