@@ -93,8 +93,8 @@ const KeyedReading::ClassInfo &KeyedReading::classOf(const PlistItem &instance)
 
 KeyedReading::Kind KeyedReading::kind(const PlistItem &item)
 {
-    if (item.type != PlistItem::Type::Dictionary || item.count == 0
-        || !work(std::max(kObjectWork, m_file.plist().bodySize(item))))
+    if (item.type != PlistItem::Type::Dictionary || item.count == 0 ||
+        !work(std::max(kObjectWork, m_file.plist().bodySize(item))))
         return Kind::None;
     return item.count <= kMaxFields ? classOf(item).kind : Kind::None;
 }

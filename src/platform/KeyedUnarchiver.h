@@ -31,7 +31,8 @@ public:
     void forEachObject(const TDecoder::Decode &decode) const;
     /// The whole archive as readable JSON: objects with "$class", dates as ISO 8601, data as
     /// base64. Depth is limited; shared references are written where they are used, up to a total
-    /// of maxValues (and never many more than the file has bytes), past which the text "..." stands.
+    /// of maxValues (and never many more than the file has bytes), past which the text "..."
+    /// stands.
     QJsonValue toJson(qsizetype maxValues = 5'000'000) const;
 
 private:

@@ -17,7 +17,7 @@ struct ArchiveWalk
     qsizetype units = 0; ///< of text and data
     int deepest = 0;     ///< objects within each other
 
-    /// Looks into no more objects than that.
+    /// Looks into no more objects than that, and as many values of the JSON.
     explicit ArchiveWalk(const QByteArray &file,
                          qsizetype limit = std::numeric_limits<qsizetype>::max())
         : m_limit(limit)
@@ -28,7 +28,7 @@ struct ArchiveWalk
             return;
         archive.value().count();
         archive.value().forEachObject([this](const TDecoder &coder) { visit(coder); });
-        count(archive.value().toJson().toVariant());
+        count(archive.value().toJson(std::min<qsizetype>(limit, 5'000'000)).toVariant());
     }
 
 private:
