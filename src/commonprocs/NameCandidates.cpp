@@ -3,6 +3,8 @@
 
 #include "commonprocs/ByteNames.h"
 
+#include <QStringBuilder>
+
 #include <array>
 #include <charconv>
 #include <optional>
@@ -63,12 +65,12 @@ Hash128 NameCandidates::key() const
 
 QString NameCandidates::base(qint64 number) const
 {
-    return number == 0 ? m_base : m_base + u'-' + QString::number(number);
+    return number == 0 ? m_base : m_base % u'-' % QString::number(number);
 }
 
 QString NameCandidates::name(qint64 number) const
 {
-    return base(number) + u'.' + m_extension;
+    return base(number) % u'.' % m_extension;
 }
 
 Hash128 NameCandidates::hash(qint64 number)
