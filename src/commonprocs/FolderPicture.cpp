@@ -139,6 +139,7 @@ void FolderPicture::read(Folder &picture, const TFolder &folder)
     if (descriptor < 0)
         return;
     HashSet128 names;
+    names.reserve(picture.announced);
     names.insert(NameCandidates::hashOf(u".", false));
     names.insert(NameCandidates::hashOf(u"..", false));
     QByteArray sample;
