@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The yardstick: as many files as asked for, and nothing but renameat2 over them.
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -56,6 +57,9 @@ std::vector<std::string> namesIn(int folder)
             names.emplace_back(entry->d_name);
     }
     closedir(list);
+    // In the order in which the program takes them: the order alone makes the loop faster or
+    // slower.
+    std::sort(names.begin(), names.end());
     return names;
 }
 
