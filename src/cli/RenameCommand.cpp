@@ -129,7 +129,9 @@ TResult<bool> RenameCommand::prepare(TRenameRun &run, const QString &logsFolder)
 {
     if (!logsFolder.isEmpty())
         return run.prepare();
-    return TResult<bool>::failure(u"the folder %1 cannot be made"_s.arg(LogsFolder::path()));
+    return TResult<bool>::failure(
+        u"The folder %1 cannot be made; check the permissions of the folders above it."_s.arg(
+            LogsFolder::path()));
 }
 
 int RenameCommand::rename(const CommandLine &line, const RenameGuard::Answer &answer,
@@ -143,9 +145,9 @@ int RenameCommand::rename(const CommandLine &line, const RenameGuard::Answer &an
     if (const TResult<bool> prepared = prepare(run, logsFolder); !prepared) {
         if (!line.has(kNoUndo))
             return refuse(ExitStatus::kNotConfirmed,
-                          u"this run could not be undone: %1. Nothing was renamed; give --no-undo "
+                          u"this run could not be undone. %1 Nothing was renamed; give --no-undo "
                           "to rename all the same"_s.arg(prepared.message()));
-        console().message(u"this run cannot be undone: %1"_s.arg(prepared.message()));
+        console().message(u"this run cannot be undone. %1"_s.arg(prepared.message()));
         question += u"\nThis run could not be undone."_s;
     }
     if (const auto status = confirm(line, question))
