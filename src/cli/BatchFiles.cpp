@@ -4,8 +4,8 @@
 #include "cli/AnalysisPass.h"
 #include "cli/PathList.h"
 #include "cli/SettingValue.h"
+#include "cli/WholeFile.h"
 #include "commonprocs/ByteNames.h"
-#include "commonprocs/easyfile.h"
 
 #include <algorithm>
 #include <array>
@@ -144,7 +144,7 @@ TResult<bool> BatchFiles::collect(const CommandLine &line)
     if (std::all_of(line.words().begin(), line.words().end(), add) && !m_listFile.isNull()) {
         if (const int error = readList(add); error != 0 && !interrupted())
             return TResult<bool>::failure(
-                u"cannot read the list %1: %2"_s.arg(m_listFile, textForErrno(error)));
+                u"cannot read the list %1: %2"_s.arg(m_listFile, reasonNotToOpen(error)));
     }
     m_files = expansion.takeFiles();
     return !interrupted();

@@ -35,12 +35,6 @@ QString nameOfFile(const QString &path)
 
 } // namespace
 
-PresetsCommand::PresetsCommand(CliEnvironment &environment)
-    : Command(environment)
-    , m_presets(PresetsManager::standard())
-{
-}
-
 Command::Help PresetsCommand::help() const
 {
     return {"presets"_L1,
@@ -81,6 +75,7 @@ int PresetsCommand::run(const CommandLine &line)
         return usageError(u"presets %1 takes %2 arguments, but was given %3"_s.arg(action->name)
                               .arg(action->arguments)
                               .arg(line.words().size() - 1));
+    m_presets = PresetsManager::standard();
     return (this->*action->run)(line);
 }
 
@@ -88,7 +83,7 @@ int PresetsCommand::list(const CommandLine & /*line*/)
 {
     JsonWriter json;
     json.beginArray();
-    for (const PresetsManager::Entry &entry : m_presets.presets()) {
+    for (const PresetsManager::Entry &entry : m_presets->presets()) {
         json.newLine().beginObject().key("name"_L1).value(entry.name);
         json.key("shipped"_L1).value(entry.shipped).key("path"_L1).value(entry.path).endObject();
         if (!console().isJson())
@@ -101,7 +96,7 @@ int PresetsCommand::list(const CommandLine & /*line*/)
 
 int PresetsCommand::show(const CommandLine &line)
 {
-    const TResult<TRuleList> rules = readNamedPreset(m_presets, line.words()[1]);
+    const TResult<TRuleList> rules = readNamedPreset(*m_presets, line.words()[1]);
     if (!rules)
         return refuseNamed(line.words()[1], rules.message());
     if (console().isJson()) {
@@ -117,7 +112,7 @@ int PresetsCommand::show(const CommandLine &line)
 
 int PresetsCommand::save(const CommandLine &line)
 {
-    const TResult<Recipe> recipe = RecipeReader(m_presets).read(line);
+    const TResult<Recipe> recipe = RecipeReader(*m_presets).read(line);
     if (!recipe)
         return usageError(recipe.message());
     if (recipe.value().rules.empty())
@@ -130,7 +125,7 @@ int PresetsCommand::save(const CommandLine &line)
 
 int PresetsCommand::saveAs(const QString &name, const TRuleList &rules)
 {
-    const TResult<QString> result = m_presets.savePreset(name, rules);
+    const TResult<QString> result = m_presets->savePreset(name, rules);
     if (!result)
         return refuseNamed(name, result.message());
     if (console().isJson()) {
@@ -144,13 +139,13 @@ int PresetsCommand::saveAs(const QString &name, const TRuleList &rules)
 
 int PresetsCommand::remove(const CommandLine &line)
 {
-    const TResult<bool> deleted = m_presets.deletePreset(line.words()[1]);
+    const TResult<bool> deleted = m_presets->deletePreset(line.words()[1]);
     return deleted ? ExitStatus::kDone : refuseNamed(line.words()[1], deleted.message());
 }
 
 int PresetsCommand::exportPreset(const CommandLine &line)
 {
-    const TResult<TRuleList> rules = readNamedPreset(m_presets, line.words()[1]);
+    const TResult<TRuleList> rules = readNamedPreset(*m_presets, line.words()[1]);
     if (!rules)
         return refuseNamed(line.words()[1], rules.message());
     QBuffer buffer;
@@ -165,7 +160,7 @@ int PresetsCommand::exportPreset(const CommandLine &line)
 int PresetsCommand::importPreset(const CommandLine &line)
 {
     const QString &path = line.words()[1];
-    const TResult<TRuleList> rules = m_presets.readPreset(path);
+    const TResult<TRuleList> rules = m_presets->readPreset(path);
     if (!rules)
         return refuseNamed(path, rules.message());
     return saveAs(nameOfFile(path), rules.value());

@@ -4,11 +4,13 @@
 #include "cli/Command.h"
 #include "settings/PresetsManager.h"
 
+#include <optional>
+
 /// "presets": saved rule lists, shown, saved, deleted, copied out and in.
 class PresetsCommand : public Command
 {
 public:
-    explicit PresetsCommand(CliEnvironment &environment);
+    using Command::Command;
 
     Help help() const override;
     OptionGroups optionGroups() const override;
@@ -34,5 +36,5 @@ private:
     int saveAs(const QString &name, const TRuleList &rules);
     int refuseNamed(const QString &name, const QString &problem);
 
-    PresetsManager m_presets;
+    std::optional<PresetsManager> m_presets; ///< there once the verb runs
 };

@@ -20,7 +20,7 @@ namespace {
 template <typename T>
 TResult<T> failed(QLatin1StringView what, const QString &path, int error)
 {
-    return TResult<T>::failure(u"cannot %1 %2: %3"_s.arg(what, path, textForErrno(error)));
+    return TResult<T>::failure(u"cannot %1 %2: %3"_s.arg(what, path, reasonNotToOpen(error)));
 }
 
 /// 0 or an errno.
@@ -75,4 +75,9 @@ TResult<bool> writeWholeFile(const QString &path, const QByteArray &content)
         return true;
     ::unlink(temporary.constData());
     return failed<bool>("write"_L1, path, error);
+}
+
+QString reasonNotToOpen(int error)
+{
+    return error == ENOENT ? u"there is no such file; check the spelling"_s : textForErrno(error);
 }

@@ -9,3 +9,5 @@
 TResult<QByteArray> readWholeFile(const QString &path);
 /// Puts a file in place at once, replacing an earlier one; the failure names the file.
 TResult<bool> writeWholeFile(const QString &path, const QByteArray &content);
+/// Why a file that the user named cannot be opened.
+QString reasonNotToOpen(int error);
