@@ -5,8 +5,8 @@
 
 #include <QtEndian>
 
+#include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <unistd.h>
 
 using namespace JournalFormat;
@@ -58,8 +58,7 @@ void FrameWriter::putSigned(qint64 value)
 void FrameWriter::putBytes(QByteArrayView bytes)
 {
     putVarint(static_cast<quint64>(bytes.size()));
-    std::memcpy(m_at, bytes.data(), static_cast<std::size_t>(bytes.size()));
-    m_at += bytes.size();
+    m_at = std::copy(bytes.begin(), bytes.end(), m_at);
 }
 
 bool FrameWriter::flush()
