@@ -17,9 +17,9 @@ static_assert(sizeof kPreamble == kPreambleSize);
 /// little-endian. A length of zero ends the journal: the space behind is reserved, not written.
 inline constexpr qsizetype kFrameHeaderSize = 12;
 /// A frame is written out when it has grown past this.
-inline constexpr qsizetype kFrameSize = 64 * 1024;
+inline constexpr qsizetype kFrameSize = qsizetype{64} * 1024;
 /// The longest record, and with it the longest frame that a reader takes.
-inline constexpr qsizetype kMaxRecord = 512 * 1024;
+inline constexpr qsizetype kMaxRecord = qsizetype{512} * 1024;
 inline constexpr qsizetype kMaxPayload = kFrameSize + kMaxRecord;
 
 enum class Record : char {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <limits>
 #include <numeric>
+#include <ranges>
 
 RecoveryMatcher::RecoveryMatcher(FileManager &fileManager, const JournalContents &journal,
                                  bool sameBoot)
@@ -117,11 +118,11 @@ void RecoveryMatcher::noteFound(qsizetype index, const QByteArray &name)
 void RecoveryMatcher::judgeRest(int folder, Indices files)
 {
     NamesBefore names(m_fileManager, folder);
-    for (auto at = files.rbegin(); at != files.rend(); ++at) {
-        const File &planned = file(*at);
-        Outcome &result = outcome(*at);
+    for (const qsizetype index : files | std::views::reverse) {
+        const File &planned = file(index);
+        Outcome &result = outcome(index);
         const QByteArray oldName = m_journal.text(planned.name).toByteArray();
-        const Found found = m_found[static_cast<std::size_t>(*at)];
+        const Found found = m_found[static_cast<std::size_t>(index)];
         if (found == Found::UnderNewName)
             result.fate = Fate::Renamed;
         else if (found != Found::UnderOldName)

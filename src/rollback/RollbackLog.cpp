@@ -14,7 +14,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <functional>
 #include <sys/stat.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -70,6 +72,15 @@ qsizetype recordsIn(const QString &path)
     return archive ? archive.value().count() : -1;
 }
 
+/// When a regular file was modified; unset for anything else.
+TDate dateOfFile(const TFileURL &url)
+{
+    struct stat status;
+    if (::stat(url.fileSystemPath().constData(), &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    return TDate::fromSeconds(status.st_mtim.tv_sec, status.st_mtim.tv_nsec);
+}
+
 } // namespace
 
 QString rollbackLogName(TDate date)
@@ -117,22 +128,29 @@ TResult<std::vector<TRenameTRX>> readRollbackLog(const QString &path)
     return transactions;
 }
 
-std::vector<SavedRollbackLog> savedRollbackLogs(const QString &logsFolder)
+QStringList rollbackLogPaths(const QString &logsFolder)
 {
     TFileURLs urls;
     processURLforExtensionstoList(TFileURL::fileURLWithPath(logsFolder), {kRollbackLogExtension},
                                   urls);
+    std::vector<std::pair<TDate, QString>> found;
+    for (const TFileURL &url : urls)
+        if (const TDate date = dateOfFile(url); date.isSet())
+            found.emplace_back(date, url.path());
+    std::sort(found.begin(), found.end(), std::greater());
+    QStringList paths;
+    for (std::pair<TDate, QString> &each : found)
+        paths += std::move(each.second);
+    return paths;
+}
+
+std::vector<SavedRollbackLog> savedRollbackLogs(const QString &logsFolder)
+{
     std::vector<SavedRollbackLog> logs;
-    for (const TFileURL &url : urls) {
-        struct stat status;
-        if (::stat(url.fileSystemPath().constData(), &status) != 0 || !S_ISREG(status.st_mode))
-            continue;
-        logs.push_back({url.path(), removeExtensionFromFilename(url.lastPathComponent()),
-                        TDate::fromSeconds(status.st_mtim.tv_sec, status.st_mtim.tv_nsec),
-                        recordsIn(url.path())});
+    for (const QString &path : rollbackLogPaths(logsFolder)) {
+        const TFileURL url = TFileURL::fileURLWithPath(path);
+        logs.push_back({path, removeExtensionFromFilename(url.lastPathComponent()), dateOfFile(url),
+                        recordsIn(path)});
     }
-    std::sort(logs.begin(), logs.end(), [](const SavedRollbackLog &a, const SavedRollbackLog &b) {
-        return a.date != b.date ? a.date > b.date : a.name > b.name;
-    });
     return logs;
 }

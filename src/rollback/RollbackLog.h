@@ -39,6 +39,9 @@ private:
 /// A whole log; the message of a failure names the file and what is wrong with it.
 TResult<std::vector<TRenameTRX>> readRollbackLog(const QString &path);
 
+/// Paths of all logs of the folder, newest first. Looks into none of them.
+QStringList rollbackLogPaths(const QString &logsFolder);
+
 /// A saved log, as lists show it.
 struct SavedRollbackLog
 {
@@ -47,5 +50,5 @@ struct SavedRollbackLog
     TDate date;   ///< modification of the file
     qsizetype files = 0;
 };
-/// All logs of the folder, newest first; unreadable ones have -1 files.
+/// All logs of the folder, newest first; unreadable ones have -1 files. Reads every one of them.
 std::vector<SavedRollbackLog> savedRollbackLogs(const QString &logsFolder);
