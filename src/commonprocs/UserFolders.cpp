@@ -1,20 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commonprocs/ByteNames.h"
 #include "commonprocs/URLListProcessing.h"
+#include "platform/PrivateFolder.h"
 
 #include <QStandardPaths>
 
 #include <array>
-#include <cerrno>
 #include <pwd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr mode_t kPrivateMode = 0700;
 constexpr std::size_t kAccountBufferSize = 16384;
 
 TFileURL environmentFolder(const char *variable)
@@ -22,17 +20,6 @@ TFileURL environmentFolder(const char *variable)
     const QByteArray path = qgetenv(variable);
     return path.startsWith('/') ? TFileURL::fileURLWithPath(ByteNames::fromBytes(path))
                                 : TFileURL();
-}
-
-/// True when the folder stands afterwards, made by this call or before.
-bool makeFolder(const TFileURL &url)
-{
-    if (mkdir(url.fileSystemPath().constData(), kPrivateMode) == 0 || errno == EEXIST)
-        return URLisFolder(url);
-    if (errno != ENOENT || url.lastPathComponent().isEmpty())
-        return false;
-    return makeFolder(url.deletingLastPathComponent()) &&
-           mkdir(url.fileSystemPath().constData(), kPrivateMode) == 0;
 }
 
 } // namespace
@@ -77,5 +64,5 @@ TFileURL getSandboxedAppSupportFolder(const QString &name, const QString &subfol
     TFileURL folder = support.appendingPathComponent(name);
     if (!subfolder.isEmpty())
         folder = folder.appendingPathComponent(subfolder);
-    return makeFolder(folder) ? folder : TFileURL();
+    return makePrivateFolder(folder.fileSystemPath()) ? folder : TFileURL();
 }

@@ -1,16 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/PrivateFolder.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <cerrno>
+#include <sys/stat.h>
 
-bool makePrivateFolder(const QString &path)
+namespace {
+
+constexpr mode_t kOwnerOnly = 0700;
+
+bool isFolder(const QByteArray &path)
 {
-    constexpr QFileDevice::Permissions kOwnerOnly =
-        QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
-    const QFileInfo info(path);
-    if (path.isEmpty() || info.isDir())
-        return info.isDir();
-    return makePrivateFolder(info.path()) &&
-           (QDir().mkdir(path, kOwnerOnly) || QFileInfo(path).isDir()); // others may be faster
+    struct stat status = {};
+    return stat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+} // namespace
+
+bool makePrivateFolder(const QByteArray &path)
+{
+    if (mkdir(path.constData(), kOwnerOnly) == 0)
+        return true;
+    const auto slash = path.lastIndexOf('/');
+    if (errno != ENOENT || slash <= 0)
+        return isFolder(path);
+    return makePrivateFolder(path.first(slash)) &&
+           (mkdir(path.constData(), kOwnerOnly) == 0 || isFolder(path)); // others may be faster
 }

@@ -143,7 +143,7 @@ bool PreferenceStore::sync()
         const std::scoped_lock lock(m_mutex);
         if (m_pending.isEmpty())
             return true;
-        makePrivateFolder(QFileInfo(m_path).path());
+        makePrivateFolder(QFile::encodeName(QFileInfo(m_path).path()));
         QLockFile otherProcesses(m_path + kLockSuffix);
         otherProcesses.tryLock(kLockWait);
         QVariantMap values = merged();

@@ -110,6 +110,19 @@ QString reasonToRefusePreset(const QString &name, const QString &fileName)
     return reasonToRefuseName(fileName);
 }
 
+TResult<bool> refusal(const QString &name)
+{
+    return TResult<bool>::failure(
+        u"The preset \"%1\" is shipped and cannot be deleted."_s.arg(name));
+}
+
+TResult<bool> removeFile(const QString &path)
+{
+    if (unlink(ByteNames::toBytes(path).constData()) != 0)
+        return TResult<bool>::failure(textForErrno(errno));
+    return true;
+}
+
 } // namespace
 
 PresetsManager::PresetsManager(QString internalFolder, QString externalFolder)
@@ -178,7 +191,7 @@ TResult<QString> PresetsManager::savePreset(const QString &name, const TRuleList
     const QString reason = reasonToRefusePreset(shown, fileName);
     if (!reason.isEmpty())
         return Result::failure(reason);
-    if (!makePrivateFolder(m_externalFolder))
+    if (!makePrivateFolder(ByteNames::toBytes(m_externalFolder)))
         return Result::failure(u"The folder %1 cannot be made."_s.arg(m_externalFolder));
     QSaveFile file(m_externalFolder + '/'_L1 + fileName);
     if (file.open(QIODevice::WriteOnly) && TRuleKinds::archiveRules(rules, file) && file.commit())
@@ -188,16 +201,15 @@ TResult<QString> PresetsManager::savePreset(const QString &name, const TRuleList
 
 TResult<bool> PresetsManager::deletePreset(const QString &name) const
 {
-    using Result = TResult<bool>;
-    for (const Entry &entry : presets()) {
-        if (entry.name != name)
-            continue;
-        if (entry.shipped)
-            return Result::failure(
-                u"The preset \"%1\" is shipped and cannot be deleted."_s.arg(name));
-        if (unlink(ByteNames::toBytes(entry.path).constData()) != 0)
-            return Result::failure(textForErrno(errno));
-        return true;
-    }
-    return Result::failure(u"There is no preset named \"%1\"."_s.arg(name));
+    for (const Entry &entry : presets())
+        if (entry.name == name)
+            return entry.shipped ? refusal(name) : removeFile(entry.path);
+    return TResult<bool>::failure(u"There is no preset named \"%1\"."_s.arg(name));
+}
+
+TResult<bool> PresetsManager::deletePresetFile(const QString &path) const
+{
+    QStringList own;
+    readExternalPresetURLsIntoArray(own);
+    return own.contains(path) ? removeFile(path) : refusal(nameOf(path));
 }

@@ -43,6 +43,8 @@ public:
     TResult<QString> savePreset(const QString &name, const TRuleList &rules) const;
     /// Refuses shipped presets and unknown names.
     TResult<bool> deletePreset(const QString &name) const;
+    /// The same by path.
+    TResult<bool> deletePresetFile(const QString &path) const;
 
 private:
     QString m_internalFolder;
