@@ -52,11 +52,12 @@ bool isThere(FileManager &disk, const QString &path)
 /// The path of a saved log of that name; the name itself when there is none.
 QString pathOfNamedLog(const QString &name)
 {
-    const auto logs = savedRollbackLogs(LogsFolder::path());
-    const auto found = std::find_if(logs.begin(), logs.end(), [&name](const SavedRollbackLog &log) {
-        return log.name == name || log.path.endsWith(u'/' + name);
-    });
-    return found == logs.end() ? name : found->path;
+    for (const QString &path : rollbackLogPaths(LogsFolder::path())) {
+        const QString file = TFileURL::fileURLWithPath(path).lastPathComponent();
+        if (removeExtensionFromFilename(file) == name || file == name)
+            return path;
+    }
+    return name;
 }
 
 } // namespace
@@ -110,13 +111,13 @@ std::optional<int> RollbackCommand::findNamed(const QString &name)
 
 std::optional<int> RollbackCommand::findLast()
 {
-    for (const SavedRollbackLog &log : savedRollbackLogs(LogsFolder::path())) {
-        TResult<std::vector<TRenameTRX>> records = readRollbackLog(log.path);
+    for (const QString &path : rollbackLogPaths(LogsFolder::path())) {
+        TResult<std::vector<TRenameTRX>> records = readRollbackLog(path);
         if (!records) {
             console().message(records.message());
             continue;
         }
-        check(log.path, std::move(records).value());
+        check(path, std::move(records).value());
         if (count(RollbackRun::kRenamedFound) > 0)
             return {};
     }
