@@ -152,3 +152,11 @@ TFolderAccess *TFolderAccessList::firstInaccessible()
                      [](const TFolderAccess &folder) { return !folder.haveAccess(); });
     return found == m_folders.end() ? nullptr : &*found;
 }
+
+TFolderAccess *TFolderAccessList::recordFor(const TFileURL &url)
+{
+    const auto found =
+        std::find_if(m_folders.begin(), m_folders.end(),
+                     [&url](const TFolderAccess &folder) { return folder.theURL() == url; });
+    return found == m_folders.end() ? nullptr : &*found;
+}

@@ -5,6 +5,7 @@
 #include "platform/TCoder.h"
 
 #include <QHash>
+#include <QMetaType>
 #include <QSet>
 
 #include <utility>
@@ -41,6 +42,8 @@ private:
     bool m_haveAccess = false;
 };
 
+Q_DECLARE_METATYPE(TFolderAccess)
+
 /// The folders of a batch or of a rollback, each once, in the order added. Folders are told apart
 /// by device and inode, so that two paths to one folder keep one record and adding stays cheap.
 class TFolderAccessList
@@ -56,6 +59,8 @@ public:
     QList<TFileURL> inaccessibleFolders() const;
     /// The first record without access, to be asked for; null when there is none.
     TFolderAccess *firstInaccessible();
+    /// The record with just that location; null when there is none.
+    TFolderAccess *recordFor(const TFileURL &url);
 
 private:
     using Identity = std::pair<quint64, quint64>;
