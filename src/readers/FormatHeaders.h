@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "readers/ByteSource.h"
+#include "readers/ImageFacts.h"
+
+// One reader a format, each in the file of its name. They read headers only, take any bytes for a
+// source, and leave out what a broken file does not tell.
+
+ImageFacts readJpegHeader(ByteSource &source);
+ImageFacts readPngHeader(ByteSource &source);
+ImageFacts walkGif(ByteSource &source);
+ImageFacts walkWebp(ByteSource &source);
+ImageFacts walkBmff(ByteSource &source);
+ImageFacts walkPsd(ByteSource &source);
+ImageFacts readBmpHeader(ByteSource &source);
+ImageFacts walkJpeg2000(ByteSource &source);
+ImageFacts walkCiff(ByteSource &source);

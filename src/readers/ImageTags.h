@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "readers/ByteSource.h"
+#include "readers/ImageFacts.h"
+#include "readers/ImageFormat.h"
+
+#include <exiv2/exif.hpp>
+#include <exiv2/iptc.hpp>
+#include <exiv2/xmp_exiv2.hpp>
+
+/// The metadata that Exiv2 finds in one image. What cannot be read is missing, without a word.
+struct ImageTags
+{
+    Exiv2::ExifData exif;
+    Exiv2::IptcData iptc;
+    Exiv2::XmpData xmp;
+    QByteArray profile; ///< the embedded ICC profile
+    qint64 width = 0;   ///< 0 when not known
+    qint64 height = 0;
+    bool isImage = false; ///< Exiv2 took it for a picture
+    bool isPlainTiff = false;
+};
+
+/// From the whole file, and from the blocks that the format's own reader found. Never throws.
+ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts &facts);

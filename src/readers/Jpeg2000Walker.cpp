@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "readers/FormatHeaders.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kMostBoxes = 1000;
+constexpr qint64 kLargestProfile = 16 * 1024 * 1024;
+constexpr quint64 kEnumerated = 1;
+constexpr quint64 kSrgb = 16;
+constexpr quint64 kGray = 17;
+constexpr quint64 kVaryingDepth = 255;
+constexpr double kMetresPerInch = 0.0254;
+
+class Walk
+{
+public:
+    explicit Walk(ByteSource &source)
+        : m_source(source)
+    {
+    }
+
+    ImageFacts run()
+    {
+        if (m_source.startsWith(0, "\xFF\x4F"))
+            readCodestream(0);
+        else
+            forEachBox(0, m_source.size(), [this](const QByteArray &type, qint64 at, qint64 end) {
+                if (type == "jp2h")
+                    readHeader(at, end);
+                if (type == "jp2c" && m_facts.width == 0)
+                    readCodestream(at);
+            });
+        return m_facts;
+    }
+
+private:
+    template <typename Visit>
+    void forEachBox(qint64 at, qint64 end, Visit visit)
+    {
+        for (int i = 0; i < kMostBoxes && at + 8 <= end; ++i) {
+            quint64 size = number(at, 4);
+            qint64 start = at + 8;
+            if (size == 1) {
+                size = number(start, 8);
+                start += 8;
+            }
+            const auto left = static_cast<quint64>(end - at);
+            size = size == 0 || size > left ? left : size;
+            const qint64 next = at + static_cast<qint64>(size);
+            if (next <= start && size < 8)
+                return;
+            visit(m_source.bytes(at + 4, 4), start, next);
+            at = next;
+        }
+    }
+
+    void readHeader(qint64 from, qint64 to)
+    {
+        m_facts.hasAlpha = false;
+        forEachBox(from, to, [this](const QByteArray &type, qint64 at, qint64 end) {
+            if (type == "ihdr")
+                readImageHeader(at);
+            else if (type == "colr")
+                readColor(at, end);
+            else if (type == "pclr")
+                m_facts.isIndexed = true;
+            else if (type == "cdef")
+                readChannels(at);
+            else if (type == "res ")
+                readResolution(at, end);
+        });
+    }
+
+    void readImageHeader(qint64 at)
+    {
+        m_facts.height = static_cast<qint64>(number(at, 4));
+        m_facts.width = static_cast<qint64>(number(at + 4, 4));
+        m_facts.colorModel = number(at + 8, 2) < 3 ? kModelGray : kModelRgb;
+        const quint64 depth = number(at + 10, 1);
+        m_facts.depth = depth == kVaryingDepth ? 0 : static_cast<int>(depth & 0x7F) + 1;
+    }
+
+    void readColor(qint64 at, qint64 end)
+    {
+        if (number(at, 1) != kEnumerated) {
+            m_facts.profile = m_source.bytes(at + 3, std::min(end - at - 3, kLargestProfile));
+            return;
+        }
+        const quint64 space = number(at + 3, 4);
+        m_facts.colorModel = space == kGray ? kModelGray : kModelRgb;
+        m_facts.isSrgb = space == kSrgb;
+    }
+
+    void readChannels(qint64 at)
+    {
+        const auto count = static_cast<qint64>(number(at, 2));
+        for (qint64 i = 0; i < count; ++i) {
+            const quint64 kind = number(at + 4 + i * 6, 2);
+            if (kind == 1 || kind == 2)
+                m_facts.hasAlpha = true;
+        }
+    }
+
+    void readResolution(qint64 from, qint64 to)
+    {
+        forEachBox(from, to, [this](const QByteArray &, qint64 at, qint64) {
+            m_facts.dpiHeight = dpi(at, at + 8);
+            m_facts.dpiWidth = dpi(at + 4, at + 9);
+        });
+    }
+
+    double dpi(qint64 at, qint64 exponentAt)
+    {
+        const auto above = static_cast<double>(number(at, 2));
+        const auto below = static_cast<double>(number(at + 2, 2));
+        double value = below > 0 ? above / below * kMetresPerInch : 0;
+        const auto exponent = static_cast<signed char>(number(exponentAt, 1));
+        for (int i = 0; i < exponent; ++i)
+            value *= 10;
+        for (int i = 0; i > exponent; --i)
+            value /= 10;
+        return value;
+    }
+
+    void readCodestream(qint64 at)
+    {
+        if (number(at + 2, 2) != 0xFF51)
+            return;
+        m_facts.width =
+            static_cast<qint64>(number(at + 8, 4)) - static_cast<qint64>(number(at + 16, 4));
+        m_facts.height =
+            static_cast<qint64>(number(at + 12, 4)) - static_cast<qint64>(number(at + 20, 4));
+        m_facts.colorModel = number(at + 40, 2) < 3 ? kModelGray : kModelRgb;
+        m_facts.depth = static_cast<int>(number(at + 42, 1) & 0x7F) + 1;
+    }
+
+    quint64 number(qint64 at, int bytes) { return m_source.big(at, bytes).value_or(0); }
+
+    ByteSource &m_source;
+    ImageFacts m_facts;
+};
+
+} // namespace
+
+ImageFacts walkJpeg2000(ByteSource &source)
+{
+    return Walk(source).run();
+}
