@@ -30,7 +30,7 @@ constexpr TagRow kRows[] = {
     {"Exif.Canon.FirmwareVersion", "Firmware"_L1, TagShape::Text},
     {"Exif.Canon.FileNumber", "ImageNumber"_L1, TagShape::Number},
     {"Exif.CanonSi.FlashBias", "FlashCompensation"_L1, TagShape::CanonEv},
-    {"Exif.CanonCs.LensType", "LensID"_L1, TagShape::Number},
+    {"Exif.CanonCs.LensType", "LensID"_L1, TagShape::Code},
     {"Exif.Nikon3.Lens", "LensInfo"_L1, TagShape::Numbers},
     {"Exif.Nikon3.SerialNumber", "SerialNumber"_L1, TagShape::Text},
     {"Exif.Nikon3.ShutterCount", "ImageNumber"_L1, TagShape::Number},

@@ -49,7 +49,7 @@ std::optional<QVariantMap> readImageProperties(const QByteArray &path)
     const ImageFormat format = imageFormatOf(source);
     ImageFacts facts = factsOf(format, source);
     const ImageTags tags = readImageTags(source, format, facts);
-    if (tags.isPlainTiff)
+    if (tags.isTiff)
         addTiffFacts(tags, facts);
     QVariantMap properties = generalProperties(facts, tags);
     properties.insert(facts.dictionaries);

@@ -1,25 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/ImageTags.h"
 
-#include "readers/SourceIo.h"
+#include "readers/ExivImage.h"
 
 #include <exception>
 #include <exiv2/exiv2.hpp>
 
 namespace {
-
-// Kinds that Exiv2 opens although they are no pictures.
-constexpr int kOtherKinds[] = {Exiv2::ImageType::none, Exiv2::ImageType::xmp};
-
-void initializeOnce()
-{
-    static const bool isDone = [] {
-        Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
-        Exiv2::enableBMFF(true);
-        return Exiv2::XmpParser::initialize();
-    }();
-    static_cast<void>(isDone);
-}
 
 /// Whether Exiv2 finds something in such a file that our own reader does not.
 bool isForExiv2(ImageFormat format)
@@ -27,24 +14,12 @@ bool isForExiv2(ImageFormat format)
     return format != ImageFormat::Gif && format != ImageFormat::Bmp && format != ImageFormat::Bmff;
 }
 
-bool isPicture(const Exiv2::Image &image)
-{
-    for (const int kind : kOtherKinds) {
-        if (image.imageType() == kind)
-            return false;
-    }
-    return QByteArray::fromStdString(image.mimeType()).startsWith("image/") ||
-           image.imageType() == Exiv2::ImageType::eps;
-}
-
 void readFile(ByteSource &source, ImageTags &tags)
 {
-    const auto image = Exiv2::ImageFactory::open(Exiv2::BasicIo::AutoPtr(new SourceIo(source)));
-    if (!image.get() || !isPicture(*image))
+    const auto image = openExivImage(source);
+    if (!image.get())
         return;
-    image->readMetadata();
-    tags.isImage = true;
-    tags.isPlainTiff = image->imageType() == Exiv2::ImageType::tiff;
+    tags.isTiff = image->imageType() == Exiv2::ImageType::tiff;
     tags.exif = image->exifData();
     tags.iptc = image->iptcData();
     tags.xmp = image->xmpData();
@@ -85,7 +60,7 @@ void readBlocks(const ImageFacts &facts, ImageTags &tags)
 
 ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts &facts)
 {
-    initializeOnce();
+    prepareExiv2();
     ImageTags tags;
     if (isForExiv2(format))
         attempt([&] { readFile(source, tags); });

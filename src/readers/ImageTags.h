@@ -18,8 +18,7 @@ struct ImageTags
     QByteArray profile; ///< the embedded ICC profile
     qint64 width = 0;   ///< 0 when not known
     qint64 height = 0;
-    bool isImage = false; ///< Exiv2 took it for a picture
-    bool isPlainTiff = false;
+    bool isTiff = false; ///< its tags describe its pixels
 };
 
 /// From the whole file, and from the blocks that the format's own reader found. Never throws.

@@ -17,6 +17,7 @@ namespace {
 constexpr long kMostNumbers = 1024;
 // A file name cannot show data, so that the rest of it is not worth carrying.
 constexpr qsizetype kMostData = 32;
+constexpr long kNoCode = 0xFFFF;
 constexpr long kMostText = 1024 * 1024;
 
 template <typename T>
@@ -108,7 +109,7 @@ QVariant textOf(const Exiv2::Value &value)
     const bool spelled = isText(value) || value.typeId() == Exiv2::undefined ||
                          value.typeId() == Exiv2::unsignedByte;
     if (!spelled)
-        return present(QString::fromStdString(value.toString()));
+        return present(elementOf(value, 0).toString());
     return present(trimmedEnd(textOfBytes(upToNul(plainBytes(value)))));
 }
 
@@ -286,6 +287,8 @@ QVariant shapedValue(const Exiv2::Value &value, TagShape shape)
         return canonExposure(static_cast<qint16>(value.toLong(0)));
     case TagShape::NikonEv:
         return nikonEvOf(value);
+    case TagShape::Code:
+        return value.toLong(0) == kNoCode ? QVariant() : numberOf(value);
     case TagShape::Any:
         return anyOf(value);
     }

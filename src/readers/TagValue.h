@@ -19,6 +19,7 @@ enum class TagShape {
     Data,      ///< bytes without a meaning of their own
     CanonEv,   ///< exposure steps as Canon counts them
     NikonEv,   ///< exposure steps as Nikon counts them
+    Code,      ///< a number of a list, all ones for none
     Any        ///< a number when it is one, else a text
 };
 

@@ -1,7 +1,76 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/ThumbnailReader.h"
 
-QImage readThumbnail(const QByteArray &, int)
+#include "readers/EmbeddedPreview.h"
+#include "readers/FileSource.h"
+#include "readers/MemorySource.h"
+#include "readers/SourceDevice.h"
+
+#include <QImageReader>
+#include <QTransform>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kMostMebibytes = 256;
+// Drawings may refer to other files, which must not be opened.
+constexpr const char *kRefusedFormats[] = {"svg", "svgz"};
+
+bool isRefused(const QByteArray &format)
 {
-    return {};
+    return std::any_of(std::begin(kRefusedFormats), std::end(kRefusedFormats),
+                       [&](const char *refused) { return format == refused; });
+}
+
+QSize fitting(const QSize &size, int edge)
+{
+    const bool fits = size.width() <= edge && size.height() <= edge;
+    const QSize scaled = fits ? size : size.scaled(edge, edge, Qt::KeepAspectRatio);
+    return scaled.expandedTo(QSize(1, 1));
+}
+
+/// Upright where the picture itself says how it is turned.
+QImage decoded(ByteSource &source, int edge)
+{
+    SourceDevice device(source);
+    QImageReader reader(&device);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    if (!reader.canRead() || isRefused(reader.format()))
+        return {};
+    if (const QSize size = reader.size(); size.isValid())
+        reader.setScaledSize(fitting(size, edge));
+    const QImage image = reader.read();
+    const QSize size = fitting(image.size(), edge);
+    return image.isNull() || image.size() == size
+               ? image
+               : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+/// Turns a picture as an Exif orientation asks for.
+QImage turned(const QImage &image, int orientation)
+{
+    constexpr int kAngles[] = {0, 0, 180, 180, 90, 90, 270, 270};
+    constexpr bool kMirrored[] = {false, true, false, true, true, false, true, false};
+    const auto index = static_cast<size_t>(orientation - 1);
+    const QImage mirrored = kMirrored[index] ? image.mirrored(true, false) : image;
+    return kAngles[index] == 0 ? mirrored
+                               : mirrored.transformed(QTransform().rotate(kAngles[index]));
+}
+
+} // namespace
+
+QImage readThumbnail(const QByteArray &path, int edge)
+{
+    FileSource file(path);
+    if (!file.isOpen() || edge <= 0)
+        return {};
+    QImageReader::setAllocationLimit(kMostMebibytes);
+    const QImage image = decoded(file, edge);
+    if (!image.isNull())
+        return image;
+    const EmbeddedPreview preview = embeddedPreview(file, edge);
+    MemorySource source(preview.bytes);
+    return preview.bytes.isEmpty() ? QImage() : turned(decoded(source, edge), preview.orientation);
 }

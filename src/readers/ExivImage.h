@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "readers/ByteSource.h"
+
+#include <exiv2/image.hpp>
+
+/// Makes Exiv2 ready and silent; every use of it goes through here first. May be called often.
+void prepareExiv2();
+
+/// A picture with its metadata read; null when the source is none. Throws what Exiv2 throws.
+Exiv2::Image::AutoPtr openExivImage(ByteSource &source);
