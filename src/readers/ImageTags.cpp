@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/ImageTags.h"
 
+#include "readers/AdobeMakerNote.h"
 #include "readers/ExivImage.h"
+#include "readers/TagValue.h"
 
 #include <exception>
 #include <exiv2/exiv2.hpp>
+#include <string>
 
 namespace {
+
+constexpr char kMakeKey[] = "Exif.Image.Make";
+constexpr char kPrivateDataKey[] = "Exif.Image.DNGPrivateData";
 
 /// Whether Exiv2 finds something in such a file that our own reader does not.
 bool isForExiv2(ImageFormat format)
@@ -56,6 +62,30 @@ void readBlocks(const ImageFacts &facts, ImageTags &tags)
         attempt([&] { Exiv2::XmpParser::decode(tags.xmp, facts.xmp.toStdString()); });
 }
 
+QByteArray storedAt(const Exiv2::ExifData &exif, const char *key)
+{
+    const auto it = exif.findKey(Exiv2::ExifKey(key));
+    return it == exif.end() ? QByteArray() : storedBytes(it->value());
+}
+
+/// A DNG that was made from another raw file keeps that one's maker note aside.
+void readAdobeMakerNote(ImageTags &tags)
+{
+    QByteArray make = storedAt(tags.exif, kMakeKey);
+    make.truncate(make.indexOf('\0'));
+    const QByteArray tiff = tiffOfAdobeMakerNote(storedAt(tags.exif, kPrivateDataKey), make);
+    if (tiff.isEmpty())
+        return;
+    Exiv2::ExifData exif;
+    Exiv2::ExifParser::decode(exif, reinterpret_cast<const Exiv2::byte *>(tiff.data()),
+                              static_cast<uint32_t>(tiff.size()));
+    for (const Exiv2::Exifdatum &datum : exif) {
+        const std::string group = datum.groupName();
+        if (group.starts_with("Canon") || group.starts_with("Nikon"))
+            tags.exif.add(datum);
+    }
+}
+
 } // namespace
 
 ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts &facts)
@@ -65,5 +95,7 @@ ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts
     if (isForExiv2(format))
         attempt([&] { readFile(source, tags); });
     readBlocks(facts, tags);
+    if (tags.isTiff)
+        attempt([&] { readAdobeMakerNote(tags); });
     return tags;
 }
