@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "readers/MediaFormat.h"
+
+#include "readers/MpegSync.h"
+
+#include <QByteArrayView>
+
+#include <algorithm>
+
+namespace {
+
+struct Signature
+{
+    int at;
+    QByteArrayView bytes;
+    int secondAt;
+    QByteArrayView second;
+    MediaFormat format;
+};
+
+/// A literal that may hold NUL bytes.
+template <size_t Size>
+constexpr QByteArrayView bytes(const char (&literal)[Size])
+{
+    return QByteArrayView(literal, static_cast<qsizetype>(Size - 1));
+}
+
+constexpr MediaFormat kMp4 = {MediaFamily::Mp4, "mov"};
+constexpr MediaFormat kMpegTransport = {MediaFamily::Libav, "mpegts"};
+
+constexpr Signature kSignatures[] = {
+    {0, bytes("fLaC"), 0, {}, {MediaFamily::Flac, "flac"}},
+    {0, bytes("RIFF"), 8, bytes("WAVE"), {MediaFamily::Wav, "wav"}},
+    {0, bytes("RIFF"), 8, bytes("AVI"), {MediaFamily::Libav, "avi"}},
+    {0, bytes("RF64"), 8, bytes("WAVE"), {MediaFamily::Libav, "wav"}},
+    {0, bytes("BW64"), 8, bytes("WAVE"), {MediaFamily::Libav, "wav"}},
+    {0, bytes("riff\x2E\x91\xCF\x11"), 0, {}, {MediaFamily::Libav, "w64"}},
+    {0, bytes("FORM"), 8, bytes("AIFF"), {MediaFamily::Aiff, "aiff"}},
+    {0, bytes("FORM"), 8, bytes("AIFC"), {MediaFamily::Aiff, "aiff"}},
+    {4, bytes("ftyp"), 0, {}, kMp4},
+    {4, bytes("moov"), 0, {}, kMp4},
+    {4, bytes("mdat"), 0, {}, kMp4},
+    {4, bytes("wide"), 0, {}, kMp4},
+    {4, bytes("free"), 0, {}, kMp4},
+    {4, bytes("skip"), 0, {}, kMp4},
+    {4, bytes("pnot"), 0, {}, kMp4},
+    {0, bytes("\x30\x26\xB2\x75\x8E\x66\xCF\x11"), 0, {}, {MediaFamily::Asf, "asf"}},
+    {0, bytes("MAC "), 0, {}, {MediaFamily::Ape, "ape"}},
+    {0, bytes("wvpk"), 0, {}, {MediaFamily::WavPack, "wv"}},
+    {0, bytes("MPCK"), 0, {}, {MediaFamily::Musepack, "mpc8"}},
+    {0, bytes("MP+"), 0, {}, {MediaFamily::Musepack, "mpc"}},
+    {0, bytes("TTA1"), 0, {}, {MediaFamily::TrueAudio, "tta"}},
+    {0, bytes("\x1A\x45\xDF\xA3"), 0, {}, {MediaFamily::Libav, "matroska"}},
+    {0, bytes("FLV\x01"), 0, {}, {MediaFamily::Libav, "flv"}},
+    {0, bytes("caff\0\x01"), 0, {}, {MediaFamily::Libav, "caf"}},
+    {0, bytes("#!AMR"), 0, {}, {MediaFamily::Libav, "amr"}},
+    {0, bytes(".snd"), 0, {}, {MediaFamily::Libav, "au"}},
+    {0, bytes("DSD "), 0, {}, {MediaFamily::Libav, "dsf"}},
+    {0, bytes("FRM8"), 12, bytes("DSD "), {MediaFamily::Libav, "iff"}},
+    {0, bytes(".RMF"), 0, {}, {MediaFamily::Libav, "rm"}},
+    {0, bytes("\x06\x0E\x2B\x34\x02\x05\x01\x01"), 0, {}, {MediaFamily::Libav, "mxf"}},
+    {0, bytes("\0\0\x01\xBA"), 0, {}, {MediaFamily::Libav, "mpeg"}},
+    {0, bytes("\0\0\x01\xB3"), 0, {}, {MediaFamily::Libav, "mpegvideo"}},
+    {0, bytes("\x0B\x77"), 0, {}, {MediaFamily::Libav, "ac3"}},
+    {0, bytes("\x7F\xFE\x80\x01"), 0, {}, {MediaFamily::Libav, "dts"}},
+};
+
+/// How the first packet of an Ogg stream begins; it follows the first page's header.
+constexpr Signature kOggStreams[] = {
+    {0, bytes("\x01vorbis"), 0, {}, {MediaFamily::Vorbis, "ogg"}},
+    {0, bytes("OpusHead"), 0, {}, {MediaFamily::Opus, "ogg"}},
+    {0,
+     bytes("\x7F"
+           "FLAC"),
+     0,
+     {},
+     {MediaFamily::OggFlac, "ogg"}},
+    {0, bytes("Speex   "), 0, {}, {MediaFamily::Speex, "ogg"}},
+};
+constexpr qint64 kOggPageHeader = 27;
+
+/// Sizes of the packets of a transport stream, and where their sync byte stands.
+struct TransportPacket
+{
+    qint64 size;
+    qint64 syncAt;
+};
+constexpr TransportPacket kTransportPackets[] = {{188, 0}, {192, 4}, {204, 0}};
+constexpr int kTransportPacketsToSee = 4;
+
+constexpr int kMostId3v2Tags = 8;
+
+bool matches(ByteSource &source, qint64 start, const Signature &signature)
+{
+    return source.bytes(start + signature.at, signature.bytes.size()) == signature.bytes &&
+           source.bytes(start + signature.secondAt, signature.second.size()) == signature.second;
+}
+
+template <size_t Size>
+MediaFormat firstMatch(ByteSource &source, qint64 start, const Signature (&signatures)[Size])
+{
+    const auto found = std::ranges::find_if(
+        signatures, [&](const Signature &each) { return matches(source, start, each); });
+    return found == std::end(signatures) ? MediaFormat() : found->format;
+}
+
+MediaFormat oggFormat(ByteSource &source, qint64 start)
+{
+    const qint64 segments =
+        static_cast<qint64>(source.big(start + kOggPageHeader - 1, 1).value_or(0));
+    const MediaFormat known = firstMatch(source, start + kOggPageHeader + segments, kOggStreams);
+    return known.family == MediaFamily::None ? MediaFormat{MediaFamily::Libav, "ogg"} : known;
+}
+
+bool isTransportStream(ByteSource &source)
+{
+    return std::ranges::any_of(kTransportPackets, [&](const TransportPacket &packet) {
+        for (qint64 i = 0; i < kTransportPacketsToSee; ++i) {
+            if (source.bytes(packet.syncAt + i * packet.size, 1) != "G")
+                return false;
+        }
+        return true;
+    });
+}
+
+/// Where the tags that may stand before any audio end; 0 when there are none.
+qint64 endOfId3v2(ByteSource &source)
+{
+    qint64 at = 0;
+    for (int i = 0; i < kMostId3v2Tags && source.bytes(at, 3) == "ID3"; ++i) {
+        const quint64 flags = source.big(at + 5, 1).value_or(0);
+        const quint64 size = source.big(at + 6, 4).value_or(0);
+        const quint64 body = (size & 0x7F) | (size >> 8 & 0x7F) << 7 | (size >> 16 & 0x7F) << 14 |
+                             (size >> 24 & 0x7F) << 21;
+        at += static_cast<qint64>(body) + ((flags & 0x10) != 0 ? 20 : 10);
+    }
+    return at;
+}
+
+bool hasTagAtEnd(ByteSource &source)
+{
+    const qint64 size = source.size();
+    return source.bytes(size - 128, 3) == "TAG" || source.bytes(size - 32, 8) == "APETAGEX" ||
+           source.bytes(size - 160, 8) == "APETAGEX";
+}
+
+} // namespace
+
+MediaFormat mediaFormatOf(ByteSource &source)
+{
+    const qint64 start = endOfId3v2(source);
+    if (const MediaFormat known = firstMatch(source, start, kSignatures);
+        known.family != MediaFamily::None) {
+        return known;
+    }
+    if (source.bytes(start, 4) == "OggS")
+        return oggFormat(source, start);
+    if (isTransportStream(source))
+        return kMpegTransport;
+    if (startsWithAdts(source, start))
+        return {MediaFamily::Mpeg, "aac"};
+    if (start > 0 || hasMpegAudio(source, start) || hasTagAtEnd(source))
+        return {MediaFamily::Mpeg, nullptr};
+    return {};
+}

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/MediaReading.h"
+#include "readers/Mp4Boxes.h"
+
+/// The tags and the duration of an MP4, M4A or QuickTime file: user data, then metadata by names,
+/// then the list of iTunes, so that this list wins. Own code, because the media libraries drop or
+/// merge the keys of QuickTime. Nothing when the file has no movie box.
+std::optional<MediaReading> readMp4(ByteSource &source);
+
+/// The first picture of the list of iTunes.
+QByteArray mp4Cover(ByteSource &source, qint64 mostBytes);

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "readers/TagLibFile.h"
+
+#include "readers/ApeItems.h"
+#include "readers/AsfItems.h"
+#include "readers/Id3Items.h"
+#include "readers/RiffItems.h"
+#include "readers/SourceStream.h"
+#include "readers/XiphItems.h"
+
+#include <taglib/apefile.h>
+#include <taglib/asffile.h>
+#include <taglib/flacfile.h>
+#include <taglib/id3v2framefactory.h>
+#include <taglib/mpcfile.h>
+#include <taglib/mpegfile.h>
+#include <taglib/oggflacfile.h>
+#include <taglib/opusfile.h>
+#include <taglib/speexfile.h>
+#include <taglib/trueaudiofile.h>
+#include <taglib/vorbisfile.h>
+#include <taglib/wavfile.h>
+#include <taglib/wavpackfile.h>
+
+namespace {
+
+using Reading = std::optional<MediaReading>;
+
+constexpr double kMillisecond = 0.001;
+
+/// What every kind of file has in common; the kinds' own tags are added by the given function.
+template <typename File, typename AddItems>
+Reading readFile(File &file, AddItems addItems)
+{
+    if (!file.isValid())
+        return std::nullopt;
+    MediaReading reading;
+    if (const auto *properties = file.audioProperties())
+        reading.duration = properties->lengthInMilliseconds() * kMillisecond;
+    addItems(file, reading);
+    return reading;
+}
+
+TagLib::ID3v2::FrameFactory *frames()
+{
+    return TagLib::ID3v2::FrameFactory::instance();
+}
+
+Reading readMpeg(SourceStream &stream)
+{
+    TagLib::MPEG::File file(&stream, frames());
+    return readFile(file, [](TagLib::MPEG::File &mpeg, MediaReading &reading) {
+        addId3v1Items(mpeg.ID3v1Tag(), reading);
+        addApeItems(mpeg.APETag(), reading);
+        addId3v2Items(mpeg.ID3v2Tag(), reading);
+    });
+}
+
+Reading readFlac(SourceStream &stream)
+{
+    TagLib::FLAC::File file(&stream, frames());
+    return readFile(file, [](TagLib::FLAC::File &flac, MediaReading &reading) {
+        addId3v1Items(flac.ID3v1Tag(), reading);
+        addId3v2Items(flac.ID3v2Tag(), reading);
+        addXiphItems(flac.xiphComment(), reading);
+    });
+}
+
+Reading readTrueAudio(SourceStream &stream)
+{
+    TagLib::TrueAudio::File file(&stream, frames());
+    return readFile(file, [](TagLib::TrueAudio::File &trueAudio, MediaReading &reading) {
+        addId3v1Items(trueAudio.ID3v1Tag(), reading);
+        addId3v2Items(trueAudio.ID3v2Tag(), reading);
+    });
+}
+
+Reading readWav(SourceStream &stream)
+{
+    useTextOfUnknownSet();
+    TagLib::RIFF::WAV::File file(&stream);
+    return readFile(file, [](TagLib::RIFF::WAV::File &wav, MediaReading &reading) {
+        addRiffInfoItems(wav.InfoTag(), reading);
+        addId3v2Items(wav.ID3v2Tag(), reading);
+    });
+}
+
+Reading readAiff(SourceStream &stream)
+{
+    AiffFile file(&stream);
+    return readFile(file, [](AiffFile &aiff, MediaReading &reading) {
+        aiff.addTextItems(reading);
+        addId3v2Items(aiff.tag(), reading);
+    });
+}
+
+Reading readAsf(SourceStream &stream)
+{
+    TagLib::ASF::File file(&stream);
+    return readFile(file, [](TagLib::ASF::File &asf, MediaReading &reading) {
+        addAsfItems(asf.tag(), reading);
+    });
+}
+
+/// Ogg streams hold one comment.
+template <typename File>
+Reading readOgg(SourceStream &stream)
+{
+    File file(&stream);
+    return readFile(file,
+                    [](File &ogg, MediaReading &reading) { addXiphItems(ogg.tag(), reading); });
+}
+
+/// Formats that end in an APE block and an ID3v1 block.
+template <typename File>
+Reading readWithApe(SourceStream &stream)
+{
+    File file(&stream);
+    return readFile(file, [](File &tagged, MediaReading &reading) {
+        addId3v1Items(tagged.ID3v1Tag(), reading);
+        addApeItems(tagged.APETag(), reading);
+    });
+}
+
+} // namespace
+
+Reading readWithTagLib(ByteSource &source, MediaFamily family)
+{
+    SourceStream stream(source);
+    switch (family) {
+    case MediaFamily::Mpeg:
+        return readMpeg(stream);
+    case MediaFamily::Flac:
+        return readFlac(stream);
+    case MediaFamily::Vorbis:
+        return readOgg<TagLib::Ogg::Vorbis::File>(stream);
+    case MediaFamily::Opus:
+        return readOgg<TagLib::Ogg::Opus::File>(stream);
+    case MediaFamily::OggFlac:
+        return readOgg<TagLib::Ogg::FLAC::File>(stream);
+    case MediaFamily::Speex:
+        return readOgg<TagLib::Ogg::Speex::File>(stream);
+    case MediaFamily::Wav:
+        return readWav(stream);
+    case MediaFamily::Aiff:
+        return readAiff(stream);
+    case MediaFamily::Asf:
+        return readAsf(stream);
+    case MediaFamily::Ape:
+        return readWithApe<TagLib::APE::File>(stream);
+    case MediaFamily::WavPack:
+        return readWithApe<TagLib::WavPack::File>(stream);
+    case MediaFamily::Musepack:
+        return readWithApe<TagLib::MPC::File>(stream);
+    case MediaFamily::TrueAudio:
+        return readTrueAudio(stream);
+    default:
+        return std::nullopt;
+    }
+}
