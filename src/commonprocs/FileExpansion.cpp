@@ -99,6 +99,7 @@ public:
     void listed(const TFolder &folder, qsizetype entries) override
     {
         m_expansion.m_listed.insert(Hash128::of(folder.path()));
+        m_expansion.m_listedFolders.push_back(m_expansion.m_folders.value(folder.path()));
         std::vector<TFileItem> &files = m_expansion.m_files;
         const std::size_t needed = files.size() + static_cast<std::size_t>(entries);
         if (needed > files.capacity())

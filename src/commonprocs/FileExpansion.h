@@ -38,6 +38,8 @@ public:
     std::vector<TFileItem> takeFiles() { return std::move(m_files); }
     /// Paths that do not exist or cannot be read; the others went on.
     const std::vector<Problem> &problems() const { return m_problems; }
+    /// The folders whose contents are in, in the order in which they were entered.
+    const std::vector<TFolderPtr> &listedFolders() const { return m_listedFolders; }
     /// Called after every 1,000 files found, with their number.
     void setProgress(std::function<void(qsizetype)> progress) { m_progress = std::move(progress); }
 
@@ -56,5 +58,6 @@ private:
     QHash<QString, TFolderPtr> m_folders;
     TFolderPtr m_lastFolder;
     HashSet128 m_listed; ///< folders whose contents are in already
-    HashSet128 m_named;  ///< paths that were named themselves
+    std::vector<TFolderPtr> m_listedFolders;
+    HashSet128 m_named; ///< paths that were named themselves
 };

@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "commonprocs/Sandboxing.h"
+#include "commonprocs/TimeUtils.h"
+#include "document/TDocument.h"
+#include "document/TDocumentRenaming.h"
+#include "rollback/RollbackLog.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kRestartDelay = 100ms;
+constexpr qsizetype kRenameButton = 1;
+constexpr qint64 kProgressStep = 10;
+constexpr const char *kCancel = QT_TRANSLATE_NOOP("TDocument", "Cancel");
+constexpr const char *kRename = QT_TRANSLATE_NOOP("TDocument", "Rename");
+constexpr const char *kNoUndo = QT_TRANSLATE_NOOP("TDocument", "This run could not be undone. %@");
+constexpr const char *kLogTitle = QT_TRANSLATE_NOOP("TDocument", "Rename log:%@");
+constexpr const char *kStoppedTitle = QT_TRANSLATE_NOOP("TDocument", "The rename has stopped");
+constexpr QLatin1StringView kApplication{"Tavrin"};
+constexpr QLatin1StringView kLogs{"Logs"};
+
+} // namespace
+
+QString TDocumentServices::userLogsFolder()
+{
+    const TFileURL folder = getSandboxedAppSupportFolder(kApplication, kLogs);
+    return folder.isValid() ? folder.path() : QString();
+}
+
+RenameGuard TDocument::guard()
+{
+    RenameGuard guard;
+    guard.analysed = m_errorLog.has_value();
+    guard.batchLog = m_errorLog ? &*m_errorLog : nullptr;
+    guard.hasProcessedFiles = hasProcessedFiles(m_sourceObjectArray);
+    guard.running = m_isRenaming;
+    guard.rules = static_cast<qsizetype>(m_ruleArray.size());
+    guard.files = static_cast<qsizetype>(m_sourceObjectArray.size());
+    if (const TFolderAccess *folder =
+            sandboxIsOn() ? m_theFoldersWeUse.firstInaccessible() : nullptr)
+        guard.inaccessibleFolder = folder->theURL().lastPathComponent();
+    return guard;
+}
+
+void TDocument::runRename()
+{
+    if (m_isClosing || m_isPreparing || isReceivingDrop() || m_remainingAOps > 0)
+        return;
+    if (m_analysis.isRunning() && !m_isRenaming) {
+        m_renameWanted = true;
+        return;
+    }
+    const RenameGuard checks = guard();
+    const RenameGuard::Answer answer = checks.check();
+    switch (answer.verdict) {
+    case RenameGuard::Verdict::Nothing:
+        break;
+    case RenameGuard::Verdict::ShowErrors:
+        showTestRunLog();
+        break;
+    case RenameGuard::Verdict::Refused: {
+        const auto form =
+            checks.hasProcessedFiles ? TDialogHost::Form::Sheet : TDialogHost::Form::Alert;
+        tell(&TDocumentHost::ask,
+             TDialogHost::Question{form, answer.title, answer.text, QString(), {}},
+             TDialogHost::Answered());
+        break;
+    }
+    case RenameGuard::Verdict::AskForFolder:
+        askForFolder();
+        break;
+    case RenameGuard::Verdict::Confirm:
+        prepareRename();
+        break;
+    }
+}
+
+void TDocument::grantFolder(const TFileURL &folder)
+{
+    if (m_grants)
+        m_grants->ask(m_theFoldersWeUse, folder, [](bool) {});
+}
+
+void TDocument::askForFolder()
+{
+    if (m_grants)
+        m_grants->ask(m_theFoldersWeUse, m_theFoldersWeUse.firstInaccessible()->theURL(),
+                      [this](bool granted) {
+                          if (granted)
+                              QTimer::singleShot(kRestartDelay, this, &TDocument::runRename);
+                      });
+}
+
+void TDocument::prepareRename()
+{
+    m_isPreparing = true;
+    m_confirmVersion = m_batchVersion;
+    m_renaming = std::make_unique<TDocumentRenaming>(
+        m_services.fileManager, m_services.clock, m_mail,
+        TDocumentRenaming::Input{facts(), m_sourceObjectArray, preparedCopy(),
+                                 m_theExtensionHandler->copyForRun(), m_theOptions,
+                                 m_services.logsFolder ? m_services.logsFolder() : QString()});
+    m_renaming->prepare([this](const QString &problem) { confirmRename(problem); });
+}
+
+void TDocument::confirmRename(const QString &problem)
+{
+    m_isPreparing = false;
+    const RenameGuard::Answer answer = guard().check();
+    if (m_isClosing || m_confirmVersion != m_batchVersion ||
+        answer.verdict != RenameGuard::Verdict::Confirm) {
+        m_renaming.reset();
+        return runRename();
+    }
+    tell(&TDocumentHost::ask,
+         TDialogHost::Question{TDialogHost::Form::StopSheet,
+                               answer.title,
+                               answer.text,
+                               problem.isEmpty() ? QString() : text(kNoUndo, {problem}),
+                               {text(kCancel), text(kRename)}},
+         [this, mail = m_mail, number = ++m_confirmation](qsizetype button) {
+             if (mail->isOpen() && number == m_confirmation)
+                 renameAnswered(button);
+         });
+}
+
+void TDocument::renameAnswered(qsizetype button)
+{
+    ++m_confirmation; // an answer counts once
+    if (m_isClosing || button != kRenameButton) {
+        m_renaming.reset();
+    } else if (m_confirmVersion != m_batchVersion) {
+        // What was asked about is not what would be renamed now.
+        m_renaming.reset();
+        runRename();
+    } else {
+        startRename();
+    }
+}
+
+void TDocument::startRename()
+{
+    cancelAnalysis();
+    m_isRenaming = true;
+    m_remainingRenameOps = m_renaming->count();
+    m_renamingWarnings = 0;
+    m_renamingCriticals = 0;
+    m_renameTextLog.clear();
+    m_theProgressSheet = std::make_shared<TProgressSheetController>(m_remainingRenameOps);
+    const auto sheet = m_theProgressSheet;
+    Q_EMIT renamingChanged(true);
+    tell(&TDocumentHost::showProgressSheet, sheet);
+    m_renaming->start(
+        sheet->abortFlag(),
+        [this](TFileObject &file, const TRenameReport &report) { finishedRenameOp(file, report); },
+        [this](const TRenameSummary &summary) { processingFinished(summary); });
+}
+
+void TDocument::finishedRenameOp(TFileObject &file, const TRenameReport &report)
+{
+    file.setErrLog(report.errors);
+    if (!report.unchanged) {
+        file.setHasBeenProcessed(true);
+        file.setTargetURL(TFileURL(file.sourceURL().folder(), report.finalName));
+    }
+    m_forecasts.insert(&file, {report.finalName, report.failure, report.unchanged});
+    if (!m_theProgressSheet)
+        return; // the user has seen the end of the run already
+    if (m_theProgressSheet->abortRequest()) {
+        m_remainingRenameOps = 0;
+        return endProgressSheet();
+    }
+    --m_remainingRenameOps;
+    m_renamingWarnings += report.warning ? 1 : 0;
+    m_renamingCriticals += report.critical ? 1 : 0;
+    if (m_remainingRenameOps % kProgressStep == 0 &&
+        m_theProgressSheet->updateProgress(m_remainingRenameOps, m_renamingWarnings,
+                                           m_renamingCriticals))
+        tell(&TDocumentHost::progressSheetChanged);
+}
+
+void TDocument::endProgressSheet()
+{
+    if (!m_theProgressSheet)
+        return;
+    m_theProgressSheet->prepareToClose();
+    m_theProgressSheet.reset();
+    tell(&TDocumentHost::endProgressSheet);
+}
+
+void TDocument::processingFinished(const TRenameSummary &summary)
+{
+    const bool wasAborted = !m_theProgressSheet || m_theProgressSheet->abortRequest();
+    endProgressSheet();
+    m_remainingRenameOps = 0;
+    if (!summary.rollbackLog.isEmpty())
+        setRollbackURL(TFileURL::fileURLWithPath(summary.rollbackLog));
+    m_renameTextLog = m_renaming->textLog();
+    const QString title = text(kLogTitle, {TimeUtils::systemDateAndTime(m_services.clock.now())});
+    tell(&TDocumentHost::showLogWindow,
+         std::make_shared<TLogWindowController>(title, m_renameTextLog, m_services.clock));
+    if (summary.interrupted && !wasAborted)
+        tell(&TDocumentHost::ask,
+             TDialogHost::Question{
+                 TDialogHost::Form::Alert, text(kStoppedTitle), summary.problem, QString(), {}},
+             TDialogHost::Answered());
+    m_renaming.reset();
+    m_isRenaming = false;
+    redisplay();
+    Q_EMIT renamingChanged(false);
+    if (m_isClosing)
+        Q_EMIT closed();
+}
+
+void TDocument::setRollbackURL(const TFileURL &log)
+{
+    m_rollbackURL = log;
+    tell(&TDocumentHost::setRollBackEnabled, true);
+}
+
+void TDocument::saveRollBackLog(const std::vector<TRenameTRX> &transactions)
+{
+    const QString folder = m_services.logsFolder ? m_services.logsFolder() : QString();
+    if (folder.isEmpty())
+        return;
+    const auto writer = RollbackLogWriter::create(folder);
+    if (!writer)
+        return;
+    for (const TRenameTRX &transaction : transactions)
+        writer.value()->append(transaction);
+    if (const TResult<QString> path = writer.value()->finish(m_services.clock.now()))
+        setRollbackURL(TFileURL::fileURLWithPath(path.value()));
+}
+
+void TDocument::rollBackThis()
+{
+    if (m_rollbackURL.isValid())
+        tell(&TDocumentHost::rollBackLogWithURL, m_rollbackURL);
+}

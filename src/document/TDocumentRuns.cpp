@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/NameGeneration.h"
+#include "document/TDocument.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+constexpr const char *kTestRun = QT_TRANSLATE_NOOP("TDocument", "Performing test run");
+
+} // namespace
+
+TDocumentAnalysis::Output TDocument::analysisOutput()
+{
+    return {[this](qsizetype first, std::vector<TAnalysisResult> &results, const TFileList &files) {
+                applyResults(first, results, files);
+            },
+            [this](qsizetype currVal, qsizetype maxVal) {
+                tell(&TDocumentHost::showProgress, currVal, maxVal);
+            },
+            [this](TErrorLog &log) {
+                tell(&TDocumentHost::hideProgress);
+                backgroundRunCompleteForLog(log);
+            },
+            [this](qsizetype first, std::vector<ForecastStepper::Forecast> &forecasts,
+                   const TFileList &files) { applyForecasts(first, forecasts, files); },
+            [this] { redisplay(); }};
+}
+
+TDocumentFacts TDocument::facts()
+{
+    if (!m_facts) {
+        std::vector<TDocumentFact> list;
+        list.reserve(m_sourceObjectArray.size());
+        for (const auto &file : m_sourceObjectArray)
+            list.push_back({file->item(), {file->imageProperties(), file->ID3()}});
+        m_facts = std::make_shared<const std::vector<TDocumentFact>>(std::move(list));
+    }
+    return m_facts;
+}
+
+TRuleList TDocument::preparedCopy() const
+{
+    TRuleList copy = copyArrayViaEncode(m_ruleArray);
+    NameGeneration::prepareAllRules(copy);
+    return copy;
+}
+
+TDocumentAnalysis::Input TDocument::analysisInput()
+{
+    m_analysisVersion = m_listVersion;
+    return {facts(),
+            m_sourceObjectArray,
+            copyArrayViaEncode(m_ruleArray),
+            preparedCopy(),
+            m_theExtensionHandler->copyForRun(),
+            m_theOptions,
+            m_colorCode,
+            m_duplicatesAreCritical};
+}
+
+AnalysisRun TDocument::analysisRun()
+{
+    return {&m_ruleArray, m_theExtensionHandler.get(), m_theOptions, m_colorCode,
+            m_duplicatesAreCritical};
+}
+
+void TDocument::AOpComplete(TAnalyseOperation &)
+{
+    m_facts.reset();
+    batchChanged();
+    if (--m_remainingAOps > 0)
+        return;
+    setStatus(kTestRun);
+    doBackgroundRun();
+    idleStatus();
+    tell(&TDocumentHost::setBusy, false);
+}
+
+void TDocument::doBackgroundRun()
+{
+    if (m_isClosing)
+        return;
+    tell(&TDocumentHost::showProgress, qint64{0}, static_cast<qint64>(m_sourceObjectArray.size()));
+    // The run evaluates a copy from before its own rules are prepared.
+    m_analysis.start(analysisInput());
+    NameGeneration::prepareAllRules(m_ruleArray);
+}
+
+void TDocument::doBackgroundRunIfUpdate()
+{
+    if (hasProcessedFiles(m_sourceObjectArray))
+        redisplay();
+    else if (m_liveUpdate)
+        doBackgroundRun();
+}
+
+void TDocument::backgroundRunCompleteForLog(TErrorLog &log)
+{
+    m_errorLog = std::move(log);
+    redisplay();
+    tell(&TDocumentHost::setRenameBadge,
+         static_cast<qint64>(numberOfErrorsWithType(TErrorTypes::kCritical, *m_errorLog)));
+    Q_EMIT errorLogChanged();
+    if (std::exchange(m_renameWanted, false))
+        runRename();
+}
+
+void TDocument::applyResults(qsizetype first, std::vector<TAnalysisResult> &results,
+                             const TFileList &files)
+{
+    auto file = files.begin() + first;
+    for (TAnalysisResult &result : results) {
+        TFileObject &entry = **file++;
+        entry.setErrLog(std::move(result.errors));
+        entry.setTargetName(result.targetName.string());
+        entry.setAttributedTargetName(std::move(result.targetName));
+        entry.setAttributedTargetExtension(result.targetExtension);
+    }
+    if (m_analysisVersion == m_listVersion)
+        Q_EMIT filesChanged(first, first + static_cast<qsizetype>(results.size()) - 1);
+}
+
+void TDocument::applyForecasts(qsizetype first, std::vector<ForecastStepper::Forecast> &forecasts,
+                               const TFileList &files)
+{
+    if (first == 0) {
+        m_forecasts.clear();
+        m_forecasts.reserve(static_cast<qsizetype>(files.size()));
+    }
+    auto file = files.begin() + first;
+    for (ForecastStepper::Forecast &forecast : forecasts)
+        m_forecasts.insert((file++)->get(), std::move(forecast));
+    if (m_analysisVersion == m_listVersion)
+        Q_EMIT filesChanged(first, first + static_cast<qsizetype>(forecasts.size()) - 1);
+}
+
+const ForecastStepper::Forecast *TDocument::forecastFor(const TFileObject &file) const
+{
+    const auto found = m_forecasts.constFind(&file);
+    return found == m_forecasts.cend() ? nullptr : &*found;
+}
+
+void TDocument::cancelAnalysis()
+{
+    m_analysis.cancel();
+    m_renameWanted = false;
+    tell(&TDocumentHost::hideProgress);
+}
+
+void TDocument::fullRunWithUpdate(bool update)
+{
+    cancelAnalysis();
+    m_errorLog.emplace();
+    analysisRun().fullRun(m_sourceObjectArray, *m_errorLog);
+    tell(&TDocumentHost::setRenameBadge,
+         static_cast<qint64>(numberOfErrorsWithType(TErrorTypes::kCritical, *m_errorLog)));
+    if (update)
+        redisplay();
+    Q_EMIT errorLogChanged();
+    m_analysis.startForecast(analysisInput());
+}
+
+void TDocument::partialRunFor(const TFileList &files, bool update)
+{
+    analysisRun().partialRunFor(files);
+    if (update)
+        redisplay();
+}
+
+void TDocument::testRun()
+{
+    fullRunWithUpdate(true);
+    showTestRunLog();
+}
+
+void TDocument::showTestRunLog()
+{
+    const TErrorLog log = m_errorLog.value_or(TErrorLog());
+    setReadyToGo(m_errorLog && numberOfErrorsWithType(TErrorTypes::kCritical, log) == 0);
+    tell(&TDocumentHost::showErrorLog, log);
+}
+
+qsizetype TDocument::numberOfErrorsWithType(int errClass, const TErrorLog &log)
+{
+    return log.numberOfErrorsWithType(errClass);
+}
