@@ -48,6 +48,15 @@ TFolderAccess TFolderAccess::folderWithURL(const TFileURL &url, bool fromDrag)
     return folder;
 }
 
+TFolderAccess TFolderAccess::folderWithBookmark(const QByteArray &bookmark, bool haveAccess)
+{
+    TFolderAccess folder;
+    folder.m_theBookmark = bookmark;
+    folder.handleSandboxedURL();
+    folder.m_haveAccess = haveAccess;
+    return folder;
+}
+
 void TFolderAccess::grant()
 {
     m_haveAccess = true;
@@ -109,11 +118,17 @@ bool TFolderAccessList::URLexists(const TFileURL &url) const
 
 void TFolderAccessList::addFolder(const TFileURL &url, bool fromDrag)
 {
-    if (URLexists(url))
+    if (!URLexists(url)) // asked before the record is made, since making one may grant access
+        append(TFolderAccess::folderWithURL(url, fromDrag));
+}
+
+void TFolderAccessList::append(const TFolderAccess &folder)
+{
+    if (URLexists(folder.theURL()))
         return;
-    m_folders.push_back(TFolderAccess::folderWithURL(url, fromDrag));
-    m_paths.insert(url.path());
-    if (const auto identity = identityOf(url))
+    m_folders.push_back(folder);
+    m_paths.insert(folder.theURL().path());
+    if (const auto identity = identityOf(folder.theURL()))
         m_identities.insert(*identity);
 }
 

@@ -21,6 +21,8 @@ public:
     /// Outside a sandbox every folder has access; inside, a dragged one is granted at once and any
     /// other has to be asked for.
     static TFolderAccess folderWithURL(const TFileURL &url, bool fromDrag);
+    /// A grant that was saved; found again from its bookmark.
+    static TFolderAccess folderWithBookmark(const QByteArray &bookmark, bool haveAccess);
     /// The user chose a folder. Another one than the wanted changes nothing and is logged.
     void gotAuthorized(const TFileURL &chosen);
     /// After decoding: finds the folder again from its bookmark.
@@ -53,6 +55,8 @@ public:
     /// True when some record's folder is the same item on disk, or has the same path.
     bool URLexists(const TFileURL &url) const;
     void addFolder(const TFileURL &url, bool fromDrag);
+    /// Adds a record as it is, unless its folder is already listed.
+    void append(const TFolderAccess &folder);
     void addFolders(const QList<TFileURL> &urls, bool fromDrag);
     void addParentFolderIfNeededForURL(const TFileURL &url);
     qsizetype numberOfNonAccess() const;

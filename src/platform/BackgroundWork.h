@@ -27,6 +27,13 @@ public:
     BackgroundWork(const BackgroundWork &) = delete;
     BackgroundWork &operator=(const BackgroundWork &) = delete;
 
+    /// Gives up what was begun so far, as destruction does; later work runs as usual.
+    void cancel()
+    {
+        *m_stopped = true;
+        m_stopped = std::make_shared<StopFlag>(false);
+    }
+
     /// Sends something to the owner from within its work.
     using Post = std::function<void(MainThread::Work)>;
 
@@ -53,5 +60,5 @@ public:
 private:
     MainThread &m_mainThread;
     WorkerQueue &m_queue;
-    const std::shared_ptr<StopFlag> m_stopped = std::make_shared<StopFlag>(false);
+    std::shared_ptr<StopFlag> m_stopped = std::make_shared<StopFlag>(false);
 };

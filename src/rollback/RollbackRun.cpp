@@ -55,10 +55,10 @@ bool RollbackRun::exists(const TFileURL &url)
     return url.isValid() && m_mover.exists(*url.folder(), url.lastPathComponent());
 }
 
-void RollbackRun::processLog(const Progress &progress)
+void RollbackRun::processLog(const Progress &progress, const std::atomic<bool> *abort)
 {
     const auto total = static_cast<qsizetype>(m_transactions.size());
-    for (qsizetype number = 1; number <= total; ++number) {
+    for (qsizetype number = 1; number <= total && (abort == nullptr || !*abort); ++number) {
         processRecord(static_cast<std::size_t>(number - 1));
         report(progress, number, total);
     }

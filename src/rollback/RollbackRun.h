@@ -29,8 +29,9 @@ public:
     RollbackRun(FileManager &fileManager, std::vector<TRenameTRX> transactions);
 
     const std::vector<TRenameTRX> &transactions() const { return m_transactions; }
-    /// First pass: statuses and problems of every record.
-    void processLog(const Progress &progress);
+    /// First pass: statuses and problems of every record, or of those before the abort flag, when
+    /// given, was set.
+    void processLog(const Progress &progress, const std::atomic<bool> *abort = nullptr);
     /// Second pass, in log order, or from the last record to the first. restored, when given, is
     /// called with the index and the location of each file moved back. Records that the abort flag
     /// kept from their turn stay as the first pass left them.
