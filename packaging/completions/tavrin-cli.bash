@@ -26,7 +26,7 @@ _tavrin_cli() {
     fi
     COMPREPLY=()
 
-    local verbs="preview rename rollback logs recover table presets rules archive"
+    local verbs="preview rename rollback logs recover tags table presets rules archive"
     local recipe="--rule --preset --recipe --extension --compliance --leading-period
         --duplicates-critical --keep-unchanged"
     local files="--files-from --null --sort"
@@ -79,6 +79,7 @@ _tavrin_cli() {
     preview) options="$recipe $files $output $common" ;;
     rename) options="$recipe $files --yes --no-undo $output $common" ;;
     rollback) options="--last --check --reverse --yes $output $common" ;;
+    tags) options="$output $common" ;;
     presets)
         if ((cword == 2)); then
             mapfile -t COMPREPLY < <(compgen -W "list show save delete export import" -- "$cur")

@@ -5,10 +5,10 @@ function __tavrin_cli_presets
     tavrin-cli presets list 2>/dev/null | string replace -r '  \(shipped\)$' ''
 end
 
-set -l verbs preview rename rollback logs recover table presets rules archive
+set -l verbs preview rename rollback logs recover tags table presets rules archive
 set -l batch preview rename
 set -l recipes preview rename presets
-set -l long preview rename rollback
+set -l long preview rename rollback tags
 set -l runs rename rollback
 
 complete -c tavrin-cli -n __fish_use_subcommand -l version -d 'Show the version'
@@ -17,6 +17,7 @@ complete -c tavrin-cli -f -n __fish_use_subcommand -a rename -d 'Rename files'
 complete -c tavrin-cli -f -n __fish_use_subcommand -a rollback -d 'Undo a past run'
 complete -c tavrin-cli -f -n __fish_use_subcommand -a logs -d 'List the rollback logs'
 complete -c tavrin-cli -f -n __fish_use_subcommand -a recover -d 'Make rollback logs of interrupted runs'
+complete -c tavrin-cli -f -n __fish_use_subcommand -a tags -d 'Show the metadata that the rules see'
 complete -c tavrin-cli -f -n __fish_use_subcommand -a table -d 'Show the rows of a CSV file'
 complete -c tavrin-cli -f -n __fish_use_subcommand -a presets -d 'List, show, save, delete, export, import'
 complete -c tavrin-cli -f -n __fish_use_subcommand -a rules -d 'List the kinds of rules'

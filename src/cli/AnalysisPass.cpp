@@ -22,12 +22,3 @@ TAnalysisResult AnalysisPass::step()
     m_criticals += m_log.numberOfErrorsWithType(TErrorTypes::kCritical);
     return result;
 }
-
-std::unique_ptr<TMetadataSource> makeMetadataSource(const CliEnvironment &environment,
-                                                    const Recipe &recipe,
-                                                    std::span<const TFileItem> files)
-{
-    if (!environment.makeMetadataSource || !recipe.readsMetadata())
-        return nullptr;
-    return environment.makeMetadataSource(files);
-}

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "cli/CliEnvironment.h"
 #include "cli/Recipe.h"
 #include "document/AnalysisStepper.h"
+#include "document/TMetadataSource.h"
+
+#include <memory>
+#include <span>
 
 /// One analysis of a batch, file by file, with rules of its own. Keeps counts, never results.
 class AnalysisPass
@@ -39,8 +42,3 @@ private:
     qsizetype m_warnings = 0;
     qsizetype m_criticals = 0;
 };
-
-/// A source for one pass over the files; null when the recipe takes no metadata from them.
-std::unique_ptr<TMetadataSource> makeMetadataSource(const CliEnvironment &environment,
-                                                    const Recipe &recipe,
-                                                    std::span<const TFileItem> files);

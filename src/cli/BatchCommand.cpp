@@ -51,7 +51,7 @@ AnalysisPass BatchCommand::analysis(bool colourCode)
 
 std::unique_ptr<TMetadataSource> BatchCommand::metadataSource()
 {
-    return makeMetadataSource(environment(), m_recipe, m_files.files());
+    return m_files.metadataSource(m_recipe.metadataKinds());
 }
 
 std::optional<PreviewOutcome> BatchCommand::preview(BatchReport &report)
@@ -65,6 +65,8 @@ std::optional<PreviewOutcome> BatchCommand::preview(BatchReport &report)
         forecast.announce(item);
     while (!pass.atEnd() && !interrupted() && environment().out.error() == 0) {
         const TAnalysisResult result = pass.step();
+        if (interrupted()) // which ends the wait for metadata, so the result may lack it
+            return {};
         report.batchProblems(pass.lastProblems(), result.errors);
         report.previewed(pass.lastFile(), result,
                          forecast.step(pass.lastFile(), pass.lastMetadata()));

@@ -88,6 +88,7 @@ OptionGroup BatchFiles::options()
 BatchFiles::BatchFiles(CliEnvironment &environment, Console &console)
     : m_environment(environment)
     , m_console(console)
+    , m_metadata(environment)
 {
 }
 
@@ -183,13 +184,15 @@ bool BatchFiles::sort(const Recipe &recipe)
     } else if (!rowsFromAnalysis(rows, recipe)) {
         return false;
     }
-    m_files = reordered(std::move(m_files), BatchSorting::sortedOrder(rows, *m_order));
+    const std::vector<qsizetype> order = BatchSorting::sortedOrder(rows, *m_order);
+    m_files = reordered(std::move(m_files), order);
+    m_metadata.reorder(order);
     return true;
 }
 
 bool BatchFiles::rowsFromAnalysis(std::vector<BatchSorting::Row> &rows, const Recipe &recipe)
 {
-    AnalysisPass pass(recipe, m_files, makeMetadataSource(m_environment, recipe, m_files), false);
+    AnalysisPass pass(recipe, m_files, metadataSource(recipe.metadataKinds()), false);
     while (!pass.atEnd()) {
         if (interrupted())
             return false;
@@ -198,4 +201,11 @@ bool BatchFiles::rowsFromAnalysis(std::vector<BatchSorting::Row> &rows, const Re
         m_console.progress().show("Sorting"_L1, pass.done(), pass.total());
     }
     return true;
+}
+
+std::unique_ptr<TMetadataSource> BatchFiles::metadataSource(MetadataGatherer::Kinds kinds)
+{
+    if (!m_metadata.isStarted())
+        m_metadata.start(m_files, kinds, m_console.isVerbose());
+    return m_metadata.source();
 }

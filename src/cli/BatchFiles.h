@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "cli/BatchMetadata.h"
 #include "cli/CliEnvironment.h"
 #include "cli/Console.h"
 #include "cli/Recipe.h"
@@ -26,6 +27,10 @@ public:
     /// Brings the files into the order asked for. False when it was interrupted.
     bool sort(const Recipe &recipe);
 
+    /// The metadata of the files for one pass over them; null when no kinds are wanted, which must
+    /// be the same each time.
+    std::unique_ptr<TMetadataSource> metadataSource(MetadataGatherer::Kinds kinds);
+
     /// True when --files-from takes standard input away from questions.
     bool readsInput() const { return m_listFile == QStringView(u"-"); }
     const std::vector<TFileItem> &files() const { return m_files; }
@@ -42,6 +47,7 @@ private:
     CliEnvironment &m_environment;
     Console &m_console;
     std::vector<TFileItem> m_files;
+    BatchMetadata m_metadata; ///< after the files, which it reads
     std::optional<BatchSorting::Order> m_order;
     QString m_listFile; ///< null: none
     char m_separator = '\n';

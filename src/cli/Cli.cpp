@@ -12,6 +12,7 @@
 #include "cli/RulesCommand.h"
 #include "cli/SettingValue.h"
 #include "cli/TableCommand.h"
+#include "cli/TagsCommand.h"
 
 using namespace Qt::StringLiterals;
 
@@ -61,6 +62,7 @@ std::vector<std::unique_ptr<Command>> commands(CliEnvironment &environment)
     all.push_back(std::make_unique<RollbackCommand>(environment));
     all.push_back(std::make_unique<LogsCommand>(environment));
     all.push_back(std::make_unique<RecoverCommand>(environment));
+    all.push_back(std::make_unique<TagsCommand>(environment));
     all.push_back(std::make_unique<TableCommand>(environment));
     all.push_back(std::make_unique<PresetsCommand>(environment));
     all.push_back(std::make_unique<RulesCommand>(environment));

@@ -3,24 +3,16 @@
 
 #include "cli/ByteOutput.h"
 #include "cli/Terminal.h"
-#include "commonprocs/TFileItem.h"
-#include "document/TMetadataSource.h"
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
 
 #include <atomic>
 #include <functional>
-#include <memory>
-#include <span>
 
 /// The doors of the command line to the world, none of them owned, so that tests run verbs in
 /// process with streams, terminal, disk and clock of their own.
 struct CliEnvironment
 {
-    /// A source for one pass over the files, which must outlive it.
-    using MakeMetadataSource =
-        std::function<std::unique_ptr<TMetadataSource>(std::span<const TFileItem>)>;
-
     ByteOutput &out;
     ByteOutput &err;
     int input; ///< descriptor from which "--files-from -" reads
@@ -32,6 +24,6 @@ struct CliEnvironment
     bool errIsTerminal = false;
     /// Called once by verbs that stop between two files when interrupted is set; may be empty.
     std::function<void()> takeOverSignals = {};
-    /// Empty: files have no metadata, as if it had not been read.
-    MakeMetadataSource makeMetadataSource = {};
+    /// Path of the program that reads metadata; empty: the one that came with this program.
+    QString metadataHelper = {};
 };

@@ -3,9 +3,9 @@
 
 #include "document/NameGeneration.h"
 #include "document/TRuleKinds.h"
+#include "metadata/TAudioRule.h"
 #include "metadata/TCSVAggregator.h"
-
-#include <algorithm>
+#include "metadata/TImageTagRule.h"
 
 using namespace Qt::StringLiterals;
 
@@ -28,12 +28,16 @@ TRuleList Recipe::freshRules() const
     return copy;
 }
 
-bool Recipe::readsMetadata() const
+MetadataGatherer::Kinds Recipe::metadataKinds() const
 {
-    return std::any_of(rules.begin(), rules.end(), [](const TRulePtr &rule) {
-        const RuleKindInfo *kind = RuleSettings::kind(TRuleKinds::identifierForRule(*rule));
-        return kind != nullptr && kind->readsMetadata;
-    });
+    MetadataGatherer::Kinds kinds;
+    for (const TRulePtr &rule : rules) {
+        if (dynamic_cast<const TImageTagRule *>(rule.get()) != nullptr)
+            kinds |= MetadataGatherer::ImageProperties;
+        if (dynamic_cast<const TAudioRule *>(rule.get()) != nullptr)
+            kinds |= MetadataGatherer::Media;
+    }
+    return kinds;
 }
 
 TResult<TRulePtr> makeRule(const WrittenRule &written)

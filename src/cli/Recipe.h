@@ -4,6 +4,7 @@
 #include "cli/RuleWords.h"
 #include "document/TOptions.h"
 #include "extensions/TExtensionHandler.h"
+#include "metadata/MetadataGatherer.h"
 #include "rules/TRuleModel.h"
 
 #include <memory>
@@ -20,8 +21,8 @@ struct Recipe
 
     /// A copy of the rules for one pass over the batch, prepared.
     TRuleList freshRules() const;
-    /// True when some rule takes metadata from the files.
-    bool readsMetadata() const;
+    /// What metadata the rules take from the files.
+    MetadataGatherer::Kinds metadataKinds() const;
 };
 
 /// A rule as its kind and the settings say; reads the rule's CSV file, if it has one.

@@ -32,7 +32,6 @@ struct RuleKindInfo
     QLatin1StringView meaning;
     std::span<const SettingInfo> own;
     std::span<const SettingInfo> inherited; ///< the padding, limit and date settings, or nothing
-    bool readsMetadata = false;             ///< needs the image or media metadata of the files
 
     const SettingInfo *setting(const QString &key) const;
     std::vector<SettingInfo> settings() const;

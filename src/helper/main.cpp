@@ -1,5 +1,49 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-int main()
+#include "helper/HelperLimits.h"
+#include "helper/RequestServer.h"
+
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+#include <sys/socket.h>
+
+namespace {
+
+constexpr char kUsage[] =
+    "tavrin-metadata reads the metadata of files for Tavrin, which starts it when it is needed.\n"
+    "It cannot be run by hand; see: tavrin-cli tags --help\n";
+constexpr int kUsageError = 2;
+constexpr int kMaxNiceness = 19;
+
+std::optional<int> number(const char *text, int max)
 {
-    return 2;
+    int value = 0;
+    const char *end = text + std::strlen(text);
+    const auto [rest, error] = std::from_chars(text, end, value);
+    if (error != std::errc() || rest != end || value < 0 || value > max)
+        return {};
+    return value;
+}
+
+bool isSocket(int descriptor)
+{
+    int type = 0;
+    socklen_t size = sizeof type;
+    return ::getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_STREAM;
+}
+
+} // namespace
+
+/// tavrin-metadata SOCKET NICENESS: serves the stream socket of that number until it is closed.
+int main(int argc, char **argv)
+{
+    const auto socket = argc == 3 ? number(argv[1], 1024) : std::nullopt;
+    const auto niceness = argc == 3 ? number(argv[2], kMaxNiceness) : std::nullopt;
+    if (!socket || !niceness || !isSocket(*socket)) {
+        std::fputs(kUsage, stderr);
+        return kUsageError;
+    }
+    limitHelper(*socket, *niceness);
+    return RequestServer(*socket).serve() ? 0 : 1;
 }
