@@ -80,9 +80,9 @@ std::optional<RenameGuard::Answer> RenameCommand::analyse(BatchReport &report)
 {
     AnalysisPass pass = analysis(false);
     while (!pass.atEnd()) {
+        const TAnalysisResult result = pass.step();
         if (interrupted())
             return {};
-        const TAnalysisResult result = pass.step();
         report.batchProblems(pass.lastProblems(), result.errors);
         console().progress().show("Analysing"_L1, pass.done(), pass.total());
     }
@@ -138,9 +138,15 @@ int RenameCommand::rename(const CommandLine &line, const RenameGuard::Answer &an
                           BatchReport &report)
 {
     const QString logsFolder = LogsFolder::made();
+    const std::unique_ptr<TMetadataSource> source = metadataSource();
+    RenameOutcome outcome;
     TRenameRun run(environment().fileManager, environment().clock, files().files(),
                    {recipe().freshRules(), recipe().extensionHandler->copyForRun(),
-                    recipe().options, logsFolder, true});
+                    recipe().options, logsFolder, line.has(kYes)});
+    run.setMetadataSource(source.get());
+    if (console().isJson())
+        run.setTextLog(
+            [&outcome](const QString &text) { appendJsonCharacters(outcome.textLog, text); });
     QString question = answer.title + u'\n' + answer.text;
     if (const TResult<bool> prepared = prepare(run, logsFolder); !prepared) {
         if (!line.has(kNoUndo))
@@ -152,7 +158,6 @@ int RenameCommand::rename(const CommandLine &line, const RenameGuard::Answer &an
     }
     if (const auto status = confirm(line, question))
         return *status;
-    RenameOutcome outcome;
     outcome.missing = files().missing();
     move(run, report, outcome);
     report.finish(outcome);
@@ -161,11 +166,6 @@ int RenameCommand::rename(const CommandLine &line, const RenameGuard::Answer &an
 
 void RenameCommand::move(TRenameRun &run, BatchReport &report, RenameOutcome &outcome)
 {
-    const std::unique_ptr<TMetadataSource> source = metadataSource();
-    run.setMetadataSource(source.get());
-    if (console().isJson())
-        run.setTextLog(
-            [&outcome](const QString &text) { appendJsonCharacters(outcome.textLog, text); });
     // The run reports what it did; what the names looked like in the analysis is worked out beside
     // it, file by file, instead of being kept.
     std::optional<AnalysisPass> targets;

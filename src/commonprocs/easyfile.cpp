@@ -7,6 +7,7 @@
 #include <QRandomGenerator>
 
 #include <cerrno>
+#include <climits>
 #include <fcntl.h>
 
 using namespace Qt::StringLiterals;
@@ -34,6 +35,12 @@ bool lacksNoReplace(int error)
 bool lacksLinks(int error)
 {
     return lacksNoReplace(error) || error == EPERM || error == EMLINK || error == EXDEV;
+}
+
+bool canBeName(QByteArrayView name)
+{
+    return !name.isEmpty() && name.size() <= NAME_MAX && name != "." && name != ".." &&
+           !name.contains('/') && !name.contains('\0');
 }
 
 QByteArray stopOverName()
@@ -92,13 +99,18 @@ int FileMover::openFolder(const TFolder &folder)
 
 TMoveResult FileMover::move(const TFolder &folder, const QString &from, const QString &to)
 {
-    for (const QString &name : {from, to})
-        if (const QString reason = reasonToRefuseName(name); !reason.isEmpty())
-            return {TMoveResult::Way::Failed, 0, reason};
+    return move(folder, ByteNames::toBytes(from), ByteNames::toBytes(to));
+}
+
+TMoveResult FileMover::move(const TFolder &folder, const QByteArray &from, const QByteArray &to)
+{
+    for (const QByteArray *name : {&from, &to})
+        if (!canBeName(*name))
+            return {TMoveResult::Way::Failed, 0, reasonToRefuseName(ByteNames::fromBytes(*name))};
     const int descriptor = openFolder(folder);
     if (descriptor < 0)
         return failed(-descriptor);
-    const Names names{folder, descriptor, ByteNames::toBytes(from), ByteNames::toBytes(to)};
+    const Names names{folder, descriptor, from, to};
     if (names.from == names.to) {
         TFileStatus ignored;
         const int error = m_fileManager.status(descriptor, names.from, false, ignored);

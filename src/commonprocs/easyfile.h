@@ -49,6 +49,8 @@ public:
 
     /// Refuses names that contain "/" or NUL, are "", "." or "..", or exceed 255 bytes.
     TMoveResult move(const TFolder &folder, const QString &from, const QString &to);
+    /// The same for names as the disk has them.
+    TMoveResult move(const TFolder &folder, const QByteArray &from, const QByteArray &to);
     /// lstat within the folder; a dangling link exists.
     bool exists(const TFolder &folder, const QString &name);
     /// 0 or an errno.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/RenamePipeline.h"
 
+#include "commonprocs/ByteNames.h"
+
 #include <algorithm>
 
 namespace {
@@ -9,8 +11,6 @@ constexpr qsizetype kChunk = 128;
 constexpr qsizetype kChunkAfterFailure = 4;
 constexpr std::size_t kChunksAhead = 16;
 constexpr std::size_t kChunksBehind = 32;
-constexpr QLatin1StringView kRenamedLine{"renamed %@ to %@\n"};
-constexpr QLatin1StringView kFailureLine{"*** FAILURE: renaming %@ to %@\n"};
 
 } // namespace
 
@@ -38,64 +38,56 @@ void RenamePipeline::announceFolders()
     }
 }
 
-RenamePipeline::Planned RenamePipeline::next()
+RenameChunk *RenamePipeline::next()
 {
-    if (m_current.empty()) {
-        std::unique_lock lock(m_mutex);
-        m_moverWakes.wait(lock, [this] { return !m_ahead.empty(); });
-        m_current = std::move(m_ahead.front());
-        m_ahead.pop_front();
-        lock.unlock();
-        m_workerWakes.notify_one();
-    }
-    Planned planned = std::move(m_current.front());
-    m_current.pop_front();
-    ++m_nextToHandOut;
-    return planned;
+    std::unique_lock lock(m_mutex);
+    if (m_nextToHandOut >= static_cast<qsizetype>(m_settings.files.size()))
+        return nullptr;
+    m_moverWakes.wait(lock, [this] { return !m_ahead.empty(); });
+    m_current = std::move(m_ahead.front());
+    m_ahead.pop_front();
+    m_nextToHandOut += static_cast<qsizetype>(m_current->entries.size());
+    return m_current.get();
 }
 
-void RenamePipeline::replan(const std::function<void(MovePlanner &)> &mend)
+void RenamePipeline::replan(std::size_t firstEntry, const std::function<void(MovePlanner &)> &mend)
 {
     const std::scoped_lock lock(m_planning, m_mutex);
-    std::vector<Planned *> ahead;
-    for (Planned &planned : m_current)
-        ahead.push_back(&planned);
-    for (Chunk &chunk : m_ahead)
-        for (Planned &planned : chunk)
-            ahead.push_back(&planned);
-    const auto itemOf = [this](std::size_t place) -> const TFileItem & {
-        return item(m_nextToHandOut + static_cast<qsizetype>(place));
+    struct Place
+    {
+        RenameEntry *entry;
+        const TFileItem *item;
     };
-    for (std::size_t i = ahead.size(); i > 0; --i)
-        m_planner.takeBack(itemOf(i - 1), ahead[i - 1]->plan);
+    std::vector<Place> ahead;
+    const auto add = [&](RenameChunk &chunk, std::size_t first) {
+        for (std::size_t i = first; i < chunk.entries.size(); ++i)
+            ahead.push_back({&chunk.entries[i], &item(chunk.indexOf(i))});
+    };
+    add(*m_current, firstEntry);
+    for (const Chunk &chunk : m_ahead)
+        add(*chunk, 0);
+    for (auto place = ahead.rbegin(); place != ahead.rend(); ++place)
+        m_planner.takeBack(*place->item, place->entry->plan);
     mend(m_planner);
-    for (std::size_t i = 0; i < ahead.size(); ++i)
-        ahead[i]->plan = m_planner.plan(itemOf(i), ahead[i]->name, m_settings.run->options);
+    for (const Place &place : ahead)
+        place.entry->setPlan(
+            m_planner.plan(*place.item, place.entry->name, m_settings.run->options));
     // Where one move failed more may fail: little is decided ahead until they succeed again.
     m_chunkSize = kChunkAfterFailure;
 }
 
-void RenamePipeline::hand(Done done)
-{
-    m_outgoing.push_back(std::move(done));
-    if (static_cast<qsizetype>(m_outgoing.size()) >= kChunk)
-        handChunk();
-}
-
-void RenamePipeline::handChunk()
+void RenamePipeline::hand(RunRecorder &recorder)
 {
     {
         const std::lock_guard lock(m_mutex);
-        m_done.push_back(std::move(m_outgoing));
+        m_recorder = &recorder;
+        m_done.push_back(std::move(m_current));
     }
     m_workerWakes.notify_one();
-    m_outgoing = {};
-    m_outgoing.reserve(kChunk);
 }
 
 void RenamePipeline::finish()
 {
-    handChunk();
     m_thread.request_stop();
     m_thread.join();
 }
@@ -123,11 +115,11 @@ void RenamePipeline::work(const std::stop_token &stop)
             makeChunk(count);
             lock.lock();
         } else if (!m_done.empty()) {
-            const std::vector<Done> chunk = std::move(m_done.front());
+            const Chunk chunk = std::move(m_done.front());
             m_done.pop_front();
             lock.unlock();
-            for (const Done &done : chunk)
-                write(done);
+            for (std::size_t i = 0; i < chunk->moved; ++i)
+                m_recorder->record(chunk->indexOf(i), chunk->entries[i]);
             lock.lock();
         } else if (stop.stop_requested()) {
             return;
@@ -141,14 +133,19 @@ void RenamePipeline::makeChunk(qsizetype count)
     const qsizetype first = m_nextToEvaluate;
     const auto total = static_cast<qsizetype>(m_settings.files.size());
     const qsizetype end = std::min(first + count, total);
-    Chunk chunk;
-    for (qsizetype i = first; i < end; ++i)
-        chunk.push_back({evaluate(i), {}});
+    auto chunk = std::make_unique<RenameChunk>();
+    chunk->first = first;
+    chunk->entries.resize(static_cast<std::size_t>(end - first));
+    for (qsizetype i = first; i < end; ++i) {
+        RenameEntry &entry = chunk->entries[static_cast<std::size_t>(i - first)];
+        entry.name = evaluate(i);
+        entry.from = ByteNames::toBytes(item(i).url.lastPathComponent());
+    }
 
     const std::lock_guard planning(m_planning);
     for (qsizetype i = first; i < end; ++i) {
-        Planned &planned = chunk[static_cast<std::size_t>(i - first)];
-        planned.plan = m_planner.plan(item(i), planned.name, m_settings.run->options);
+        RenameEntry &entry = chunk->entries[static_cast<std::size_t>(i - first)];
+        entry.setPlan(m_planner.plan(item(i), entry.name, m_settings.run->options));
     }
     const std::lock_guard lock(m_mutex);
     m_ahead.push_back(std::move(chunk));
@@ -166,30 +163,4 @@ TEvaluatedName RenamePipeline::evaluate(qsizetype index)
     return TRenameOperation::evaluate(&m_settings.run->rules, *m_settings.run->extensionHandler,
                                       m_file, index, static_cast<qint64>(m_settings.files.size()),
                                       m_settings.run->options);
-}
-
-void RenamePipeline::write(const Done &done)
-{
-    const TRenameReport &report = done.report;
-    const TFileItem &file = item(report.index);
-    const TFileURL target(file.url.folder(), report.finalName);
-    if (m_settings.textLog) {
-        QString text = done.textLog;
-        if (!done.aborted && !report.unchanged)
-            text += formatted(report.success ? kRenamedLine : kFailureLine,
-                              {file.url.path(), target.path()});
-        if (report.critical)
-            text += report.failure + QStringLiteral("\n\n");
-        m_settings.textLog(text);
-    }
-    if (!m_settings.rollbackLog || done.aborted || report.unchanged)
-        return;
-    TRenameTRX transaction = TRenameTRX::TRXWithSource(file.url);
-    if (done.planned) {
-        transaction.renamedURL = target;
-        transaction.insured = true;
-    }
-    transaction.renameComplete = report.success;
-    transaction.errorLog = report.errors;
-    m_settings.rollbackLog->append(transaction);
 }

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kIntentGroup = 64;
+constexpr std::size_t kIntentGroup = 64;
 constexpr QLatin1StringView kStartedLine{"Job started at %@, scheduling %ld renames.\n\n"};
 constexpr QLatin1StringView kFinishedLine{"\n\nJob finished at %@"};
 
@@ -30,28 +30,20 @@ public:
     {
     }
 
+    void startPipeline();
     TResult<bool> makeJournal();
     TRenameSummary run(const Report &report, const std::atomic<bool> &abort);
 
 private:
-    /// A file whose target is decided but which has not moved.
-    struct Pending
-    {
-        qsizetype index;
-        TEvaluatedName name;
-        MovePlanner::Plan plan;
-    };
-
     const TFileItem &item(qsizetype index) const
     {
         return m_run.m_files[static_cast<std::size_t>(index)];
     }
-    qsizetype groupSize(qsizetype index) const;
-    bool announceIntents(std::span<const Pending> group);
-    void takeGroup(qsizetype first, qsizetype count, std::vector<Pending> &group);
-    void execute(Pending &pending);
-    TMoveResult moveOne(Pending &pending);
-    void conclude(Pending &pending, const TMoveResult &result);
+    bool needsIntent(qsizetype index) const { return m_journal && m_journal->needsIntent(index); }
+    void moveChunk(RenameChunk &chunk, const std::atomic<bool> &abort);
+    std::size_t endOfGroup(const RenameChunk &chunk, std::size_t start) const;
+    bool announceIntents(const RenameChunk &chunk, std::size_t start, std::size_t end);
+    TMoveResult moveEntry(RenameChunk &chunk, std::size_t at, std::size_t endOfGroup);
     void closeLogs();
 
     TRenameRun &m_run;
@@ -59,7 +51,7 @@ private:
     std::unique_ptr<RunJournal> m_journal;
     std::unique_ptr<RollbackLogWriter> m_rollbackLog;
     std::unique_ptr<RenamePipeline> m_pipeline;
-    const Report *m_report = nullptr;
+    bool m_interrupted = false;
     TRenameSummary m_summary;
 };
 
@@ -77,6 +69,8 @@ TRenameRun::~TRenameRun() = default;
 
 TResult<bool> TRenameRun::prepare()
 {
+    if (m_settings.confirmed)
+        m_private->startPipeline();
     if (m_settings.logsFolder.isEmpty())
         return true;
     return m_private->makeJournal();
@@ -105,34 +99,32 @@ TResult<bool> TRenameRun::Private::makeJournal()
     return true;
 }
 
+void TRenameRun::Private::startPipeline()
+{
+    m_pipeline = std::make_unique<RenamePipeline>(
+        m_run.m_fileManager,
+        RenamePipeline::Settings{m_run.m_files, &m_run.m_settings, m_run.m_metadata});
+}
+
 TRenameSummary TRenameRun::Private::run(const Report &report, const std::atomic<bool> &abort)
 {
     const auto total = static_cast<qsizetype>(m_run.m_files.size());
-    m_report = &report;
     if (m_run.m_textLog)
         m_run.m_textLog(formatted(kStartedLine, {TimeUtils::systemDateAndTime(m_run.m_clock.now()),
                                                  QString::number(total)}));
-    m_pipeline = std::make_unique<RenamePipeline>(
-        m_run.m_fileManager,
-        RenamePipeline::Settings{m_run.m_files, &m_run.m_settings, m_run.m_metadata,
-                                 m_rollbackLog.get(), m_run.m_textLog});
-
-    std::vector<Pending> group;
-    m_summary.interrupted = abort.load() && total > 0;
-    for (qsizetype i = 0; i < total && !m_summary.interrupted;) {
-        const qsizetype count = groupSize(i);
-        takeGroup(i, count, group);
-        i += count;
-        m_summary.interrupted = !announceIntents(group);
-        for (Pending &pending : group) {
-            if (m_summary.interrupted)
-                break;
-            m_summary.interrupted = abort.load();
-            if (!m_summary.interrupted)
-                execute(pending);
-        }
+    if (!m_pipeline)
+        startPipeline();
+    RunRecorder recorder({m_run.m_files, &report, &m_run.m_textLog, m_rollbackLog.get()});
+    m_interrupted = abort.load() && total > 0;
+    for (RenameChunk *chunk = nullptr; !m_interrupted && (chunk = m_pipeline->next()) != nullptr;) {
+        moveChunk(*chunk, abort);
+        m_pipeline->hand(recorder);
     }
     m_pipeline->finish();
+    TRenameSummary summary = recorder.summary();
+    summary.interrupted = m_interrupted;
+    summary.problem = m_summary.problem;
+    m_summary = std::move(summary);
     closeLogs();
     if (m_run.m_textLog)
         m_run.m_textLog(
@@ -140,29 +132,44 @@ TRenameSummary TRenameRun::Private::run(const Report &report, const std::atomic<
     return m_summary;
 }
 
-qsizetype TRenameRun::Private::groupSize(qsizetype index) const
+void TRenameRun::Private::moveChunk(RenameChunk &chunk, const std::atomic<bool> &abort)
 {
-    if (!m_journal || !m_journal->needsIntent(index))
-        return 1;
-    return std::min(kIntentGroup, static_cast<qsizetype>(m_run.m_files.size()) - index);
-}
-
-void TRenameRun::Private::takeGroup(qsizetype first, qsizetype count, std::vector<Pending> &group)
-{
-    group.clear();
-    for (qsizetype i = first; i < first + count; ++i) {
-        RenamePipeline::Planned planned = m_pipeline->next();
-        group.push_back({i, std::move(planned.name), std::move(planned.plan)});
+    std::size_t announced = 0;
+    for (std::size_t i = 0; i < chunk.entries.size(); ++i) {
+        if (i >= announced) {
+            announced = endOfGroup(chunk, i);
+            m_interrupted = !announceIntents(chunk, i, announced);
+        }
+        m_interrupted = m_interrupted || abort.load();
+        if (m_interrupted)
+            return;
+        RenameEntry &entry = chunk.entries[i];
+        entry.result = moveEntry(chunk, i, announced);
+        if (entry.result.ok() && entry.plan.moves() && m_journal)
+            m_journal->recordMove(chunk.indexOf(i), entry.to);
+        chunk.moved = i + 1;
+        if (m_interrupted)
+            return;
     }
 }
 
-bool TRenameRun::Private::announceIntents(std::span<const Pending> group)
+/// Files that must be announced go in groups, whose targets then stay as they are.
+std::size_t TRenameRun::Private::endOfGroup(const RenameChunk &chunk, std::size_t start) const
+{
+    if (!needsIntent(chunk.indexOf(start)))
+        return start + 1;
+    return std::min(start + kIntentGroup, chunk.entries.size());
+}
+
+bool TRenameRun::Private::announceIntents(const RenameChunk &chunk, std::size_t start,
+                                          std::size_t end)
 {
     bool any = false;
-    for (const Pending &pending : group) {
-        if (!m_journal || !m_journal->needsIntent(pending.index) || !pending.plan.moves())
+    for (std::size_t i = start; i < end; ++i) {
+        const RenameEntry &entry = chunk.entries[i];
+        if (!needsIntent(chunk.indexOf(i)) || !entry.plan.moves())
             continue;
-        m_journal->addIntent(pending.index, pending.plan.finalName);
+        m_journal->addIntent(chunk.indexOf(i), entry.to);
         any = true;
     }
     if (!any || m_journal->syncIntents())
@@ -171,76 +178,35 @@ bool TRenameRun::Private::announceIntents(std::span<const Pending> group)
     return false;
 }
 
-TMoveResult TRenameRun::Private::moveOne(Pending &pending)
+TMoveResult TRenameRun::Private::moveEntry(RenameChunk &chunk, std::size_t at,
+                                           std::size_t endOfGroup)
 {
-    const TFileItem &file = item(pending.index);
+    RenameEntry &entry = chunk.entries[at];
+    const TFileItem &file = item(chunk.indexOf(at));
     while (true) {
-        if (!pending.plan.refusal.isEmpty())
-            return {TMoveResult::Way::Failed, 0, pending.plan.refusal};
-        TMoveResult result =
-            m_mover.move(*file.url.folder(), file.url.lastPathComponent(), pending.plan.finalName);
+        if (!entry.plan.refusal.isEmpty())
+            return {TMoveResult::Way::Failed, 0, entry.plan.refusal};
+        if (!entry.plan.moves())
+            return {TMoveResult::Way::Itself, 0, {}};
+        TMoveResult result = m_mover.move(*file.url.folder(), entry.from, entry.to);
         if (result.ok())
             return result;
         // Somebody took the name meanwhile: the next number is tried.
-        const bool again = result.error == EEXIST && !pending.name.extension.isEmpty();
-        m_pipeline->replan([&](MovePlanner &planner) {
-            planner.takeBack(file, pending.plan);
+        const bool again = result.error == EEXIST && !entry.name.extension.isEmpty();
+        m_pipeline->replan(endOfGroup, [&](MovePlanner &planner) {
+            planner.takeBack(file, entry.plan);
             if (again)
-                pending.plan = planner.planAgain(file, pending.name, pending.plan.finalName);
+                entry.setPlan(planner.planAgain(file, entry.name, entry.plan.finalName));
         });
         if (!again)
             return result;
-        if (!announceIntents(std::span(&pending, 1))) {
-            m_pipeline->replan([&](MovePlanner &planner) { planner.takeBack(file, pending.plan); });
-            m_summary.interrupted = true;
+        if (!announceIntents(chunk, at, at + 1)) {
+            m_pipeline->replan(endOfGroup,
+                               [&](MovePlanner &planner) { planner.takeBack(file, entry.plan); });
+            m_interrupted = true;
             return {TMoveResult::Way::Failed, 0, m_summary.problem};
         }
     }
-}
-
-void TRenameRun::Private::execute(Pending &pending)
-{
-    if (pending.name.base.isNull()) {
-        TRenameReport nothing;
-        nothing.index = pending.index;
-        m_pipeline->hand({std::move(nothing), std::move(pending.name.textLog), false, true});
-        return;
-    }
-    if (pending.plan.unchanged) {
-        conclude(pending, {TMoveResult::Way::Itself, 0, QString()});
-        return;
-    }
-    const TMoveResult result = moveOne(pending);
-    if (result.ok() && m_journal)
-        m_journal->recordMove(pending.index, pending.plan.finalName);
-    conclude(pending, result);
-}
-
-void TRenameRun::Private::conclude(Pending &pending, const TMoveResult &result)
-{
-    const bool renamed = !pending.plan.uniqueBase.isNull();
-    if (renamed)
-        TRenameOperation::applyUniqueBase(
-            pending.name, removeExtensionFromFilename(item(pending.index).url.lastPathComponent()),
-            pending.plan.uniqueBase);
-    TRenameReport report;
-    report.index = pending.index;
-    report.finalName = pending.plan.finalName;
-    report.errors = std::move(pending.name.errors);
-    report.failure = result.text;
-    report.unchanged = pending.plan.unchanged;
-    report.success = result.ok() && !report.unchanged;
-    report.warning = pending.name.wasEmpty || renamed;
-    report.critical = !result.ok();
-    m_summary.renamed += report.success ? 1 : 0;
-    m_summary.unchanged += report.unchanged ? 1 : 0;
-    m_summary.failed += report.critical ? 1 : 0;
-    m_summary.criticals += report.critical ? 1 : 0;
-    m_summary.warnings += report.warning ? 1 : 0;
-    if (*m_report)
-        (*m_report)(report);
-    m_pipeline->hand(
-        {std::move(report), std::move(pending.name.textLog), !pending.name.tookTooLong, false});
 }
 
 void TRenameRun::Private::closeLogs()

@@ -38,9 +38,9 @@ struct TRenameSummary
     QString problem;     ///< why the run stopped or has no log; empty otherwise
 };
 
-/// One live run over a batch. Moves happen on the calling thread in list order, names are evaluated
-/// ahead and logs are encoded on a thread of the run's own. Every run leaves a rollback log; a
-/// journal with the whole plan is synced before the first move.
+/// One live run over a batch. Moves happen on the calling thread in list order; names are evaluated
+/// ahead, and reports and logs follow behind, on a thread of the run's own. Every run leaves a
+/// rollback log; a journal with the whole plan is synced before the first move.
 class TRenameRun
 {
 public:
@@ -49,8 +49,8 @@ public:
         TRuleList rules;                                     ///< a prepared copy for this run only
         std::unique_ptr<TExtensionHandler> extensionHandler; ///< copyForRun
         TOptions options;
-        QString logsFolder;         ///< where rollback logs go; empty: no rollback log, no journal
-        bool requireJournal = true; ///< refuse to start when no journal can be made
+        QString logsFolder;     ///< where rollback logs go; empty: no rollback log, no journal
+        bool confirmed = false; ///< nobody will be asked: names are evaluated beside the plan
     };
     /// Lines of the human-readable log, in order; called on the run's own thread but never by two
     /// at once. May be empty.
@@ -69,7 +69,8 @@ public:
     /// the run could not be undone.
     TResult<bool> prepare();
     /// Runs to the end or until abort is set (read before each move). report is called on the
-    /// calling thread after each file, in list order.
+    /// run's own thread for each file, in list order and never by two at once; it may lag behind
+    /// the moves, and the last has come when this returns.
     TRenameSummary run(const Report &report, const std::atomic<bool> &abort);
 
 private:

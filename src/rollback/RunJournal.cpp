@@ -51,7 +51,7 @@ public:
     void putFolder(const QByteArray &path);
     void putFile(quint32 folderOfFile, const QByteArray &nameOfFile, const TFileFacts &facts,
                  bool withIntent);
-    void putEvidence(Record kind, qsizetype index, const QString &newName);
+    void putEvidence(Record kind, qsizetype index, const QByteArray &newName);
     void fail(QLatin1StringView text, int error);
     bool sync(int descriptor);
     bool reserveRoom();
@@ -155,15 +155,14 @@ void RunJournal::Private::putFile(quint32 folderOfFile, const QByteArray &nameOf
     lastModification = facts.modification.nanos;
 }
 
-void RunJournal::Private::putEvidence(Record kind, qsizetype index, const QString &newName)
+void RunJournal::Private::putEvidence(Record kind, qsizetype index, const QByteArray &newName)
 {
     tellsOfMoves = true;
-    const QByteArray bytes = ByteNames::toBytes(newName);
-    if (!isNameInFolder(bytes) || bytes.size() + kNumbers >= JournalFormat::kMaxRecord)
+    if (!isNameInFolder(newName) || newName.size() + kNumbers >= JournalFormat::kMaxRecord)
         return;
-    writer.begin(kind, bytes.size() + kNumbers);
+    writer.begin(kind, newName.size() + kNumbers);
     writer.putSigned(index - lastIndex);
-    writer.putBytes(bytes);
+    writer.putBytes(newName);
     lastIndex = index;
     if (writer.error() != 0)
         fail(kCannotRecord, writer.error());
@@ -280,7 +279,7 @@ bool RunJournal::needsIntent(qsizetype index) const
     return m_private->needsIntent[static_cast<std::size_t>(index)];
 }
 
-void RunJournal::addIntent(qsizetype index, const QString &newName)
+void RunJournal::addIntent(qsizetype index, const QByteArray &newName)
 {
     m_private->putEvidence(Record::Intent, index, newName);
 }
@@ -293,7 +292,7 @@ bool RunJournal::syncIntents()
     return d.writer.error() == 0 && d.sync(d.file.descriptor());
 }
 
-void RunJournal::recordMove(qsizetype index, const QString &newName)
+void RunJournal::recordMove(qsizetype index, const QByteArray &newName)
 {
     m_private->putEvidence(Record::Move, index, newName);
 }

@@ -27,12 +27,12 @@ public:
     /// lasting inodes): their intents must be synced before they move.
     bool needsIntent(qsizetype index) const;
     /// Announces where a file is about to go; grouped by 64. Call syncIntents before moving any.
-    void addIntent(qsizetype index, const QString &newName);
+    void addIntent(qsizetype index, const QByteArray &newName);
     /// False: none of the files announced since the last call may be moved; problem() says why. A
     /// sync that failed once is never tried again.
     [[nodiscard]] bool syncIntents();
     /// After a move; buffered, never synced. A failed write is remembered in problem().
-    void recordMove(qsizetype index, const QString &newName);
+    void recordMove(qsizetype index, const QByteArray &newName);
     /// The rollback log is in place: marks the journal finished and keeps the last 50.
     void finish();
     const QString &problem() const;

@@ -244,7 +244,9 @@ void TestRename::interruptedRunTellsHowToUndo()
 {
     CliFixture cli;
     cli.batch({u"a.txt"_s, u"b.txt"_s, u"c.txt"_s});
-    cli.onOutput = [&cli] { cli.interrupted = true; };
+    FaultyFileManager disk;
+    disk.before(FaultyFileManager::Call::RenameNoReplace, [&cli] { cli.interrupted = true; });
+    cli.fileManager = &disk;
     QCOMPARE(cli.run(renameArguments({u"--jsonl"_s}) + kCounter + QStringList{cli.batchPath()}),
              130);
     // The file in hand was finished, the others were not touched.
@@ -255,7 +257,6 @@ void TestRename::interruptedRunTellsHowToUndo()
     QCOMPARE(cli.jsonLines().size(), 2);
     QCOMPARE(cli.jsonLines().last()[u"rollbackLog"_s].toString(), cli.onlyLog());
     cli.interrupted = false;
-    cli.onOutput = {};
     QCOMPARE(cli.run({u"rollback"_s, u"--last"_s, u"--yes"_s}), 0);
     QCOMPARE(cli.names(), QStringList({u"a.txt"_s, u"b.txt"_s, u"c.txt"_s}));
 }

@@ -240,7 +240,7 @@ void leaveJournal(CliFixture &cli)
     QCOMPARE(::rename(path.toUtf8().constData(),
                       cli.tree.path(u"batch/moved.txt"_s).toUtf8().constData()),
              0);
-    journal.value()->recordMove(0, u"moved.txt"_s);
+    journal.value()->recordMove(0, "moved.txt");
 }
 
 } // namespace

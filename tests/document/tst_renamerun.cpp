@@ -251,7 +251,7 @@ void TestRenameRun::abortKeepsWhatWasDone()
     fixture.makeFiles({u"a.x"_s, u"b.x"_s, u"c.x"_s});
     fixture.expand();
     fixture.rules = {makeRule(u"Counter"_s)};
-    const TRenameSummary summary = fixture.run(1);
+    const TRenameSummary summary = fixture.run("a.x");
     QVERIFY(summary.interrupted);
     QCOMPARE(summary.renamed, 1);
     QCOMPARE(fixture.names(), (QStringList{u"1.x"_s, u"b.x"_s, u"c.x"_s}));

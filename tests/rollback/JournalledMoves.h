@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "commonprocs/ByteNames.h"
 #include "commonprocs/easyfile.h"
 #include "rollback/RunJournal.h"
 #include "support/TemporaryTree.h"
@@ -60,7 +61,7 @@ public:
             if (!m_mover.move(*url.folder(), url.lastPathComponent(), to).ok())
                 return false;
             beforeStep(Step::Record, i);
-            m_journal.recordMove(i, to);
+            m_journal.recordMove(i, ByteNames::toBytes(to));
         }
         beforeStep(Step::Done, total);
         return true;
@@ -72,7 +73,7 @@ private:
         bool any = false;
         for (qsizetype i = first; i < end; ++i)
             if (m_journal.needsIntent(i)) {
-                m_journal.addIntent(i, moves[static_cast<std::size_t>(i)].to);
+                m_journal.addIntent(i, ByteNames::toBytes(moves[static_cast<std::size_t>(i)].to));
                 any = true;
             }
         beforeStep(Step::Intents, first);

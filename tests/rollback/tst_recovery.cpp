@@ -312,7 +312,7 @@ void TestRecovery::withoutBirthTimes()
     const QString path = journal->path();
     const QByteArray plan = bytesOf(path);
     QVERIFY(QFile::rename(f.tree.path(u"f/a"_s), f.tree.path(u"f/x"_s)));
-    journal->recordMove(0, u"x"_s);
+    journal->recordMove(0, "x");
     journal.reset();
     if (!recordsKept)
         overwrite(path, plan);

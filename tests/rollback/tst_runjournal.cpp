@@ -280,7 +280,7 @@ void TestRunJournal::fullDiskDuringTheRun()
     QVERIFY(journal->syncPlan());
     const FileSizeLimit full(static_cast<rlim_t>(QFile(journal->path()).size()));
     for (int i = 0; i < 1000; ++i)
-        journal->recordMove(i, QString(250, u'n'));
+        journal->recordMove(i, QByteArray(250, 'n'));
     QVERIFY2(journal->problem().contains(textForErrno(EFBIG)), qPrintable(journal->problem()));
     QVERIFY(!journal->syncIntents());
 }

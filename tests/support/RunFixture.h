@@ -64,8 +64,8 @@ struct RunFixture
         run->setTextLog([this](const QString &text) { textLog += text; });
         return run;
     }
-    /// Runs to the end, or until the given number of files has been reported.
-    TRenameSummary run(qsizetype stopAfter = -1)
+    /// Runs to the end, or is asked to stop while the file of the given name is in hand.
+    TRenameSummary run(const QByteArray &abortDuring = {})
     {
         reports.clear();
         textLog.clear();
@@ -76,12 +76,11 @@ struct RunFixture
             refused.problem = prepared.message();
             return refused;
         }
-        return renameRun->run(
-            [&](const TRenameReport &report) {
-                reports.push_back(report);
-                abort = static_cast<qsizetype>(reports.size()) == stopAfter;
-            },
-            abort);
+        if (!abortDuring.isNull())
+            disk.before(
+                FaultyFileManager::Call::RenameNoReplace, [&abort] { abort = true; }, abortDuring);
+        return renameRun->run([this](const TRenameReport &report) { reports.push_back(report); },
+                              abort);
     }
     /// Final names in list order, refused ones with "!".
     QStringList reported() const
