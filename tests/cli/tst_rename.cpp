@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliFixture.h"
+#include "support/FaultyFileManager.h"
 
 #include <QJsonArray>
 #include <QTest>
