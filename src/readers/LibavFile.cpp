@@ -105,17 +105,22 @@ ContextPtr openContext(AVIOContext *io, const AVInputFormat *format)
     return ContextPtr(result < 0 ? nullptr : context);
 }
 
-double durationOf(AVFormatContext &context)
+double durationOf(const AVStream &stream)
+{
+    if (stream.duration != AV_NOPTS_VALUE && stream.duration > 0)
+        return static_cast<double>(stream.duration) * av_q2d(stream.time_base);
+    const AVRational rate = stream.avg_frame_rate;
+    const bool isCounted = stream.nb_frames > 0 && rate.num > 0 && rate.den > 0;
+    return isCounted ? static_cast<double>(stream.nb_frames) / av_q2d(rate) : 0;
+}
+
+double durationOf(const AVFormatContext &context)
 {
     if (context.duration != AV_NOPTS_VALUE && context.duration > 0)
         return static_cast<double>(context.duration) / AV_TIME_BASE;
     double longest = 0;
-    for (unsigned int i = 0; i < context.nb_streams; ++i) {
-        const AVStream &stream = *context.streams[i];
-        if (stream.duration != AV_NOPTS_VALUE)
-            longest =
-                std::max(longest, static_cast<double>(stream.duration) * av_q2d(stream.time_base));
-    }
+    for (unsigned int i = 0; i < context.nb_streams; ++i)
+        longest = std::max(longest, durationOf(*context.streams[i]));
     return longest;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/MediaFormat.h"
 
+#include "readers/Id3v2Places.h"
 #include "readers/MpegSync.h"
 
 #include <QByteArrayView>
@@ -88,8 +89,6 @@ struct TransportPacket
 constexpr TransportPacket kTransportPackets[] = {{188, 0}, {192, 4}, {204, 0}};
 constexpr int kTransportPacketsToSee = 4;
 
-constexpr int kMostId3v2Tags = 8;
-
 bool matches(ByteSource &source, qint64 start, const Signature &signature)
 {
     return source.bytes(start + signature.at, signature.bytes.size()) == signature.bytes &&
@@ -123,20 +122,6 @@ bool isTransportStream(ByteSource &source)
     });
 }
 
-/// Where the tags that may stand before any audio end; 0 when there are none.
-qint64 endOfId3v2(ByteSource &source)
-{
-    qint64 at = 0;
-    for (int i = 0; i < kMostId3v2Tags && source.bytes(at, 3) == "ID3"; ++i) {
-        const quint64 flags = source.big(at + 5, 1).value_or(0);
-        const quint64 size = source.big(at + 6, 4).value_or(0);
-        const quint64 body = (size & 0x7F) | (size >> 8 & 0x7F) << 7 | (size >> 16 & 0x7F) << 14 |
-                             (size >> 24 & 0x7F) << 21;
-        at += static_cast<qint64>(body) + ((flags & 0x10) != 0 ? 20 : 10);
-    }
-    return at;
-}
-
 bool hasTagAtEnd(ByteSource &source)
 {
     const qint64 size = source.size();
@@ -148,7 +133,8 @@ bool hasTagAtEnd(ByteSource &source)
 
 MediaFormat mediaFormatOf(ByteSource &source)
 {
-    const qint64 start = endOfId3v2(source);
+    const Id3v2Places tags = id3v2PlacesOf(source);
+    const qint64 start = tags.audioStart;
     if (const MediaFormat known = firstMatch(source, start, kSignatures);
         known.family != MediaFamily::None) {
         return known;
@@ -159,7 +145,7 @@ MediaFormat mediaFormatOf(ByteSource &source)
         return kMpegTransport;
     if (startsWithAdts(source, start))
         return {MediaFamily::Mpeg, "aac"};
-    if (start > 0 || hasMpegAudio(source, start) || hasTagAtEnd(source))
+    if (start > 0 || !tags.appended.empty() || hasTagAtEnd(source) || hasMpegAudio(source, start))
         return {MediaFamily::Mpeg, nullptr};
     return {};
 }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/Mp4Items.h"
 
+#include "readers/BmffItems.h"
 #include "readers/ByteText.h"
 #include "readers/GenreText.h"
 #include "readers/ItemWriter.h"
 
-#include <QHash>
 #include <QStringDecoder>
 #include <QtEndian>
 
@@ -18,13 +18,16 @@ namespace {
 constexpr auto kItunes = "itunes"_L1;
 constexpr auto kUserData = "quicktime-userdata"_L1;
 constexpr auto kMetadata = "quicktime-metadata"_L1;
+constexpr auto kGenreNumber = "gnre"_L1;
 constexpr QByteArrayView kNamePrefix = "com.apple.quicktime.";
 
 constexpr qint64 kLongestValue = 256 * 1024;
-constexpr quint64 kMostNames = 4096;
+constexpr int kMostBoxes = 4096;
+constexpr qint64 kVersionSize = 4; // one byte of version, three of flags
+constexpr qint64 kDataHeader = 8;  // type and locale
 
 enum DataType : quint64 {
-    Binary = 0,
+    Unstated = 0,
     Utf8 = 1,
     Utf16 = 2,
     SignedInteger = 21,
@@ -34,60 +37,78 @@ enum DataType : quint64 {
 /// One value of a metadata list.
 struct Mp4Data
 {
-    quint64 type = Binary;
+    quint64 type = Unstated;
     QByteArray bytes;
 };
 
-std::optional<Mp4Box> findPath(ByteSource &source, Mp4Box box, std::initializer_list<quint32> path)
+using Path = std::initializer_list<QByteArrayView>;
+
+std::vector<BmffBox> boxesIn(ByteSource &source, qint64 start, qint64 end)
 {
-    for (const quint32 type : path) {
-        const std::optional<Mp4Box> inner = findBox(source, box.start, box.end, type);
-        if (!inner)
-            return std::nullopt;
-        box = *inner;
+    std::vector<BmffBox> boxes;
+    forEachBmffBox(source, start, end, kMostBoxes, [&boxes](const BmffBox &box) {
+        boxes.push_back(box);
+        return true;
+    });
+    return boxes;
+}
+
+std::optional<BmffBox> findBox(ByteSource &source, qint64 start, qint64 end, QByteArrayView type)
+{
+    std::optional<BmffBox> found;
+    forEachBmffBox(source, start, end, kMostBoxes, [&](const BmffBox &box) {
+        if (box.type == type)
+            found = box;
+        return !found;
+    });
+    return found;
+}
+
+std::optional<BmffBox> findPath(ByteSource &source, const BmffBox &from, const Path &path)
+{
+    std::optional<BmffBox> box = from;
+    for (const QByteArrayView type : path) {
+        if (box)
+            box = findBox(source, box->start, box->end, type);
     }
     return box;
 }
 
-std::optional<Mp4Box> movieBox(ByteSource &source)
+std::optional<BmffBox> movieBox(ByteSource &source)
 {
-    return findBox(source, 0, source.size(), boxType("moov"));
+    return findBox(source, 0, source.size(), "moov");
 }
 
-/// Time units and length of a movie or media header, or of the header of its fragments.
-double seconds(ByteSource &source, qint64 at, qint64 bytes, quint64 scale)
+bool isLongVersion(ByteSource &source, const BmffBox &box)
+{
+    return source.big(box.start, 1).value_or(0) == 1;
+}
+
+/// A length in units; all bits set stand for an unknown one.
+double seconds(ByteSource &source, qint64 at, int bytes, quint64 unitsPerSecond)
 {
     const quint64 unknown = bytes == 8 ? ~quint64(0) : 0xFFFFFFFF;
-    const quint64 length = source.big(at, static_cast<int>(bytes)).value_or(0);
-    if (scale == 0 || length == unknown)
+    const quint64 length = source.big(at, bytes).value_or(0);
+    if (unitsPerSecond == 0 || length == unknown)
         return 0;
-    return static_cast<double>(length) / static_cast<double>(scale);
+    return static_cast<double>(length) / static_cast<double>(unitsPerSecond);
 }
 
-double movieDuration(ByteSource &source, const Mp4Box &movie)
+/// What the movie's header states; for a movie in fragments, what their common header states.
+double movieDuration(ByteSource &source, const BmffBox &movie)
 {
-    const std::optional<Mp4Box> header = findPath(source, movie, {boxType("mvhd")});
+    const std::optional<BmffBox> header = findPath(source, movie, {"mvhd"});
     if (!header)
         return 0;
-    const bool isLong = source.big(header->start, 1).value_or(0) == 1;
-    const qint64 scaleAt = header->start + (isLong ? 20 : 12);
-    const quint64 scale = source.big(scaleAt, 4).value_or(0);
-    const double whole = seconds(source, scaleAt + 4, isLong ? 8 : 4, scale);
-    if (whole > 0)
+    const bool isLong = isLongVersion(source, *header);
+    const qint64 unitsAt = header->start + kVersionSize + (isLong ? 16 : 8);
+    const quint64 units = source.big(unitsAt, 4).value_or(0);
+    const double whole = seconds(source, unitsAt + 4, isLong ? 8 : 4, units);
+    const std::optional<BmffBox> fragments = findPath(source, movie, {"mvex", "mehd"});
+    if (whole > 0 || !fragments)
         return whole;
-    const std::optional<Mp4Box> fragments =
-        findPath(source, movie, {boxType("mvex"), boxType("mehd")});
-    if (!fragments)
-        return 0;
-    const bool isLongToo = source.big(fragments->start, 1).value_or(0) == 1;
-    return seconds(source, fragments->start + 4, isLongToo ? 8 : 4, scale);
-}
-
-QString keyText(quint32 type)
-{
-    char name[4];
-    qToBigEndian(type, name);
-    return QString::fromLatin1(name, 4);
+    return seconds(source, fragments->start + kVersionSize,
+                   isLongVersion(source, *fragments) ? 8 : 4, units);
 }
 
 QString utf16Text(const QByteArray &bytes)
@@ -96,35 +117,40 @@ QString utf16Text(const QByteArray &bytes)
     return decoder.decode(bytes);
 }
 
-std::vector<Mp4Data> valuesOf(ByteSource &source, const Mp4Box &entry)
+std::vector<Mp4Data> valuesOf(ByteSource &source, const BmffBox &entry)
 {
     std::vector<Mp4Data> values;
-    Mp4Boxes boxes(source, entry.start, entry.end);
-    while (const std::optional<Mp4Box> box = boxes.next()) {
-        if (box->type != boxType("data") || box->size() < 8)
-            continue;
-        values.push_back({source.big(box->start, 4).value_or(0) & 0xFFFFFF,
-                          source.bytes(box->start + 8, std::min(box->size() - 8, kLongestValue))});
+    for (const BmffBox &box : boxesIn(source, entry.start, entry.end)) {
+        const qint64 size = std::min(box.end - box.start - kDataHeader, kLongestValue);
+        if (box.type == "data" && size > 0) {
+            values.push_back({source.big(box.start, 4).value_or(0) & 0xFFFFFF,
+                              source.bytes(box.start + kDataHeader, size)});
+        }
     }
     return values;
+}
+
+QString integerText(const QByteArray &bytes, bool isSigned)
+{
+    quint64 number = isSigned && !bytes.isEmpty() && (bytes.front() & 0x80) != 0 ? ~quint64(0) : 0;
+    for (const char byte : bytes.first(std::min<qsizetype>(8, bytes.size())))
+        number = number << 8 | static_cast<unsigned char>(byte);
+    return isSigned ? QString::number(static_cast<qint64>(number)) : QString::number(number);
 }
 
 QString textOf(const Mp4Data &value)
 {
     switch (value.type) {
+    case Unstated:
+    case Utf8:
+        return textOfBytes(value.bytes);
     case Utf16:
         return utf16Text(value.bytes);
     case SignedInteger:
-    case UnsignedInteger: {
-        qint64 number =
-            value.bytes.isEmpty() || value.type == UnsignedInteger || value.bytes[0] >= 0 ? 0 : -1;
-        for (const char byte : value.bytes.first(std::min<qsizetype>(8, value.bytes.size())))
-            number = static_cast<qint64>(static_cast<quint64>(number) << 8 |
-                                         static_cast<unsigned char>(byte));
-        return QString::number(number);
-    }
+    case UnsignedInteger:
+        return integerText(value.bytes, value.type == SignedInteger);
     default:
-        return value.type == Binary || value.type == Utf8 ? textOfBytes(value.bytes) : QString();
+        return {};
     }
 }
 
@@ -135,118 +161,121 @@ int shortAt(const QByteArray &bytes, qsizetype at)
 
 void addItunesValue(ItemWriter &items, const TagMeaning &meaning, const Mp4Data &value)
 {
-    if (meaning.meaning == CommonKeys::kTrack || meaning.meaning == CommonKeys::kDisc) {
+    if (meaning.meaning == CommonKeys::kTrack || meaning.meaning == CommonKeys::kDisc)
         items.addNumbers(meaning, shortAt(value.bytes, 2), shortAt(value.bytes, 4));
-    } else if (meaning.key == "gnre"_L1) { // counts from 1
+    else if (meaning.key == kGenreNumber) // counts from 1
         items.add(meaning, genreName(shortAt(value.bytes, 0) - 1));
-    } else {
+    else
         items.add(meaning, textOf(value));
-    }
 }
 
-void addItunesItems(ByteSource &source, const Mp4Box &list, MediaReading &reading)
+void addItunesItems(ByteSource &source, const BmffBox &list, MediaReading &reading)
 {
     ItemWriter items(reading, kItunes);
+    const std::vector<BmffBox> entries = boxesIn(source, list.start, list.end);
     for (const TagMeaning &meaning : CommonKeys::itunes()) {
-        Mp4Boxes entries(source, list.start, list.end);
-        while (const std::optional<Mp4Box> entry = entries.next()) {
-            if (keyText(entry->type) != meaning.key)
+        for (const BmffBox &entry : entries) {
+            if (meaning.key != QLatin1String(entry.type))
                 continue;
-            for (const Mp4Data &value : valuesOf(source, *entry))
+            for (const Mp4Data &value : valuesOf(source, entry))
                 addItunesValue(items, meaning, value);
         }
     }
 }
 
-/// The names by which a metadata list's entries go; entries count them from 1.
-QList<QByteArray> namesIn(ByteSource &source, const Mp4Box &keys)
+/// The names that the entries of a metadata list stand for; the entries count them from 1.
+QList<QByteArray> namesIn(ByteSource &source, const BmffBox &keys)
 {
     QList<QByteArray> names;
-    const quint64 count = std::min(source.big(keys.start + 4, 4).value_or(0), kMostNames);
-    Mp4Boxes boxes(source, keys.start + 8, keys.end);
-    while (static_cast<quint64>(names.size()) < count) {
-        const std::optional<Mp4Box> box = boxes.next();
-        if (!box)
-            break;
-        names.append(source.bytes(box->start, std::min(box->size(), kLongestValue)));
+    for (const BmffBox &box : boxesIn(source, keys.start + kVersionSize + 4, keys.end)) {
+        QByteArray name = source.bytes(box.start, std::min(box.end - box.start, kLongestValue));
+        names.append(name.startsWith(kNamePrefix) ? name.sliced(kNamePrefix.size()) : name);
     }
     return names;
 }
 
-void addNamedItems(ByteSource &source, const Mp4Box &keys, const Mp4Box &list,
+void addNamedItems(ByteSource &source, const BmffBox &keys, const BmffBox &list,
                    MediaReading &reading)
 {
-    const QList<QByteArray> names = namesIn(source, keys);
     ItemWriter items(reading, kMetadata);
+    const QList<QByteArray> names = namesIn(source, keys);
+    const std::vector<BmffBox> entries = boxesIn(source, list.start, list.end);
     for (const TagMeaning &meaning : CommonKeys::quickTimeMetadata()) {
-        Mp4Boxes entries(source, list.start, list.end);
-        while (const std::optional<Mp4Box> entry = entries.next()) {
-            const QByteArray name = names.value(static_cast<qsizetype>(entry->type) - 1);
-            const QByteArrayView shortName = name.startsWith(kNamePrefix)
-                                                 ? QByteArrayView(name).sliced(kNamePrefix.size())
-                                                 : name;
-            if (meaning.key != QLatin1String(shortName))
+        for (const BmffBox &entry : entries) {
+            const quint32 number = qFromBigEndian<quint32>(entry.type.constData());
+            if (meaning.key != QLatin1String(names.value(static_cast<qsizetype>(number) - 1)))
                 continue;
-            for (const Mp4Data &value : valuesOf(source, *entry))
+            for (const Mp4Data &value : valuesOf(source, entry))
                 items.add(meaning, textOf(value));
         }
     }
 }
 
-/// The metadata box has a version in MP4, and none in QuickTime, where its handler comes first.
-qint64 startOfMetadata(ByteSource &source, const Mp4Box &metadata)
+/// The metadata box's contents. They begin with a version in MP4, and without one in QuickTime,
+/// where the handler comes first.
+std::optional<BmffBox> metadataOf(ByteSource &source, const BmffBox &parent)
 {
-    const bool isPlain = source.big(metadata.start + 4, 4).value_or(0) == boxType("hdlr");
-    return metadata.start + (isPlain ? 0 : 4);
+    std::optional<BmffBox> metadata = findPath(source, parent, {"meta"});
+    if (metadata && !source.startsWith(metadata->start + 4, "hdlr"))
+        metadata->start += kVersionSize;
+    return metadata;
 }
 
-void addMetadataItems(ByteSource &source, const Mp4Box &parent, MediaReading &reading)
+void addMetadataItems(ByteSource &source, const BmffBox &parent, MediaReading &reading)
 {
-    const std::optional<Mp4Box> metadata = findPath(source, parent, {boxType("meta")});
+    const std::optional<BmffBox> metadata = metadataOf(source, parent);
     if (!metadata)
         return;
-    const qint64 start = startOfMetadata(source, *metadata);
-    const std::optional<Mp4Box> list = findBox(source, start, metadata->end, boxType("ilst"));
-    const std::optional<Mp4Box> keys = findBox(source, start, metadata->end, boxType("keys"));
+    const std::optional<BmffBox> list = findPath(source, *metadata, {"ilst"});
+    const std::optional<BmffBox> keys = findPath(source, *metadata, {"keys"});
     if (list && keys)
         addNamedItems(source, *keys, *list, reading);
     else if (list)
         addItunesItems(source, *list, reading);
 }
 
-/// User data texts: a length and a language each, in one language or several; the first counts. A
-/// language below 0x400 is one of the old Macintosh codes, whose texts are not UTF-8.
-QString userDataText(ByteSource &source, const Mp4Box &entry)
+/// User data texts have a length and a language each; of several languages the first counts.
+QString userDataText(ByteSource &source, const BmffBox &entry)
 {
     const qint64 length = static_cast<qint64>(source.big(entry.start, 2).value_or(0));
-    const QByteArray bytes = source.bytes(entry.start + 4, std::min(length, entry.size() - 4));
-    if (bytes.startsWith("\xFE\xFF"))
-        return utf16Text(bytes);
-    return textOfBytes(bytes);
+    const qint64 textAt = entry.start + 4;
+    const QByteArray bytes = source.bytes(textAt, std::min(length, entry.end - textAt));
+    return bytes.startsWith("\xFE\xFF") ? utf16Text(bytes) : textOfBytes(bytes);
 }
 
-void addUserDataItems(ByteSource &source, const Mp4Box &userData, MediaReading &reading)
+void addUserDataItems(ByteSource &source, const BmffBox &userData, MediaReading &reading)
 {
     ItemWriter items(reading, kUserData);
+    const std::vector<BmffBox> entries = boxesIn(source, userData.start, userData.end);
     for (const TagMeaning &meaning : CommonKeys::quickTimeUserData()) {
-        Mp4Boxes entries(source, userData.start, userData.end);
-        while (const std::optional<Mp4Box> entry = entries.next()) {
-            if (entry->size() > 4 && keyText(entry->type) == meaning.key)
-                items.add(meaning, userDataText(source, *entry));
+        for (const BmffBox &entry : entries) {
+            if (meaning.key == QLatin1String(entry.type))
+                items.add(meaning, userDataText(source, entry));
         }
     }
+}
+
+/// The first picture of a list of iTunes.
+QByteArray coverIn(ByteSource &source, const std::optional<BmffBox> &parent, qint64 mostBytes)
+{
+    const std::optional<BmffBox> metadata = parent ? metadataOf(source, *parent) : std::nullopt;
+    const std::optional<BmffBox> data =
+        metadata ? findPath(source, *metadata, {"ilst", "covr", "data"}) : std::nullopt;
+    const qint64 size = data ? data->end - data->start - kDataHeader : 0;
+    return size > 0 && size <= mostBytes ? source.bytes(data->start + kDataHeader, size)
+                                         : QByteArray();
 }
 
 } // namespace
 
 std::optional<MediaReading> readMp4(ByteSource &source)
 {
-    const std::optional<Mp4Box> movie = movieBox(source);
+    const std::optional<BmffBox> movie = movieBox(source);
     if (!movie)
         return std::nullopt;
     MediaReading reading;
     reading.duration = movieDuration(source, *movie);
-    const std::optional<Mp4Box> userData = findPath(source, *movie, {boxType("udta")});
+    const std::optional<BmffBox> userData = findPath(source, *movie, {"udta"});
     if (userData)
         addUserDataItems(source, *userData, reading);
     addMetadataItems(source, *movie, reading);
@@ -257,19 +286,9 @@ std::optional<MediaReading> readMp4(ByteSource &source)
 
 QByteArray mp4Cover(ByteSource &source, qint64 mostBytes)
 {
-    const std::optional<Mp4Box> movie = movieBox(source);
+    const std::optional<BmffBox> movie = movieBox(source);
     if (!movie)
         return {};
-    for (const std::initializer_list<quint32> &path :
-         {std::initializer_list<quint32>{boxType("udta"), boxType("meta")}, {boxType("meta")}}) {
-        const std::optional<Mp4Box> metadata = findPath(source, *movie, path);
-        if (!metadata)
-            continue;
-        const Mp4Box contents = {0, startOfMetadata(source, *metadata), metadata->end};
-        const std::optional<Mp4Box> data =
-            findPath(source, contents, {boxType("ilst"), boxType("covr"), boxType("data")});
-        if (data && data->size() > 8 && data->size() - 8 <= mostBytes)
-            return source.bytes(data->start + 8, data->size() - 8);
-    }
-    return {};
+    const QByteArray cover = coverIn(source, findPath(source, *movie, {"udta"}), mostBytes);
+    return cover.isEmpty() ? coverIn(source, movie, mostBytes) : cover;
 }

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "platform/MediaReading.h"
-#include "readers/Mp4Boxes.h"
+#include "readers/ByteSource.h"
+
+#include <optional>
 
 /// The tags and the duration of an MP4, M4A or QuickTime file: user data, then metadata by names,
 /// then the list of iTunes, so that this list wins. Own code, because the media libraries drop or

@@ -4,6 +4,7 @@
 #include "readers/ApeItems.h"
 #include "readers/AsfItems.h"
 #include "readers/Id3Items.h"
+#include "readers/Id3v2Places.h"
 #include "readers/RiffItems.h"
 #include "readers/SourceStream.h"
 #include "readers/XiphItems.h"
@@ -46,12 +47,25 @@ TagLib::ID3v2::FrameFactory *frames()
     return TagLib::ID3v2::FrameFactory::instance();
 }
 
-Reading readMpeg(SourceStream &stream)
+/// The blocks that TagLib passes over: it reads the first leading one only.
+void addFurtherId3v2Items(TagLib::File &file, const Id3v2Places &places, MediaReading &reading)
+{
+    std::vector<qint64> further = places.appended;
+    if (places.leading.size() > 1)
+        further.insert(further.end(), places.leading.rbegin(), places.leading.rend() - 1);
+    for (const qint64 at : further) {
+        const TagLib::ID3v2::Tag tag(&file, at, frames());
+        addId3v2Items(&tag, reading);
+    }
+}
+
+Reading readMpeg(SourceStream &stream, const Id3v2Places &places)
 {
     TagLib::MPEG::File file(&stream, frames());
-    return readFile(file, [](TagLib::MPEG::File &mpeg, MediaReading &reading) {
+    return readFile(file, [&places](TagLib::MPEG::File &mpeg, MediaReading &reading) {
         addId3v1Items(mpeg.ID3v1Tag(), reading);
         addApeItems(mpeg.APETag(), reading);
+        addFurtherId3v2Items(mpeg, places, reading);
         addId3v2Items(mpeg.ID3v2Tag(), reading);
     });
 }
@@ -129,7 +143,7 @@ Reading readWithTagLib(ByteSource &source, MediaFamily family)
     SourceStream stream(source);
     switch (family) {
     case MediaFamily::Mpeg:
-        return readMpeg(stream);
+        return readMpeg(stream, id3v2PlacesOf(source));
     case MediaFamily::Flac:
         return readFlac(stream);
     case MediaFamily::Vorbis:
