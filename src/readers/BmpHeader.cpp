@@ -7,6 +7,7 @@ namespace {
 
 constexpr qint64 kInfoAt = 14;
 constexpr quint64 kOldHeader = 12;
+constexpr quint64 kBitFields = 3;
 constexpr quint64 kProfileHeader = 124;
 constexpr quint64 kEmbeddedProfile = 0x4D424544;
 constexpr quint64 kSrgb = 0x73524742;
@@ -38,7 +39,8 @@ ImageFacts readBmpHeader(ByteSource &source)
     facts.depth = depthOf(bitsPerPixel);
     facts.isIndexed = bitsPerPixel > 0 && bitsPerPixel <= 8;
     facts.colorModel = kModelRgb;
-    facts.hasAlpha = size >= 56 && size != 64 && number(52, 4) != 0;
+    const bool hasMasks = size >= 56 && size != 64 && number(16, 4) == kBitFields;
+    facts.hasAlpha = hasMasks && number(52, 4) != 0;
     if (!isOld) {
         facts.dpiWidth = static_cast<double>(number(24, 4)) * kMetresPerInch;
         facts.dpiHeight = static_cast<double>(number(28, 4)) * kMetresPerInch;

@@ -16,3 +16,5 @@ ImageFacts walkPsd(ByteSource &source);
 ImageFacts readBmpHeader(ByteSource &source);
 ImageFacts walkJpeg2000(ByteSource &source);
 ImageFacts walkCiff(ByteSource &source);
+/// What Qt's own decoders tell of simple formats: icons, portable pixel maps.
+ImageFacts readQtHeader(ByteSource &source);

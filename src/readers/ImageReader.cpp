@@ -51,6 +51,8 @@ std::optional<QVariantMap> readImageProperties(const QByteArray &path)
     const ImageTags tags = readImageTags(source, format, facts);
     if (tags.isTiff)
         addTiffFacts(tags, facts);
+    else if (format == ImageFormat::Other && tags.width == 0)
+        facts = readQtHeader(source);
     QVariantMap properties = generalProperties(facts, tags);
     properties.insert(facts.dictionaries);
     properties.insert(tagCategories(tags));

@@ -8,6 +8,7 @@
 #include <exception>
 #include <exiv2/exiv2.hpp>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -26,9 +27,10 @@ void readFile(ByteSource &source, ImageTags &tags)
     if (!image.get())
         return;
     tags.isTiff = image->imageType() == Exiv2::ImageType::tiff;
-    tags.exif = image->exifData();
-    tags.iptc = image->iptcData();
-    tags.xmp = image->xmpData();
+    // Moved, because each of the many values would be copied by itself.
+    tags.exif = std::move(image->exifData());
+    tags.iptc = std::move(image->iptcData());
+    tags.xmp = std::move(image->xmpData());
     tags.width = image->pixelWidth();
     tags.height = image->pixelHeight();
     if (const Exiv2::DataBuf *profile = image->iccProfile())

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/FormatHeaders.h"
+#include "readers/TagValue.h"
 
 #include <QStringDecoder>
 
@@ -134,7 +135,7 @@ private:
         at += 4 + length(at, 4); // the mask
         at += 4 + length(at, 4); // the blending ranges
         const auto size = static_cast<qint64>(number(at, 1));
-        QString name = QString::fromLatin1(m_source.bytes(at + 1, size));
+        QString name = textOfBytes(m_source.bytes(at + 1, size));
         at += (size + 4) & ~qint64(3);
         bool isLayer = true;
         forEachBlock(at, std::min(end, m_source.size()), 1,

@@ -3,9 +3,12 @@
 
 #include "readers/TagTables.h"
 
+#include <QHash>
+
 #include <exception>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -27,26 +30,53 @@ constexpr Category kCategories[] = {
     {"{MakerCanon}"_L1, makerCanonRows},
 };
 
-struct Target
+/// The place of one key's value among all.
+struct Slot
 {
     size_t category;
-    const TagRow *row;
+    QString key;
 };
-using Targets = std::unordered_multimap<std::string, Target>;
 
-/// Which rows want a stored tag; made once, read by everyone.
-const Targets &targets()
+struct Target
 {
-    static const Targets all = [] {
-        Targets result;
+    size_t slot;
+    size_t rank; ///< the lower one wins
+    TagShape shape;
+};
+
+/// Which rows want a stored tag, and the slots that they fill; made once, read by everyone.
+class Table
+{
+public:
+    static const Table &instance()
+    {
+        static const Table table;
+        return table;
+    }
+
+    const std::vector<Slot> &slotsOfAll() const { return m_slots; }
+    auto targetsOf(const std::string &source) const { return m_targets.equal_range(source); }
+
+private:
+    Table()
+    {
         for (size_t i = 0; i < std::size(kCategories); ++i) {
-            for (const TagRow &row : kCategories[i].rows())
-                result.emplace(row.source, Target{i, &row});
+            QHash<QString, size_t> places;
+            size_t rank = 0;
+            for (const TagRow &row : kCategories[i].rows()) {
+                const QString key = row.key;
+                if (!places.contains(key)) {
+                    places.insert(key, m_slots.size());
+                    m_slots.push_back({i, key});
+                }
+                m_targets.emplace(row.source, Target{places.value(key), rank++, row.shape});
+            }
         }
-        return result;
-    }();
-    return all;
-}
+    }
+
+    std::vector<Slot> m_slots;
+    std::unordered_multimap<std::string, Target> m_targets;
+};
 
 /// Keeps for every key the value of the row that stands first in its table.
 class Collector
@@ -56,7 +86,7 @@ public:
     void add(const Data &data)
     {
         for (const auto &datum : data) {
-            const auto [first, last] = targets().equal_range(datum.key());
+            const auto [first, last] = Table::instance().targetsOf(datum.key());
             for (auto it = first; it != last; ++it)
                 offer(it->second, datum);
         }
@@ -64,13 +94,16 @@ public:
 
     QVariantMap dictionaries() const
     {
+        QVariantMap dictionaries[std::size(kCategories)];
+        for (size_t i = 0; i < m_found.size(); ++i) {
+            const Slot &slot = Table::instance().slotsOfAll()[i];
+            if (m_found[i].value.isValid())
+                dictionaries[slot.category].insert(slot.key, m_found[i].value);
+        }
         QVariantMap result;
         for (size_t i = 0; i < std::size(kCategories); ++i) {
-            QVariantMap values;
-            for (auto it = m_found[i].begin(); it != m_found[i].end(); ++it)
-                values.insert(it.key(), it->value);
-            if (!values.isEmpty())
-                result.insert(kCategories[i].name, values);
+            if (!dictionaries[i].isEmpty())
+                result.insert(kCategories[i].name, dictionaries[i]);
         }
         return result;
     }
@@ -79,19 +112,18 @@ private:
     struct Found
     {
         QVariant value;
-        const TagRow *row = nullptr;
+        size_t rank = 0;
     };
 
     template <typename Datum>
     void offer(const Target &target, const Datum &datum)
     {
-        QMap<QString, Found> &found = m_found[target.category];
-        const auto there = found.constFind(target.row->key);
-        if (there != found.constEnd() && there->row <= target.row)
+        Found &found = m_found[target.slot];
+        if (found.value.isValid() && found.rank <= target.rank)
             return;
-        const QVariant value = valueOf(datum, target.row->shape);
+        const QVariant value = valueOf(datum, target.shape);
         if (value.isValid())
-            found.insert(target.row->key, {value, target.row});
+            found = {value, target.rank};
     }
 
     template <typename Datum>
@@ -104,7 +136,7 @@ private:
         }
     }
 
-    QMap<QString, Found> m_found[std::size(kCategories)];
+    std::vector<Found> m_found = std::vector<Found>(Table::instance().slotsOfAll().size());
 };
 
 } // namespace
