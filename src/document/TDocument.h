@@ -237,12 +237,14 @@ private:
     void ruleChangedNotified(const QVariantMap &userInfo);
     void setReadyToGo(bool ready);
 
-    // TDocumentFiles.cpp
+    // TDocumentReceiving.cpp
     void beginNextDrop();
     void addDropped(const TFileItem &item, qsizetype total);
     void showDropped();
     void dropFinished();
     void cancelDrops();
+
+    // TDocumentFiles.cpp
     void listChanged();
     void batchChanged() { ++m_batchVersion; }
     void redisplay();
@@ -252,6 +254,8 @@ private:
     void setFiles(TFileList files);
     void reorderFiles(const std::vector<qsizetype> &order);
     void removeRows(const std::vector<qsizetype> &rows);
+
+    // TDocumentSorting.cpp
     std::vector<qsizetype> sorted(const BatchSorting::Order &order, const QString &textKey) const;
 
     // TDocumentRules.cpp

@@ -1,0 +1,490 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "commonprocs/Sandboxing.h"
+#include "rollback/RollbackLog.h"
+#include "support/DocumentFixture.h"
+
+#include <QTest>
+
+#include <cerrno>
+
+using namespace Qt::StringLiterals;
+using Call = FaultyFileManager::Call;
+
+namespace {
+
+using Action = std::function<void(DocumentFixture &)>;
+
+constexpr qsizetype kCancel = 0;
+constexpr qsizetype kRename = 1;
+
+/// A batch of files with a rule, analysed.
+struct Batch : DocumentFixture
+{
+    explicit Batch(int count = 3,
+                   const TRuleList &recipe = {textRule(u"n"_s), makeRule(u"Counter"_s)})
+    {
+        makeFiles(u"files/%1.x"_s, count);
+        const bool ready = drop({u"files"_s}) && (recipe.empty() || useRules(recipe));
+        Q_ASSERT(ready);
+        host.calls.clear();
+    }
+    /// Starts and, once it is asked for, answers the confirmation.
+    bool rename(qsizetype answer = kRename)
+    {
+        host.answers = {answer};
+        document->runRename();
+        return pumpUntil([this] { return host.answers.empty() && !document->isRenaming(); });
+    }
+    QStringList onDisk() const { return tree.list(u"files"_s); }
+    QStringList logs() const { return rollbackLogPaths(tree.path(u"Logs"_s)); }
+    std::vector<TRenameTRX> records() const
+    {
+        return readRollbackLog(document->rollbackURL().path()).value();
+    }
+};
+
+} // namespace
+
+class TestTDocumentRename : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void checks_data();
+    void checks();
+    void confirmation_data();
+    void confirmation();
+    void wholeRun();
+    void progressSheet();
+    void problemsOfARun();
+    void cancelling();
+    void changesBeforeTheAnswer();
+    void renameWaitsForTheNames();
+    void editsDuringTheRun();
+    void twoDocuments();
+    void unchangedNames();
+    void logsThatCannotBeMade_data();
+    void logsThatCannotBeMade();
+    void stoppedByTheDisk();
+    void emptyLog();
+    void sandbox_data();
+    void sandbox();
+    void closingDuringARun_data();
+    void closingDuringARun();
+};
+
+void TestTDocumentRename::checks_data()
+{
+    QTest::addColumn<Action>("before");
+    QTest::addColumn<QStringList>("calls");
+    const Action noRules = [](auto &f) {
+        f.document->setLiveUpdate(false);
+        while (!f.document->ruleArray().empty())
+            f.document->deleteRule(f.document->ruleArray()[0]);
+    };
+    const QString processed =
+        u"sheet: Already Processed|The files have already been processed! Please remove them, or "
+        "add new files (which will automatically remove any file that has been processed||"_s;
+    QTest::newRow("not analysed") << Action([](auto &f) { f.document = f.makeDocument(f.host); })
+                                  << QStringList();
+    QTest::newRow("critical problems") << Action([](auto &f) {
+        f.document->setDuplicatesAreCritical(true);
+        f.document->deleteRule(f.document->ruleArray()[1]);
+    }) << QStringList{u"error log 2"_s};
+    QTest::newRow("processed") << Action([](auto &f) {
+        f.document->sourceObjectArray()[2]->setHasBeenProcessed(true);
+    }) << QStringList{processed};
+    QTest::newRow("processed and no rules") << Action([noRules](auto &f) {
+        noRules(f);
+        f.document->sourceObjectArray()[2]->setHasBeenProcessed(true);
+    }) << QStringList{processed};
+    QTest::newRow("no rules")
+        << noRules
+        << QStringList{u"alert: No Rules|You need to define some 'Rules' that tell me how to build "
+                       u"a new file name "
+                       "from an existing file. Please do so, and then try again.||"_s};
+    QTest::newRow("no files")
+        << Action([](auto &f) {
+               f.document->removeFiles({0, 1, 2});
+           })
+        << QStringList{
+               u"alert: Done! ...|Ok, technically I'm done. Actually I didn't do anything - "
+               "the list of files that you want me to rename is empty. Please add a couple "
+               "of files by dragging them into the sapce that politely asks you to do "
+               "so.||"_s};
+}
+
+void TestTDocumentRename::checks()
+{
+    QFETCH(const Action, before);
+    QFETCH(const QStringList, calls);
+    Batch batch;
+    before(batch);
+    QVERIFY(batch.settle());
+    batch.host.calls.clear();
+    batch.document->runRename();
+    batch.mainThread.pump();
+    QCOMPARE(batch.host.calls, calls);
+    QCOMPARE(batch.onDisk().size(), 3);
+    if (calls == QStringList{u"error log 2"_s})
+        QVERIFY(!batch.document->readyToGo());
+}
+
+void TestTDocumentRename::confirmation_data()
+{
+    QTest::addColumn<bool>("warned");
+    QTest::addColumn<QString>("question");
+    QTest::newRow("clean") << false
+                           << u"stop sheet: This is not a Drill!|You are about to live rename 3 "
+                              "files. Are you sure?||Cancel/Rename"_s;
+    QTest::newRow("warnings")
+        << true
+        << u"stop sheet: Really? This is NOT a Drill!|You are about to live "
+           "rename 3 files, while a simulated run turned up 2 (probably) "
+           "minor issues. The rename will work, but the results may be "
+           "suboptimal.\n\nDo you want to Rename, or Cancel?||Cancel/Rename"_s;
+}
+
+void TestTDocumentRename::confirmation()
+{
+    QFETCH(const bool, warned);
+    Batch batch(3, warned ? TRuleList{textRule(u"n"_s)}
+                          : TRuleList{textRule(u"n"_s), makeRule(u"Counter"_s)});
+    QVERIFY(batch.rename(kCancel));
+    QTEST(batch.host.calls.join(u';'), "question");
+    QVERIFY(!batch.document->isRenaming() && batch.logs().isEmpty());
+    QCOMPARE(batch.onDisk(), (QStringList{u"0000.x"_s, u"0001.x"_s, u"0002.x"_s}));
+    QVERIFY(batch.tree.list(u"Logs"_s).filter(u"journal"_s).isEmpty());
+    QVERIFY(batch.rename());
+    QCOMPARE(batch.onDisk().size(), 3);
+    QVERIFY(batch.onDisk().contains(warned ? u"n-2.x"_s : u"n3.x"_s));
+}
+
+void TestTDocumentRename::wholeRun()
+{
+    Batch batch(2);
+    const QSignalSpy running(batch.document.get(), &TDocument::renamingChanged);
+    batch.document->rollBackThis(); // nothing to undo yet
+    QVERIFY(batch.rename());
+    QCOMPARE(running, (QList<QVariantList>{{true}, {false}}));
+    const QString log = batch.tree.path(
+        u"Logs/Rename Batch Run - 2025-07-03, 14.05.09 (rollback data).renameLog"_s);
+    QCOMPARE(batch.document->rollbackURL().path(), log);
+    QVERIFY(batch.host.rollBackEnabled);
+    QCOMPARE(batch.host.calls.mid(1),
+             (QStringList{u"hide progress"_s,
+                          u"progress sheet 2: Processed: 0,    Warnings: 0,    Critical: 0"_s,
+                          u"end progress sheet"_s,
+                          batch.host.callsOf(u"log window Rename log:"_s).value(0)}));
+    const QString text = batch.host.logWindow->text();
+    QVERIFY2(text.startsWith("Job started at "_L1), qPrintable(text));
+    QVERIFY(text.contains(u", scheduling 2 renames.\n\nrenamed %1 to %2\n"_s.arg(
+        batch.tree.path(u"files/0000.x"_s), batch.tree.path(u"files/n1.x"_s))));
+    QVERIFY(text.contains("\n\n\nJob finished at "_L1));
+    QCOMPARE(batch.document->renameTextLog(), text);
+    QCOMPARE(batch.host.logWindow->title().mid(11), text.mid(text.lastIndexOf(u" at "_s) + 4));
+    const TFileObject &file = *batch.document->sourceObjectArray()[0];
+    QVERIFY(file.hasBeenProcessed());
+    QCOMPARE(file.targetURL().lastPathComponent(), u"n1.x"_s);
+    batch.document->rollBackThis();
+    QCOMPARE(batch.host.calls.back(), u"roll back "_s + log);
+    // A second run is refused; the next drop takes the renamed files out, and undo brings them
+    // back.
+    batch.document->runRename();
+    QVERIFY(batch.host.calls.back().startsWith("sheet: Already Processed"_L1));
+    QVERIFY(batch.drop({batch.tree.file(u"new.x"_s)}, 1));
+    QCOMPARE(batch.names(), QStringList{u"new.x"_s});
+    batch.document->undoStack().undo();
+    QCOMPARE(batch.names(), (QStringList{u"0000.x"_s, u"0001.x"_s}));
+}
+
+void TestTDocumentRename::progressSheet()
+{
+    Batch batch(25, {textRule(u"n"_s)});
+    std::shared_ptr<TProgressSheetController> sheet;
+    batch.host.onSheetShown = [&] { sheet = batch.host.sheet; };
+    QVERIFY(batch.rename());
+    QCOMPARE(batch.host.sheetTexts,
+             (QStringList{u"Processed: 20,    Warnings: 4,    Critical: 0"_s,
+                          u"Processed: 10,    Warnings: 14,    Critical: 0"_s}));
+    QCOMPARE(sheet->progress(), 60.0);
+    QVERIFY(sheet->isClosing());
+    QCOMPARE(batch.document->remainingRenameOps(), 0);
+    QCOMPARE(batch.document->renamingWarnings(), 24);
+}
+
+void TestTDocumentRename::problemsOfARun()
+{
+    Batch batch(4, {textRule(u"n"_s)});
+    batch.tree.remove(u"files/0001.x"_s); // vanished since
+    batch.tree.remove(u"files/0002.x"_s); // replaced since
+    batch.tree.file(u"files/0002.x"_s, "other");
+    QVERIFY(batch.rename());
+    QCOMPARE(batch.onDisk(), (QStringList{u"n-1.x"_s, u"n-2.x"_s, u"n.x"_s}));
+    const QString text = batch.document->renameTextLog();
+    QVERIFY(text.contains("*** FAILURE: renaming "_L1));
+    QVERIFY(text.contains("0003: target name 'n' isn't unique, changed to 'n-"_L1));
+    QCOMPARE(batch.document->renamingCriticals(), 1);
+    const TFileList &files = batch.document->sourceObjectArray();
+    QVERIFY(std::all_of(files.begin(), files.end(),
+                        [](const auto &file) { return file->hasBeenProcessed(); }));
+    QCOMPARE(files[3]->errLevel(), 1);
+    QVERIFY(files[3]->errLog().entries()[0].errDesc.startsWith(
+        "'n' is not unique. Modified to 'n-"_L1));
+    QVERIFY(!batch.document->forecastFor(*files[1])->refusal.isEmpty());
+    const auto records = batch.records();
+    QCOMPARE(records.size(), 4U);
+    QVERIFY(!records[1].renameComplete && records[2].renameComplete && records[3].insured);
+}
+
+void TestTDocumentRename::cancelling()
+{
+    Batch batch(400, {textRule(u"n"_s), makeRule(u"Counter"_s)});
+    // The user presses the button while the fifth file is being moved.
+    batch.host.onSheetShown = [&] {
+        batch.disk.before(
+            Call::RenameNoReplace, [flag = batch.host.sheet->abortFlag()] { flag->store(true); },
+            "0004.x");
+    };
+    QVERIFY(batch.rename());
+    QCOMPARE(batch.onDisk().filter(u"n"_s).size(), 5);
+    QCOMPARE(batch.records().size(), 5U);
+    QCOMPARE(batch.host.callsOf(u"end progress sheet"_s).size(), 1);
+    QCOMPARE(batch.host.callsOf(u"log window"_s).size(), 1);
+    QCOMPARE(batch.host.callsOf(u"alert"_s).size(), 0);
+    QCOMPARE(batch.document->remainingRenameOps(), 0);
+    const TFileList &files = batch.document->sourceObjectArray();
+    QCOMPARE(TDocument::stripProcessed(files).size(), 395U);
+    QVERIFY(files[4]->hasBeenProcessed());
+}
+
+void TestTDocumentRename::changesBeforeTheAnswer()
+{
+    Batch batch;
+    batch.host.holdBack = true;
+    batch.host.answers = {kRename, kRename};
+    batch.document->runRename();
+    QVERIFY(batch.pumpUntil([&] { return batch.host.held.size() == 1; }));
+    batch.document->removeFiles({0});
+    batch.host.release();
+    QVERIFY(batch.pumpUntil(
+        [&] { return batch.host.answers.empty() && !batch.document->isRenaming(); }));
+    QCOMPARE(batch.host.callsOf(u"stop sheet"_s).size(), 2);
+    QVERIFY(batch.host.calls.filter(u"live rename 2 files"_s).size() == 1);
+    QCOMPARE(batch.onDisk(), (QStringList{u"0000.x"_s, u"n1.x"_s, u"n2.x"_s}));
+}
+
+void TestTDocumentRename::renameWaitsForTheNames()
+{
+    Batch batch(200);
+    batch.host.answers = {kRename};
+    batch.document->addRules({textRule(u"new "_s)}, 0);
+    batch.document->runRename(); // the problems of the new names are not known yet
+    QVERIFY(batch.host.callsOf(u"stop sheet"_s).isEmpty());
+    QVERIFY(batch.pumpUntil(
+        [&] { return batch.host.answers.empty() && !batch.document->isRenaming(); }));
+    QCOMPARE(batch.onDisk().filter(u"new n"_s).size(), 200);
+}
+
+void TestTDocumentRename::editsDuringTheRun()
+{
+    Batch batch(50);
+    const TRulePtr rule = batch.document->ruleArray()[0];
+    batch.host.onSheetShown = [&] {
+        rule->setProperties({{u"theText"_s, u"other"_s}});
+        batch.document->deleteRule(batch.document->ruleArray()[1]);
+        batch.document->runRename();
+    };
+    QVERIFY(batch.rename());
+    QCOMPARE(batch.onDisk().filter(QRegularExpression(u"^n[0-9]+\\.x$"_s)).size(), 50);
+    QCOMPARE(batch.host.calls
+                 .filter(u"alert: Already Running|Please wait until I have completed "
+                         "the current batch of renames. Patience is a virtue, but a "
+                         "coffee helps.||"_s)
+                 .size(),
+             1);
+}
+
+void TestTDocumentRename::twoDocuments()
+{
+    Batch batch(100);
+    ScriptedHost otherHost;
+    const auto other = batch.makeDocument(otherHost);
+    other->addFiles(batch.urls({u"files"_s}), 0);
+    other->addRules({textRule(u"m"_s), makeRule(u"Counter"_s)}, 0);
+    QVERIFY(batch.pumpUntil([&] { return DocumentFixture::isIdle(*other) && other->errorLog(); }));
+    batch.host.answers = otherHost.answers = {kRename};
+    batch.document->runRename();
+    other->runRename();
+    QVERIFY(batch.pumpUntil([&] {
+        return batch.host.answers.empty() && otherHost.answers.empty() &&
+               !batch.document->isRenaming() && !other->isRenaming();
+    }));
+    QCOMPARE(batch.onDisk().size(), 100);
+    QVERIFY(batch.onDisk().filter(u"000"_s).isEmpty());
+    QCOMPARE(batch.document->renamingCriticals() + other->renamingCriticals(), 100);
+}
+
+void TestTDocumentRename::unchangedNames()
+{
+    Batch batch(2, {makeRule(u"Original"_s)});
+    TOptions options;
+    options.keepUnchanged = true;
+    batch.document->setTheOptions(options);
+    QVERIFY(batch.settle());
+    QVERIFY(batch.rename());
+    QCOMPARE(batch.onDisk(), (QStringList{u"0000.x"_s, u"0001.x"_s}));
+    QVERIFY(batch.records().empty());
+    QVERIFY(!TDocument::hasProcessedFiles(batch.document->sourceObjectArray()));
+}
+
+void TestTDocumentRename::logsThatCannotBeMade_data()
+{
+    QTest::addColumn<bool>("canMakeFolder");
+    QTest::newRow("no folder") << false;
+    QTest::newRow("a folder that refuses") << true;
+}
+
+void TestTDocumentRename::logsThatCannotBeMade()
+{
+    QFETCH(const bool, canMakeFolder);
+    Batch batch;
+    batch.canMakeLogs = canMakeFolder;
+    if (canMakeFolder)
+        batch.disk.fail(Call::Sync, ENOSPC);
+    QVERIFY(batch.rename());
+    const QString question = batch.host.callsOf(u"stop sheet: This is not a Drill!"_s).value(0);
+    QCOMPARE(question.contains("|This run could not be undone. "_L1), canMakeFolder);
+    QVERIFY(question.contains("|You are about to live rename 3 files. Are you sure?|"_L1));
+    QCOMPARE(batch.onDisk(), (QStringList{u"n1.x"_s, u"n2.x"_s, u"n3.x"_s}));
+    QVERIFY(!batch.document->rollbackURL().isValid() && !batch.host.rollBackEnabled);
+    QCOMPARE(batch.host.callsOf(u"alert"_s).size(), 0);
+}
+
+void TestTDocumentRename::stoppedByTheDisk()
+{
+    Batch batch(3);
+    // Files with a second name announce where they go; that must reach the disk before they move.
+    batch.tree.hardLink(u"files/0000.x"_s, u"second"_s);
+    batch.document->removeFiles({0, 1, 2});
+    QVERIFY(batch.drop({u"files"_s}));
+    batch.host.onSheetShown = [&] { batch.disk.fail(Call::Sync, EIO); };
+    QVERIFY(batch.rename());
+    QCOMPARE(batch.onDisk(), (QStringList{u"0000.x"_s, u"0001.x"_s, u"0002.x"_s}));
+    QVERIFY(batch.host.callsOf(u"alert: The rename has stopped|"_s).value(0).size() > 40);
+    QVERIFY(!batch.host.sheet && batch.host.logWindow);
+}
+
+void TestTDocumentRename::emptyLog()
+{
+    Batch batch;
+    batch.document->saveRollBackLog({});
+    QCOMPARE(batch.logs().size(), 1);
+    QVERIFY(batch.records().empty());
+    QVERIFY(batch.host.rollBackEnabled);
+    const TFileURL before = batch.document->rollbackURL();
+    batch.canMakeLogs = false;
+    batch.document->saveRollBackLog({});
+    QCOMPARE(batch.document->rollbackURL(), before);
+}
+
+void TestTDocumentRename::sandbox_data()
+{
+    QTest::addColumn<QString>("chosen");
+    QTest::addColumn<bool>("goesOn");
+    QTest::newRow("the very folder") << u"files"_s << true;
+    QTest::newRow("the same folder by a link") << u"link"_s << true;
+    QTest::newRow("another folder") << u"."_s << false;
+    QTest::newRow("cancelled") << QString() << false;
+}
+
+void TestTDocumentRename::sandbox()
+{
+    QFETCH(const QString, chosen);
+    QFETCH(const bool, goesOn);
+    const auto restore = qScopeGuard([] {
+        qunsetenv("APP_SANDBOX_CONTAINER_ID");
+        initSandbox();
+    });
+    qputenv("APP_SANDBOX_CONTAINER_ID", "x");
+    initSandbox();
+    DocumentFixture fixture;
+    const QString file = fixture.tree.file(u"files/a.x"_s);
+    fixture.tree.link(u"files"_s, u"link"_s);
+    QVERIFY(fixture.drop({file}) && fixture.useRules({textRule(u"n"_s)}));
+    QCOMPARE(fixture.document->theFoldersWeUse().numberOfNonAccess(), 1);
+    const QSignalSpy granted(fixture.document.get(), &TDocument::foldersChanged);
+    fixture.host.answers = {kCancel};
+    fixture.host.choices = {chosen.isEmpty() ? std::nullopt
+                                             : std::optional(fixture.urls({chosen}).first())};
+    fixture.document->runRename();
+    QCOMPARE(fixture.host.calls.back(),
+             u"folder panel: Grant access to files|"_s + fixture.tree.path(u"files"_s));
+    QCOMPARE(granted.count(), goesOn ? 1 : 0);
+    const auto isAsked = [&] {
+        fixture.mainThread.pump();
+        return fixture.host.answers.empty();
+    };
+    QCOMPARE(QTest::qWaitFor(isAsked, goesOn ? 5000 : 300), goesOn);
+    QCOMPARE(fixture.host.callsOf(u"folder panel"_s).size(), 1);
+}
+
+void TestTDocumentRename::closingDuringARun_data()
+{
+    QTest::addColumn<bool>("destroy");
+    QTest::addColumn<QByteArray>("moment");
+    for (const bool destroy : {false, true})
+        for (const char *moment : {"question", "sheet", "0000.x", "0007.x", "0199.x", "end"})
+            QTest::addRow("%s at %s", destroy ? "destroyed" : "closed", moment)
+                << destroy << QByteArray(moment);
+}
+
+void TestTDocumentRename::closingDuringARun()
+{
+    QFETCH(const bool, destroy);
+    QFETCH(const QByteArray, moment);
+    Batch batch(200);
+    std::atomic<bool> isTime = false;
+    const auto leave = [&] {
+        batch.host.calls.clear();
+        if (destroy)
+            batch.document.reset();
+        else
+            batch.document->close();
+    };
+    const QSignalSpy closed(batch.document.get(), &TDocument::closed);
+    batch.host.answers = {kRename};
+    if (moment == "question")
+        batch.host.holdBack = true;
+    if (moment == "sheet")
+        batch.host.onSheetShown = [&] { isTime = true; };
+    batch.disk.before(
+        Call::RenameNoReplace, [&] { isTime = true; }, moment);
+    batch.document->runRename();
+    QVERIFY(batch.pumpUntil([&] {
+        return isTime || batch.host.held.size() == 1 ||
+               (batch.host.answers.empty() && batch.host.logWindow);
+    }));
+    leave();
+    batch.host.release();
+    const QStringList calls = batch.host.calls;
+    QCOMPARE(calls, destroy ? QStringList() : QStringList{u"hide window"_s});
+    if (!destroy)
+        QVERIFY(batch.pumpUntil([&] { return closed.count() == 1; }));
+    batch.mainThread.pump();
+    QCOMPARE(batch.host.calls, calls);
+    // Every file is there, and what was renamed is in the log.
+    QCOMPARE(batch.onDisk().size(), 200);
+    const qsizetype renamed = batch.onDisk().filter(u"n"_s).size();
+    QCOMPARE(batch.logs().size(), moment == "question" ? 0 : 1);
+    if (moment == "question")
+        return;
+    const auto records = readRollbackLog(batch.logs()[0]).value();
+    QCOMPARE(std::count_if(records.begin(), records.end(),
+                           [](const TRenameTRX &record) { return record.renameComplete; }),
+             renamed);
+    QVERIFY(moment != "end" || renamed == 200);
+}
+
+QTEST_GUILESS_MAIN(TestTDocumentRename)
+#include "tst_tdocument_rename.moc"

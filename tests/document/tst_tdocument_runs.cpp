@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/DocumentFixture.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestTDocumentRuns : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void progress_data();
+    void progress();
+    void gathering();
+    void gatheringWaitsForTheDrop();
+    void errorsAndBadge();
+    void testRun_data();
+    void testRun();
+    void countersOfTheForms();
+    void newestRunWins();
+    void partialRun();
+    void forecast();
+    void destructionDuringRuns();
+};
+
+void TestTDocumentRuns::progress_data()
+{
+    QTest::addColumn<int>("files");
+    QTest::addColumn<QStringList>("calls");
+    QTest::newRow("none") << 0 << QStringList{u"progress 0/0"_s};
+    QTest::newRow("49") << 49 << QStringList{u"progress 0/49"_s};
+    QTest::newRow("120") << 120
+                         << QStringList{u"progress 0/120"_s, u"progress 50/120"_s,
+                                        u"progress 100/120"_s};
+}
+
+void TestTDocumentRuns::progress()
+{
+    QFETCH(const int, files);
+    QFETCH(QStringList, calls);
+    DocumentFixture fixture;
+    QVERIFY(fixture.drop(fixture.makeFiles(u"%1"_s, files)));
+    fixture.host.calls.clear();
+    fixture.document->doBackgroundRun();
+    QVERIFY(fixture.settle());
+    calls += {u"hide progress"_s, u"badge %1"_s.arg(files)};
+    QCOMPARE(fixture.host.calls, calls);
+}
+
+void TestTDocumentRuns::gathering()
+{
+    DocumentFixture fixture;
+    const TMetadataPtr image = TMetadata::fromVariantMap({{u"{Exif}"_s, QVariantMap()}});
+    const TMetadataPtr song = TMetadata::fromVariantMap({{u"title"_s, u"T"_s}});
+    fixture.metadata.byName = {{u"b.jpg"_s, {image, nullptr}}, {u"c.mp3"_s, {nullptr, song}}};
+    fixture.metadata.holdBack = true;
+    QStringList paths;
+    for (const auto &name : {u"a.txt"_s, u"b.jpg"_s, u"c.mp3"_s, u"d.txt"_s})
+        paths += fixture.tree.file(name);
+    fixture.document->addFiles(fixture.urls(paths), 0);
+    const auto remaining = [&](qint64 count) {
+        return fixture.pumpUntil([&] { return fixture.document->remainingAOps() == count; });
+    };
+    QVERIFY(fixture.pumpUntil([&] { return fixture.metadata.held.size() == 2; }));
+    QCOMPARE(fixture.metadata.asked, (QStringList{u"b.jpg"_s, u"c.mp3"_s}));
+    QVERIFY(remaining(3)); // the text before the picture is done, the one behind it waits
+    QVERIFY(fixture.host.busy);
+    QCOMPARE(fixture.host.status, u"gathering secondary file information"_s);
+    fixture.document->runRename(); // while names cannot be known, nothing happens
+    fixture.metadata.held[0]();
+    QVERIFY(remaining(2));
+    QVERIFY(!fixture.document->errorLog());
+    fixture.metadata.held[1]();
+    QVERIFY(fixture.settle());
+    const TFileList &files = fixture.document->sourceObjectArray();
+    QCOMPARE(files[1]->imageProperties(), image);
+    QVERIFY(!files[0]->imageProperties() && !files[1]->ID3());
+    QCOMPARE(files[2]->ID3(), song);
+    QVERIFY(!fixture.host.busy);
+    QCOMPARE(fixture.host.statuses.last(2),
+             (QStringList{u"Performing test run"_s, u"Idle. Files: 4"_s}));
+    QVERIFY(fixture.document->errorLog());
+    QCOMPARE(fixture.host.callsOf(u"progress 0/4"_s).size(), 1);
+}
+
+void TestTDocumentRuns::gatheringWaitsForTheDrop()
+{
+    DocumentFixture fixture;
+    fixture.makeFiles(u"f/%1.jpg"_s, 2000);
+    fixture.document->addFiles(fixture.urls({u"f"_s}), 0);
+    QVERIFY(fixture.pumpUntil([&] { return fixture.document->remainingAOps() > 0; }));
+    QVERIFY(fixture.metadata.asked.isEmpty());
+    QVERIFY(fixture.settle());
+    QCOMPARE(fixture.metadata.asked, fixture.names());
+    QCOMPARE(fixture.host.callsOf(u"progress 0/"_s).size(), 1);
+}
+
+void TestTDocumentRuns::errorsAndBadge()
+{
+    DocumentFixture fixture;
+    QVERIFY(fixture.drop(fixture.makeFiles(u"%1.x"_s, 3)));
+    QCOMPARE(fixture.host.badge, 3); // no rules
+    QVERIFY(fixture.useRules({textRule(u"n"_s)}));
+    QCOMPARE(fixture.host.badge, 0);
+    QCOMPARE(TDocument::numberOfErrorsWithType(1, *fixture.document->errorLog()), 2);
+    fixture.document->setDuplicatesAreCritical(true);
+    QVERIFY(fixture.settle());
+    QCOMPARE(fixture.host.badge, 2);
+    QCOMPARE(fixture.document->sourceObjectArray()[0]->errLevel(), 0);
+    QCOMPARE(fixture.document->sourceObjectArray()[2]->errLevel(), 2);
+    QVERIFY(fixture.document->errorLog()->entries()[0].errDesc.startsWith(
+        "Duplicate: \"n\" is already used. Check "_L1));
+}
+
+void TestTDocumentRuns::testRun_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("ready");
+    QTest::addColumn<int>("problems");
+    QTest::newRow("clean") << u"n"_s << true << 0;
+    QTest::newRow("empty names") << u" "_s << false << 1;
+}
+
+void TestTDocumentRuns::testRun()
+{
+    QFETCH(const QString, text);
+    QFETCH(const bool, ready);
+    QFETCH(const int, problems);
+    DocumentFixture fixture;
+    QVERIFY(fixture.drop(fixture.makeFiles(u"%1"_s, 1)));
+    fixture.document->setLiveUpdate(false);
+    fixture.document->addRules({textRule(text)}, 0);
+    QVERIFY(!fixture.document->readyToGo());
+    const QSignalSpy redisplays(fixture.document.get(), &TDocument::filesChanged);
+    fixture.document->testRun();
+    QCOMPARE(fixture.document->readyToGo(), ready);
+    QCOMPARE(fixture.targets(), QStringList{text});
+    QCOMPARE(fixture.host.calls.back(), u"error log %1"_s.arg(problems));
+    QCOMPARE(redisplays.count(), 1);
+    fixture.document->showTestRunLog();
+    QCOMPARE(fixture.document->readyToGo(), ready);
+    if (ready) { // adding files makes a new test necessary
+        QVERIFY(fixture.drop(fixture.makeFiles(u"new%1"_s, 1)));
+        QVERIFY(!fixture.document->readyToGo());
+    }
+}
+
+void TestTDocumentRuns::countersOfTheForms()
+{
+    DocumentFixture fixture;
+    QVERIFY(fixture.drop({fixture.tree.file(u"a.x"_s), fixture.tree.file(u"b.x"_s)}));
+    // A copy keeps the counters of extensions, and only the document's own rules are prepared.
+    QVERIFY(fixture.useRules({makeRule(u"Counter"_s, {{u"individualFileTypes"_s, true}})}));
+    const QStringList fromOne{u"1"_s, u"2"_s};
+    QCOMPARE(fixture.targets(), fromOne);
+    fixture.document->fullRun();
+    QCOMPARE(fixture.targets(), fromOne);
+    for (const QStringList &expected : {QStringList{u"3"_s, u"4"_s}, fromOne}) {
+        fixture.document->doBackgroundRun();
+        QVERIFY(fixture.settle());
+        QCOMPARE(fixture.targets(), expected);
+    }
+}
+
+void TestTDocumentRuns::newestRunWins()
+{
+    DocumentFixture fixture;
+    QVERIFY(fixture.drop(fixture.makeFiles(u"%1"_s, 2000)));
+    for (const auto &text : {u"one"_s, u"two"_s, u"three"_s})
+        fixture.document->addRules({textRule(text)}, 0);
+    fixture.host.calls.clear();
+    const QSignalSpy published(fixture.document.get(), &TDocument::errorLogChanged);
+    QVERIFY(fixture.settle());
+    QCOMPARE(published.count(), 1);
+    QCOMPARE(fixture.targets(), QStringList(2000, u"threetwoone"_s));
+    QCOMPARE(fixture.host.callsOf(u"progress"_s).size(), 40);
+    // Lists may change while a run is under way; its results still find their entries.
+    fixture.document->undoStack().undo();
+    fixture.document->setLiveUpdate(false);
+    fixture.document->removeFiles({0, 5});
+    QVERIFY(fixture.settle());
+    QCOMPARE(fixture.targets(), QStringList(1998, u"twoone"_s));
+}
+
+void TestTDocumentRuns::partialRun()
+{
+    DocumentFixture fixture;
+    QVERIFY(fixture.drop(fixture.makeFiles(u"%1"_s, 2)));
+    QVERIFY(fixture.useRules({textRule(u"old"_s)}));
+    const TFileList &files = fixture.document->sourceObjectArray();
+    fixture.document->setLiveUpdate(false);
+    fixture.document->addRules({textRule(u"new"_s)}, 0);
+    fixture.document->partialRunFor({files[1]}, true);
+    QCOMPARE(files[1]->attributedTargetName().string(), u"newold"_s);
+    QCOMPARE(files[1]->targetName(), u"old"_s);
+    QCOMPARE(files[0]->attributedTargetName().string(), u"old"_s);
+    QVERIFY(files[1]->errLog().isEmpty());
+}
+
+void TestTDocumentRuns::forecast()
+{
+    DocumentFixture fixture;
+    QVERIFY(fixture.drop({fixture.tree.file(u"a.x"_s), fixture.tree.file(u"b.x"_s)}));
+    QVERIFY(fixture.useRules({textRule(u"n"_s)}));
+    const TFileList &files = fixture.document->sourceObjectArray();
+    const auto finalNameIs = [&](std::size_t row, const QString &name) {
+        return fixture.pumpUntil([&] {
+            const auto *forecast = fixture.document->forecastFor(*files[row]);
+            return forecast != nullptr && forecast->finalName == name;
+        });
+    };
+    QVERIFY(finalNameIs(0, u"n.x"_s));
+    QVERIFY(finalNameIs(1, u"n-1.x"_s));
+    fixture.document->setLiveUpdate(false);
+    fixture.document->addRules({textRule(u"m"_s)}, 0);
+    fixture.document->testRun();
+    QVERIFY(finalNameIs(1, u"mn-1.x"_s));
+}
+
+void TestTDocumentRuns::destructionDuringRuns()
+{
+    for (int moment = 0; moment < 40; ++moment) {
+        DocumentFixture fixture;
+        fixture.metadata.holdBack = moment % 2 == 0;
+        fixture.makeFiles(u"f/%1.jpg"_s, 300);
+        fixture.document->addRules({makeRule(u"Counter"_s)}, 0);
+        fixture.document->addFiles(fixture.urls({u"f"_s}), 0);
+        int steps = 0;
+        fixture.pumpUntil([&] { return steps++ >= moment || fixture.document->errorLog(); });
+        fixture.host.calls.clear();
+        if (moment % 3 == 0) {
+            const QSignalSpy closed(fixture.document.get(), &TDocument::closed);
+            fixture.document->close();
+            fixture.document->close();
+            QCOMPARE(closed.count(), 1);
+            QCOMPARE(fixture.host.calls, QStringList{u"hide window"_s});
+        } else {
+            fixture.document.reset();
+        }
+        const QStringList calls = fixture.host.calls;
+        fixture.mainThread.pump(); // what was on its way finds nobody
+        QCOMPARE(fixture.host.calls, calls);
+    }
+}
+
+QTEST_GUILESS_MAIN(TestTDocumentRuns)
+#include "tst_tdocument_runs.moc"
