@@ -8,6 +8,8 @@
 #include "readers/IptcCategory.h"
 #include "readers/TagCategories.h"
 
+#include <exception>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -39,13 +41,8 @@ ImageFacts factsOf(ImageFormat format, ByteSource &source)
     return {};
 }
 
-} // namespace
-
-std::optional<QVariantMap> readImageProperties(const QByteArray &path)
+QVariantMap propertiesOf(ByteSource &source)
 {
-    FileSource source(path);
-    if (!source.isOpen())
-        return std::nullopt;
     const ImageFormat format = imageFormatOf(source);
     ImageFacts facts = factsOf(format, source);
     const ImageTags tags = readImageTags(source, format, facts);
@@ -58,7 +55,20 @@ std::optional<QVariantMap> readImageProperties(const QByteArray &path)
     properties.insert(tagCategories(tags));
     if (const QVariantMap iptc = iptcCategory(tags); !iptc.isEmpty())
         properties.insert(u"{IPTC}"_s, iptc);
-    if (properties.isEmpty())
-        return std::nullopt;
     return properties;
+}
+
+} // namespace
+
+std::optional<QVariantMap> readImageProperties(const QByteArray &path)
+{
+    FileSource source(path);
+    if (!source.isOpen())
+        return std::nullopt;
+    try {
+        const QVariantMap properties = propertiesOf(source);
+        return properties.isEmpty() ? std::nullopt : std::optional(properties);
+    } catch (const std::exception &) {
+        return std::nullopt; // out of memory
+    }
 }

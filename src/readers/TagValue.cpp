@@ -247,7 +247,7 @@ double canonExposure(int steps)
 
 QString textOfBytes(const QByteArray &bytes)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decoder(bytes);
     return decoder.hasError() ? QString::fromLatin1(bytes) : text;
 }

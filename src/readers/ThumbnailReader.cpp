@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/ThumbnailReader.h"
 
+#include "readers/CoverPicture.h"
 #include "readers/EmbeddedPreview.h"
 #include "readers/FileSource.h"
 #include "readers/MemorySource.h"
@@ -10,6 +11,7 @@
 #include <QTransform>
 
 #include <algorithm>
+#include <exception>
 
 namespace {
 
@@ -51,12 +53,30 @@ QImage decoded(ByteSource &source, int edge)
 /// Turns a picture as an Exif orientation asks for.
 QImage turned(const QImage &image, int orientation)
 {
-    constexpr int kAngles[] = {0, 0, 180, 180, 90, 90, 270, 270};
+    constexpr int kAngles[] = {0, 0, 180, 180, 270, 90, 90, 270};
     constexpr bool kMirrored[] = {false, true, false, true, true, false, true, false};
     const auto index = static_cast<size_t>(orientation - 1);
     const QImage mirrored = kMirrored[index] ? image.mirrored(true, false) : image;
     return kAngles[index] == 0 ? mirrored
                                : mirrored.transformed(QTransform().rotate(kAngles[index]));
+}
+
+QImage previewOf(ByteSource &file, int edge)
+{
+    const EmbeddedPreview preview = embeddedPreview(file, edge);
+    if (preview.bytes.isEmpty())
+        return {};
+    MemorySource source(preview.bytes);
+    return turned(decoded(source, edge), preview.orientation);
+}
+
+QImage coverOf(const QByteArray &path, int edge)
+{
+    const QByteArray cover = readCoverPicture(path);
+    if (cover.isEmpty())
+        return {};
+    MemorySource source(cover);
+    return decoded(source, edge);
 }
 
 } // namespace
@@ -67,10 +87,12 @@ QImage readThumbnail(const QByteArray &path, int edge)
     if (!file.isOpen() || edge <= 0)
         return {};
     QImageReader::setAllocationLimit(kMostMebibytes);
-    const QImage image = decoded(file, edge);
-    if (!image.isNull())
-        return image;
-    const EmbeddedPreview preview = embeddedPreview(file, edge);
-    MemorySource source(preview.bytes);
-    return preview.bytes.isEmpty() ? QImage() : turned(decoded(source, edge), preview.orientation);
+    try {
+        QImage image = decoded(file, edge);
+        if (image.isNull())
+            image = previewOf(file, edge);
+        return image.isNull() ? coverOf(path, edge) : image;
+    } catch (const std::exception &) {
+        return {}; // out of memory
+    }
 }

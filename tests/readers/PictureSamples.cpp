@@ -1,0 +1,313 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "readers/PictureSamples.h"
+
+#include "readers/TiffBuilder.h"
+
+#include <QBuffer>
+#include <QtEndian>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray big(quint64 number, int bytes)
+{
+    QByteArray result = TiffBuilder::number(number, bytes);
+    std::reverse(result.begin(), result.end());
+    return result;
+}
+
+QByteArray little(quint64 number, int bytes)
+{
+    return TiffBuilder::number(number, bytes);
+}
+
+QByteArray box(const char *type, const QByteArray &contents)
+{
+    return big(static_cast<quint64>(contents.size()) + 8, 4) + type + contents;
+}
+
+QByteArray fullBox(const char *type, const QByteArray &contents, int version = 0, int flags = 0)
+{
+    return box(type, big(static_cast<quint64>(version), 1) + big(static_cast<quint64>(flags), 3) +
+                         contents);
+}
+
+QByteArray encoded(const QImage &image, const char *format)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}
+
+QImage blank(int width, int height, QImage::Format format = QImage::Format_RGB32)
+{
+    QImage image(width, height, format);
+    image.fill(Qt::red);
+    return image;
+}
+
+QByteArray gif()
+{
+    const QByteArray colorMap(6, '\x40');
+    return "GIF89a" + little(5, 2) + little(4, 2) + QByteArray("\x80\0\0", 3) + colorMap +
+           QByteArray("\x21\xFF\x0BNETSCAPE2.0\x03\x01\x07\0\0", 19) +
+           QByteArray("\x21\xF9\x04\x01\x01\0\0\0", 8) +
+           QByteArray("\x2C\0\0\0\0\x05\0\x04\0\0\x02\0\x3B", 13);
+}
+
+QByteArray resource(int id, const QByteArray &contents)
+{
+    return "8BIM" + big(static_cast<quint64>(id), 2) + QByteArray(2, '\0') +
+           big(static_cast<quint64>(contents.size()), 4) + contents +
+           QByteArray(contents.size() % 2, '\0');
+}
+
+QByteArray layer(const QByteArray &name, const QByteArray &blocks)
+{
+    QByteArray pascal = static_cast<char>(name.size()) + name;
+    pascal = pascal.leftJustified((pascal.size() + 3) & ~3, '\0');
+    const QByteArray extra = big(0, 4) + big(0, 4) + pascal + blocks;
+    return QByteArray(16, '\0') + big(1, 2) + big(0, 6) + "8BIMnorm" + QByteArray(4, '\0') +
+           big(static_cast<quint64>(extra.size()), 4) + extra;
+}
+
+QByteArray psd()
+{
+    const QByteArray unicode =
+        "8BIMluni" + big(8, 4) + big(2, 4) + QByteArray("\x04\x16\x04\x17", 4);
+    const QByteArray divider = "8BIMlsct" + big(4, 4) + big(3, 4);
+    const QByteArray layers = big(0xFFFD, 2) + layer("Ground", {}) +
+                              layer("</Layer group>", divider) + layer("?", unicode);
+    const QByteArray info = big(static_cast<quint64>(layers.size()), 4) + layers;
+    const QByteArray resources =
+        resource(1005, big(300 << 16, 4) + big(0, 4) + big(150 << 16, 4) + big(0, 4));
+    return "8BPS" + big(1, 2) + QByteArray(6, '\0') + big(4, 2) + big(20, 4) + big(30, 4) +
+           big(16, 2) + big(9, 2) + big(0, 4) + big(static_cast<quint64>(resources.size()), 4) +
+           resources + big(static_cast<quint64>(info.size()), 4) + info;
+}
+
+QByteArray tiffBlock()
+{
+    TiffBuilder tiff;
+    tiff.add(TiffBuilder::Main, 0x010F, TiffBuilder::Ascii, QByteArray("Maker\0", 6));
+    return tiff.build();
+}
+
+/// Item 1 is the picture, 2 its alpha plane, 3 the Exif block in the file behind the boxes.
+QByteArray heif()
+{
+    const QByteArray exif = big(0, 4) + tiffBlock();
+    const auto build = [&](quint64 exifAt) {
+        const QByteArray infos = fullBox("infe", big(1, 2) + big(0, 2) + "hvc1", 2) +
+                                 fullBox("infe", big(2, 2) + big(0, 2) + "hvc1", 2) +
+                                 fullBox("infe", big(3, 2) + big(0, 2) + "Exif", 2);
+        const QByteArray location = big(0x4400, 2) + big(1, 2) + big(3, 2) + big(0, 2) + big(1, 2) +
+                                    big(exifAt, 4) + big(static_cast<quint64>(exif.size()), 4);
+        const QByteArray properties =
+            fullBox("ispe", big(64, 4) + big(48, 4)) +
+            fullBox("pixi", big(3, 1) + QByteArray(3, '\x0A')) +
+            fullBox("auxC", QByteArray("urn:mpeg:hevc:2015:auxid:1\0", 27)) +
+            fullBox("ispe", big(9, 4) + big(9, 4));
+        const QByteArray associations = big(2, 4) + big(1, 2) + QByteArray("\x02\x81\x02", 3) +
+                                        big(2, 2) + QByteArray("\x02\x04\x03", 3);
+        const QByteArray meta =
+            fullBox("pitm", big(1, 2)) + fullBox("iinf", big(3, 2) + infos) +
+            fullBox("iloc", location) +
+            fullBox("iref", box("auxl", big(2, 2) + big(1, 2) + big(1, 2))) +
+            box("iprp", box("ipco", properties) + fullBox("ipma", associations));
+        return box("ftyp", "heic" + big(0, 4) + "mif1") + fullBox("meta", meta);
+    };
+    return build(static_cast<quint64>(build(0).size())) + exif;
+}
+
+QByteArray webp()
+{
+    const QByteArray extended =
+        "VP8X" + little(10, 4) + QByteArray("\x10\0\0\0", 4) + little(299, 3) + little(199, 3);
+    const QByteArray exif = tiffBlock();
+    const QByteArray block = "EXIF" + little(static_cast<quint64>(exif.size()), 4) + exif;
+    return "RIFF" + little(static_cast<quint64>(4 + extended.size() + block.size()), 4) + "WEBP" +
+           extended + block;
+}
+
+QByteArray jpeg2000()
+{
+    const QByteArray header =
+        box("ihdr", big(7, 4) + big(11, 4) + big(2, 2) + big(7, 1) + big(7, 1) + big(0, 2)) +
+        box("colr", big(1, 1) + big(0, 2) + big(17, 4)) +
+        box("cdef", big(2, 2) + big(0, 6) + big(1, 2) + big(1, 2) + big(0, 2));
+    return box("jP  ", "\r\n\x87\n") + box("ftyp", "jp2 " + big(0, 4) + "jp2 ") +
+           box("jp2h", header);
+}
+
+QByteArray bmp()
+{
+    return "BM" + little(0, 12) + little(40, 4) + little(6, 4) +
+           little(static_cast<quint64>(-3), 4) + little(1, 2) + little(4, 2) + little(0, 8) +
+           little(11811, 4) + little(11811, 4) + little(0, 8);
+}
+
+/// One heap with two values and, inside it, another heap with one.
+QByteArray crw()
+{
+    const QByteArray owner = "Ada Byron\0"_ba;
+    const QByteArray file = "IMG_1.CRW\0"_ba;
+    const QByteArray inner =
+        file + little(1, 2) + little(0x0816, 2) + little(10, 4) + little(0, 4) + little(10, 4);
+    const auto innerSize = static_cast<quint64>(inner.size());
+    const QByteArray heap = owner + inner + little(3, 2) + little(0x0810, 2) + little(10, 4) +
+                            little(0, 4) + little(0x300A, 2) + little(innerSize, 4) +
+                            little(10, 4) + little(0x5817, 2) + little(1234, 8) +
+                            little(10 + innerSize, 4);
+    return "II" + little(26, 4) + "HEAPCCDR" + little(0, 12) + heap;
+}
+
+QByteArray tiff()
+{
+    TiffBuilder tiff;
+    for (const auto &[tag, number] :
+         {std::pair(0x0100, 40), std::pair(0x0101, 30), std::pair(0x0106, 5), std::pair(0x0112, 8),
+          std::pair(0x0128, 3)})
+        tiff.add(TiffBuilder::Main, static_cast<quint16>(tag), TiffBuilder::Short,
+                 TiffBuilder::shorts({number}));
+    tiff.add(TiffBuilder::Main, 0x0102, TiffBuilder::Short,
+             TiffBuilder::shorts({32, 32, 32, 32, 32}));
+    tiff.add(TiffBuilder::Main, 0x011A, TiffBuilder::Rational, TiffBuilder::longs({100, 1}));
+    tiff.add(TiffBuilder::Main, 0x011B, TiffBuilder::Rational, TiffBuilder::longs({200, 1}));
+    tiff.add(TiffBuilder::Main, 0x0152, TiffBuilder::Short, TiffBuilder::shorts({2}));
+    tiff.add(TiffBuilder::Main, 0x0153, TiffBuilder::Short, TiffBuilder::shorts({3, 3, 3, 3, 3}));
+    return tiff.build();
+}
+
+QByteArray png()
+{
+    QImage image = blank(8, 6, QImage::Format_ARGB32);
+    image.setText(u"Title"_s, u"Before the pixels"_s);
+    image.setDotsPerMeterX(2000);
+    image.setDotsPerMeterY(4000);
+    return pngFile(image,
+                   pngChunk("tEXt", "Author\0Björn"_ba) +
+                       pngChunk("tIME", big(2020, 2) + QByteArray("\x02\x03\x04\x05\x06", 5)));
+}
+
+} // namespace
+
+QByteArray pngChunk(const QByteArray &type, const QByteArray &contents)
+{
+    const QByteArray checked = type + contents;
+    quint32 crc = 0xFFFFFFFF;
+    for (const char each : checked) {
+        crc ^= static_cast<uchar>(each);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = crc & 1 ? crc >> 1 ^ 0xEDB88320 : crc >> 1;
+    }
+    return big(static_cast<quint64>(contents.size()), 4) + checked + big(~crc & 0xFFFFFFFF, 4);
+}
+
+QByteArray pngFile(const QImage &image, const QByteArray &chunksBehindPixels)
+{
+    constexpr qsizetype kEndChunk = 12;
+    const QByteArray file = encoded(image, "PNG");
+    return file.chopped(kEndChunk) + chunksBehindPixels + file.last(kEndChunk);
+}
+
+QByteArray jpegFile(const QImage &image, const QByteArray &exif)
+{
+    const QByteArray file = encoded(image, "JPEG");
+    if (exif.isEmpty())
+        return file;
+    const QByteArray segment = QByteArray("Exif\0\0", 6) + exif;
+    return file.first(2) + "\xFF\xE1" + big(static_cast<quint64>(segment.size()) + 2, 2) + segment +
+           file.sliced(2);
+}
+
+std::vector<PictureSample> pictureSamples()
+{
+    return {
+        {"gif",
+         gif(),
+         {{u"PixelWidth"_s, 5},
+          {u"PixelHeight"_s, 4},
+          {u"IsIndexed"_s, 1},
+          {u"HasAlpha"_s, 1},
+          {u"{GIF}/LoopCount"_s, 7},
+          {u"{GIF}/HasGlobalColorMap"_s, 1},
+          {u"{GIF}/UnclampedDelayTime"_s, 0.01},
+          {u"{GIF}/DelayTime"_s, 0.1}}},
+        {"psd",
+         psd(),
+         {{u"PixelWidth"_s, 30},
+          {u"PixelHeight"_s, 20},
+          {u"Depth"_s, 16},
+          {u"ColorModel"_s, u"Lab"_s},
+          {u"HasAlpha"_s, 1},
+          {u"DPIWidth"_s, 300},
+          {u"DPIHeight"_s, 150},
+          {u"{8BIM}/LayerNames"_s, QVariantList{u"Ground"_s, u"ЖЗ"_s}}}},
+        {"heif",
+         heif(),
+         {{u"PixelWidth"_s, 64},
+          {u"PixelHeight"_s, 48},
+          {u"Depth"_s, 10},
+          {u"HasAlpha"_s, 1},
+          {u"{TIFF}/Make"_s, u"Maker"_s}}},
+        {"webp",
+         webp(),
+         {{u"PixelWidth"_s, 300},
+          {u"PixelHeight"_s, 200},
+          {u"HasAlpha"_s, 1},
+          {u"{TIFF}/Make"_s, u"Maker"_s}}},
+        {"jp2",
+         jpeg2000(),
+         {{u"PixelWidth"_s, 11},
+          {u"PixelHeight"_s, 7},
+          {u"Depth"_s, 8},
+          {u"ColorModel"_s, u"Gray"_s},
+          {u"HasAlpha"_s, 1}}},
+        {"bmp",
+         bmp(),
+         {{u"PixelWidth"_s, 6},
+          {u"PixelHeight"_s, 3},
+          {u"Depth"_s, 4},
+          {u"IsIndexed"_s, 1},
+          {u"HasAlpha"_s, 0},
+          {u"DPIWidth"_s, 11811 * 0.0254}}},
+        {"crw",
+         crw(),
+         {{u"{CIFF}/OwnerName"_s, u"Ada Byron"_s},
+          {u"{CIFF}/ImageFileName"_s, u"IMG_1.CRW"_s},
+          {u"{CIFF}/ImageSerialNumber"_s, 1234}}},
+        {"tiff",
+         tiff(),
+         {{u"PixelWidth"_s, 40},
+          {u"PixelHeight"_s, 30},
+          {u"Depth"_s, 32},
+          {u"ColorModel"_s, u"CMYK"_s},
+          {u"IsFloat"_s, 1},
+          {u"HasAlpha"_s, 1},
+          {u"Orientation"_s, 8},
+          {u"DPIWidth"_s, 254},
+          {u"DPIHeight"_s, 508}}},
+        {"png",
+         png(),
+         {{u"PixelWidth"_s, 8},
+          {u"HasAlpha"_s, 1},
+          {u"DPIWidth"_s, 50.8},
+          {u"{PNG}/XPixelsPerMeter"_s, 2000},
+          {u"{PNG}/Title"_s, u"Before the pixels"_s},
+          {u"{PNG}/Author"_s, u"Björn"_s},
+          {u"{PNG}/ModificationTime"_s, u"2020:02:03 04:05:06"_s},
+          {u"{PNG}/InterlaceType"_s, 0}}},
+        {"jpeg",
+         jpegFile(blank(16, 9, QImage::Format_Grayscale8)),
+         {{u"PixelWidth"_s, 16},
+          {u"PixelHeight"_s, 9},
+          {u"ColorModel"_s, u"Gray"_s},
+          {u"{JFIF}/JFIFVersion"_s, QVariantList{1, 0, 1}}}},
+    };
+}

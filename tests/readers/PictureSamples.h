@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QVariantMap>
+
+#include <vector>
+
+/// One small picture of each format, made of bytes, and what must be read from it.
+struct PictureSample
+{
+    const char *name;
+    QByteArray bytes;
+    QVariantMap expected; ///< keys as "PixelWidth" and "{GIF}/LoopCount"
+};
+
+std::vector<PictureSample> pictureSamples();
+
+/// The picture as a JPEG file; exif, a TIFF structure, goes in front of the rest when there is one.
+QByteArray jpegFile(const QImage &image, const QByteArray &exif = {});
+/// The same with text and resolution as PNG chunks, those texts behind the pixels.
+QByteArray pngFile(const QImage &image, const QByteArray &chunksBehindPixels = {});
+QByteArray pngChunk(const QByteArray &type, const QByteArray &contents);
