@@ -169,7 +169,7 @@ std::optional<MetadataRequest> readRequest(const QByteArray &content)
     reader.enterArray(kRequestFields);
     request.id = reader.number();
     request.parts = MetadataRequest::Parts::fromInt(
-        static_cast<int>(reader.number(static_cast<quint64>(kAll.toInt()))));
+        static_cast<MetadataRequest::Parts::Int>(reader.number(quint64{kAll.toInt()})));
     request.edge = static_cast<int>(reader.number(kMaxEdge));
     request.path = reader.bytes();
     reader.leave();

@@ -42,6 +42,7 @@ int CliFixture::run(const QStringList &arguments)
     CliEnvironment environment{out, err, input, terminal, *fileManager, clock, interrupted};
     environment.outIsTerminal = outIsTerminal;
     environment.errIsTerminal = errIsTerminal;
+    environment.metadataHelper = metadataHelper;
     const int status = Cli::run(arguments, environment);
     m_out.bytes = out.bytes;
     m_err.bytes = err.bytes;

@@ -61,6 +61,7 @@ public:
     std::atomic<bool> interrupted = false;
     bool outIsTerminal = false;
     bool errIsTerminal = false;
+    QString metadataHelper; ///< path of the program
     int input = -1;
     int failOutputWith = 0;
     std::function<void()> onOutput;

@@ -151,16 +151,16 @@ void TestMetadataGatherer::completesInOrder()
 
 void TestMetadataGatherer::readsOnlyWhatIsWanted_data()
 {
-    QTest::addColumn<int>("kinds");
+    QTest::addColumn<uint>("kinds");
     QTest::addColumn<bool>("image");
     QTest::addColumn<bool>("media");
-    QTest::newRow("images") << int(MetadataGatherer::ImageProperties) << true << false;
-    QTest::newRow("media") << int(MetadataGatherer::Media) << false << true;
+    QTest::newRow("images") << uint(MetadataGatherer::ImageProperties) << true << false;
+    QTest::newRow("media") << uint(MetadataGatherer::Media) << false << true;
 }
 
 void TestMetadataGatherer::readsOnlyWhatIsWanted()
 {
-    QFETCH(int, kinds);
+    QFETCH(uint, kinds);
     MetadataGatherer::Settings wanted = settings();
     wanted.kinds = MetadataGatherer::Kinds::fromInt(kinds);
     const auto results = gather(wanted, {u"a.jpg"_s, u"b.mp3"_s, u"c.txt"_s, u"d.mkv"_s});
