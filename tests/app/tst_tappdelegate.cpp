@@ -6,7 +6,6 @@
 #include "commonprocs/Sandboxing.h"
 #include "platform/PumpedMainThread.h"
 #include "rollback/RollbackLog.h"
-#include "settings/PreferenceStore.h"
 #include "settings/Preferences.h"
 #include "settings/UserDefaults.h"
 #include "settings/logging.h"
@@ -24,13 +23,17 @@
 #include <optional>
 
 using namespace Qt::StringLiterals;
+using L = QStringList;
 using State = TDoRollBackWindowController::State;
 
 namespace {
 
-constexpr QLatin1StringView kStore{"config/com.zel.tavrin/preferences.json"};
-constexpr QLatin1StringView kValid{R"({"author": "written by zel", "firstrun": "false")"};
-const QStringList kLaterLaunch{u"update menus"_s, u"open untitled"_s, u"welcome"_s};
+const QString kStore = u"config/com.zel.tavrin/preferences.json"_s;
+const QString kValid = u"{\"author\": \"written by zel\", \"firstrun\": \"false\""_s;
+const L kLaterLaunch{u"update menus"_s, u"open untitled"_s, u"welcome"_s};
+const QString kInterrupted = u"alert: A Rename Was Interrupted|An earlier run over 2 files was cut "
+                             "off after it had renamed 1 of them. Do you want to look at what can "
+                             "be undone?||Keep/Undo..."_s;
 
 class OtherSystem : public OperatingSystem
 {
@@ -49,49 +52,50 @@ struct Program
     PumpedMainThread mainThread;
     Notifications notifications;
     ScriptedApplicationHost host;
+    L lines;
     std::optional<TAppDelegate> delegate;
 
-    Program()
+    explicit Program(const QString &store = kValid + u'}')
     {
+        if (!store.isEmpty())
+            tree.file(kStore, store.toUtf8());
         qputenv("XDG_CONFIG_HOME", tree.path(u"config"_s).toUtf8());
         qputenv("XDG_DATA_HOME", tree.path(u"data"_s).toUtf8());
         resetSettingsForTests();
+        setLogSink([this](const QString &line) { lines += line; });
     }
-    ~Program() { setLogSink({}); }
-
-    void start()
+    ~Program()
+    {
+        delegate.reset();
+        setLogSink({});
+        qunsetenv("APP_SANDBOX_CONTAINER_ID");
+        initSandbox();
+        resetSettingsForTests();
+    }
+    void launch()
     {
         delegate.emplace(
             TAppDelegate::Services{host, mainThread, notifications, disk, clock, system});
         delegate->awakeFromNib();
-    }
-    /// The whole launch, until nothing is under way.
-    void launch()
-    {
-        start();
         delegate->applicationWillFinishLaunching();
         delegate->applicationDidFinishLaunching();
-        settle();
     }
     void settle()
     {
         delegate->worker().wait();
         mainThread.pump();
     }
-    void laterStart() { tree.file(kStore, kValid.toString().toUtf8() + '}'); }
     QJsonObject stored() const { return QJsonDocument::fromJson(tree.content(kStore)).object(); }
+    qsizetype logs() const { return rollbackLogPaths(tree.path(u"data/Tavrin/Logs"_s)).size(); }
 
     /// A run over two files that was cut off after the first move.
-    void leaveInterruptedRun(const QString &name) const
+    void leaveInterruptedRun(const QString &name)
     {
-        auto journal = RunJournal::create(tree.folder(u"data/Tavrin/Logs"_s), clock,
-                                          const_cast<DiskFileManager &>(disk))
-                           .value();
-        DiskFileManager real;
-        for (const QString &file : {name, name + u"2"_s}) {
+        auto journal = RunJournal::create(tree.folder(u"data/Tavrin/Logs"_s), clock, disk).value();
+        for (const QString &file : {name, name + u'2'}) {
             TFileItem item{TFileURL::fileURLWithPath(tree.file(file)), {}};
             TFileStatus status;
-            real.status(AT_FDCWD, item.url.fileSystemPath(), false, status);
+            disk.status(AT_FDCWD, item.url.fileSystemPath(), false, status);
             item.facts = TFileFacts::fromStatus(status);
             journal->addFile(item);
         }
@@ -108,175 +112,125 @@ class TestTAppDelegate : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup();
     void launches_data();
     void launches();
-    void anOpenDocumentIsEnough();
-    void preferencesAreWrittenOnce_data();
-    void preferencesAreWrittenOnce();
+    void anOpenBatchIsEnough();
+    void preferences_data();
+    void preferences();
     void preferencesThatCannotBeWritten();
     void defaultsAndGlobals();
-    void versionsOfTheSystem_data();
-    void versionsOfTheSystem();
-    void interruptedRunsAreOffered_data();
-    void interruptedRunsAreOffered();
+    void interruptedRuns_data();
+    void interruptedRuns();
     void severalInterruptedRuns();
-    void unreadableJournal();
     void rollBackCommand();
     void endingAtAnyMoment();
 };
 
-void TestTAppDelegate::cleanup()
-{
-    qunsetenv("APP_SANDBOX_CONTAINER_ID");
-    initSandbox();
-    resetSettingsForTests();
-}
-
 void TestTAppDelegate::launches_data()
 {
-    QTest::addColumn<bool>("firstRun");
-    QTest::addColumn<bool>("sandbox");
-    QTest::addColumn<QString>("system");
+    QTest::addColumn<QString>("store");
+    QTest::addColumn<QString>("environment"); // "sandbox", or the system's version
     QTest::addColumn<QStringList>("calls");
-    const QString notice = u"alert: Sandbox is ON|Compiled for Web but sandbox is on. Make sure to "
-                           "remove for release...||"_s;
-    const QString old = u"alert: OS Version not supported|This application requires at least OSX "
-                        "version 10.6.8 or later to run. Sorry.||"_s;
-    QTest::newRow("first") << true << false << QString()
-                           << (QStringList{u"first run"_s} + kLaterLaunch);
-    QTest::newRow("later") << false << false << QString() << kLaterLaunch;
-    QTest::newRow("sandbox") << true << true << QString()
-                             << (QStringList{notice, u"first run"_s} + kLaterLaunch);
-    QTest::newRow("old system") << true << false << u"10.6.7"_s
-                                << QStringList{u"first run"_s, old, u"quit"_s};
+    const L first{u"first run"_s};
+    const L notice{u"alert: Sandbox is ON|Compiled for Web but sandbox is on. Make sure to remove "
+                   "for release...||"_s};
+    const L old{u"alert: OS Version not supported|This application requires at least OSX version "
+                "10.6.8 or later to run. Sorry.||"_s,
+                u"quit"_s};
+    const QString later = kValid + u'}';
+    QTest::newRow("first") << QString() << QString() << first + kLaterLaunch;
+    QTest::newRow("later") << later << QString() << kLaterLaunch;
+    QTest::newRow("sandbox") << QString() << u"sandbox"_s << notice + first + kLaterLaunch;
+    QTest::newRow("least system") << later << u"10.6.8"_s << kLaterLaunch;
+    QTest::newRow("numbers, not texts") << later << u"10.10.1"_s << kLaterLaunch;
+    QTest::newRow("old system") << QString() << u"10.6.7"_s << first + old;
+    QTest::newRow("much older system") << later << u"9.9.9"_s << old;
 }
 
 void TestTAppDelegate::launches()
 {
-    QFETCH(const bool, firstRun);
-    QFETCH(const bool, sandbox);
-    QFETCH(const QString, system);
-    Program program;
-    if (!firstRun)
-        program.laterStart();
-    if (sandbox)
+    QFETCH(const QString, store);
+    QFETCH(const QString, environment);
+    Program program(store);
+    if (environment == "sandbox"_L1)
         qputenv("APP_SANDBOX_CONTAINER_ID", "com.zel.tavrin");
-    if (!system.isEmpty()) {
-        program.system.is = QVersionNumber::fromString(system);
-        program.host.answers.push_back(0);
-    }
+    else if (!environment.isEmpty())
+        program.system.is = QVersionNumber::fromString(environment);
+    program.host.answers.push_back(0);
     program.launch();
+    program.settle();
     QTEST(program.host.calls, "calls");
     QCOMPARE(program.stored()[u"firstrun"_s].toString(), u"false"_s);
-    QCOMPARE(sandboxIsOn(), sandbox);
 }
 
-void TestTAppDelegate::anOpenDocumentIsEnough()
+void TestTAppDelegate::anOpenBatchIsEnough()
 {
     Program program;
-    program.laterStart();
     program.host.documentIsOpen = true;
     program.launch();
-    QCOMPARE(program.host.calls, QStringList({u"update menus"_s, u"welcome"_s}));
+    program.settle();
+    QCOMPARE(program.host.calls, L({u"update menus"_s, u"welcome"_s}));
 }
 
-void TestTAppDelegate::preferencesAreWrittenOnce_data()
+void TestTAppDelegate::preferences_data()
 {
     QTest::addColumn<QString>("before");
     QTest::addColumn<bool>("firstRun");
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<QString>("runCount");
-    QTest::newRow("none") << QString() << true << u"1"_s << u"0"_s;
-    QTest::newRow("valid") << kValid + u", \"version\": \"1\", \"runCount\": \"5\"}"_s << false
-                           << u"1"_s << u"5"_s;
-    QTest::newRow("another version")
-        << kValid + u", \"version\": \"7\", \"runCount\": \"5\"}"_s << false << u"7"_s << u"5"_s;
+    QTest::addColumn<QString>("kept"); // version and run count afterwards
+    const QString rest = u", \"version\": \"7\", \"runCount\": \"5\"}"_s;
+    QTest::newRow("none") << QString() << true << u"1 0"_s;
+    QTest::newRow("another version") << kValid + rest << false << u"7 5"_s;
     QTest::newRow("author off by one character")
-        << QString(kValid).replace(u"zel"_s, u"zem"_s) + u", \"runCount\": \"5\"}"_s << true
-        << u"1"_s << u"0"_s;
-    QTest::newRow("cut off") << QString(kValid) << true << u"1"_s << u"0"_s;
-    QTest::newRow("no object") << u"[1, 2]"_s << true << u"1"_s << u"0"_s;
+        << QString(kValid).replace(u"zel"_s, u"zem"_s) + rest << true << u"1 0"_s;
+    QTest::newRow("cut off") << kValid << true << u"1 0"_s;
+    QTest::newRow("no object") << u"[1, 2]"_s << true << u"1 0"_s;
 }
 
-void TestTAppDelegate::preferencesAreWrittenOnce()
+void TestTAppDelegate::preferences()
 {
     QFETCH(const QString, before);
     QFETCH(const bool, firstRun);
-    Program program;
-    setLogSink([](const QString &) {});
-    if (!before.isEmpty())
-        program.tree.file(kStore, before.toUtf8());
-    program.start();
+    Program program(before);
+    program.launch();
     QCOMPARE(program.host.calls.contains(u"first run"_s), firstRun);
     const QJsonObject stored = program.stored();
-    QTEST(stored[u"version"_s].toString(), "version");
-    QTEST(stored[u"runCount"_s].toString(), "runCount");
-    const QJsonObject fixed{
-        {u"author"_s, u"written by zel"_s},    {u"prefSize"_s, u"8"_s},
-        {u"firstrun"_s, u"false"_s},           {u"hasRated"_s, u"false"_s},
-        {u"SUHasLaunchedBefore"_s, u"true"_s}, {u"SUEnableAutomaticChecks"_s, u"false"_s}};
-    for (auto it = fixed.begin(); it != fixed.end(); ++it)
-        QCOMPARE(stored[it.key()], it.value());
+    QTEST(stored[u"version"_s].toString() + u' ' + stored[u"runCount"_s].toString(), "kept");
+    L written;
+    for (const char *key : {"author", "prefSize", "firstrun", "hasRated", "SUHasLaunchedBefore",
+                            "SUEnableAutomaticChecks"})
+        written += stored[QLatin1StringView(key)].toString();
+    QCOMPARE(written.join(u' '), u"written by zel 8 false false true false"_s);
 }
 
 void TestTAppDelegate::preferencesThatCannotBeWritten()
 {
-    Program program;
-    QStringList lines;
-    setLogSink([&lines](const QString &line) { lines += line; });
+    Program program{QString()};
     program.tree.file(u"config/com.zel.tavrin"_s, "a file where the folder would be");
     program.launch();
-    QCOMPARE(program.host.calls, QStringList{u"first run"_s} + kLaterLaunch);
-    QVERIFY(lines.filter(u"cannot be written"_s).size() > 0);
+    program.settle();
+    QCOMPARE(program.host.calls, L{u"first run"_s} + kLaterLaunch);
+    QVERIFY(!program.lines.filter(u"cannot be written"_s).isEmpty());
 }
 
 void TestTAppDelegate::defaultsAndGlobals()
 {
-    Program program;
-    setLogSink([](const QString &) {});
-    const QString granted = program.tree.folder(u"granted"_s);
+    const TemporaryTree tree;
     const QString grant = u"{\"theBookmark\": \"file://%1\", \"haveAccess\": true}"_s;
-    program.tree.file(kStore,
-                      u"%1, \"logLevel\": 2, \"scopedFolders\": [%2, %3, 4]}"_s
-                          .arg(kValid, grant.arg(granted), grant.arg(program.tree.path(u"gone"_s)))
-                          .toUtf8());
-    program.start();
+    Program program(u"%1, \"logLevel\": 2, \"scopedFolders\": [%2, %3, 4]}"_s.arg(
+        kValid, grant.arg(tree.folder(u"granted"_s)), grant.arg(tree.path(u"gone"_s))));
+    program.launch();
     QVERIFY(UserDefaults::valueForKey(u"neverEver"_s).isValid());
     QCOMPARE(UserDefaults::integerForKey(u"neverEver"_s), 0);
     QVERIFY(UserDefaults::boolForKey(u"logging"_s));
     QCOMPARE(logLevel(), 2);
     QCOMPARE(theScopedFolders().folders().size(), 1U);
-    QCOMPARE(theScopedFolders().folders()[0].theURL().path(), granted);
+    QCOMPARE(theScopedFolders().folders()[0].theURL().path(), tree.path(u"granted"_s));
     QVERIFY(theScopedFolders().folders()[0].haveAccess());
     QVERIFY2(program.stored()[u"scopedFolders"_s].toArray().size() == 3, "never written back");
     setLogLevel(0);
 }
 
-void TestTAppDelegate::versionsOfTheSystem_data()
-{
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<bool>("quits");
-    QTest::newRow("no requirement") << QString() << false;
-    QTest::newRow("least") << u"10.6.8"_s << false;
-    QTest::newRow("numbers, not texts") << u"10.10.1"_s << false;
-    QTest::newRow("major") << u"11.0.0"_s << false;
-    QTest::newRow("too old") << u"10.6.7"_s << true;
-    QTest::newRow("much too old") << u"9.9.9"_s << true;
-}
-
-void TestTAppDelegate::versionsOfTheSystem()
-{
-    QFETCH(const QString, version);
-    Program program;
-    if (!version.isEmpty())
-        program.system.is = QVersionNumber::fromString(version);
-    program.host.answers.push_back(0);
-    program.start();
-    QTEST(program.host.calls.contains(u"quit"_s), "quits");
-}
-
-void TestTAppDelegate::interruptedRunsAreOffered_data()
+void TestTAppDelegate::interruptedRuns_data()
 {
     QTest::addColumn<int>("answer");
     QTest::addColumn<bool>("undone");
@@ -285,112 +239,90 @@ void TestTAppDelegate::interruptedRunsAreOffered_data()
     QTest::newRow("undone") << 1 << true;
 }
 
-void TestTAppDelegate::interruptedRunsAreOffered()
+void TestTAppDelegate::interruptedRuns()
 {
     QFETCH(const int, answer);
     QFETCH(const bool, undone);
     Program program;
-    program.laterStart();
     program.leaveInterruptedRun(u"a"_s);
     program.host.answers.push_back(answer);
     program.launch();
-    QCOMPARE(program.host.callsOf(u"alert"_s),
-             QStringList{u"alert: A Rename Was Interrupted|An earlier run over 2 files was cut off "
-                         "after it had renamed 1 of them. Do you want to look at what can be "
-                         "undone?||Keep/Undo..."_s});
-    QCOMPARE(program.host.runner != nullptr, undone);
+    program.settle();
+    QCOMPARE(program.host.callsOf(u"alert"_s), L{kInterrupted});
+    TDoRollBackWindowController *const runner = program.host.runner;
+    QCOMPARE(runner != nullptr, undone);
     if (undone) {
-        program.mainThread.pumpUntil(
-            [&] { return program.host.runner->state() == State::Analysed; });
-        program.host.runner->rollBack();
-        program.mainThread.pumpUntil(
-            [&] { return program.host.runner->state() == State::Complete; });
-        program.host.runner->cancel();
+        program.mainThread.pumpUntil([&] { return runner->state() == State::Analysed; });
+        runner->rollBack();
+        program.mainThread.pumpUntil([&] { return runner->state() == State::Complete; });
     }
     QCOMPARE(program.tree.exists(u"a"_s), undone);
-    QCOMPARE(rollbackLogPaths(program.tree.path(u"data/Tavrin/Logs"_s)).size(), 1);
+    QCOMPARE(program.logs(), 1);
 }
 
-/// One question after another, the next when the rollback window of the first is closed.
+/// One after another, the next when the rollback window of the first is closed.
 void TestTAppDelegate::severalInterruptedRuns()
 {
     Program program;
-    program.laterStart();
     program.leaveInterruptedRun(u"a"_s);
     program.leaveInterruptedRun(u"b"_s);
-    program.host.answers = {1, 0};
+    program.tree.file(u"data/Tavrin/Logs/.running/~.journal"_s, "no journal, and the last one");
+    program.host.answers = {1, 0, 0};
     program.launch();
+    program.settle();
     QCOMPARE(program.host.callsOf(u"alert"_s).size(), 1);
     program.host.runner->cancel();
-    QCOMPARE(program.host.callsOf(u"alert"_s).size(), 2);
-    QCOMPARE(program.host.runner, nullptr);
-    QCOMPARE(rollbackLogPaths(program.tree.path(u"data/Tavrin/Logs"_s)).size(), 2);
-}
-
-void TestTAppDelegate::unreadableJournal()
-{
-    Program program;
-    program.laterStart();
-    program.tree.file(u"data/Tavrin/Logs/.running/x.journal"_s, "no journal");
-    program.leaveInterruptedRun(u"a"_s);
-    program.host.answers = {0, 0};
-    program.launch();
-    const QStringList alerts = program.host.callsOf(u"alert"_s);
-    QCOMPARE(alerts.size(), 2);
-    QCOMPARE(alerts.filter(u"An Interrupted Rename Could Not Be Recovered|The journal \""_s).size(),
-             1);
+    const L alerts = program.host.callsOf(u"alert"_s);
+    QCOMPARE(alerts.first(2), L({kInterrupted, kInterrupted}));
+    QVERIFY(alerts.last().startsWith(
+        "alert: An Interrupted Rename Could Not Be Recovered|The journal \""_L1));
+    QVERIFY(program.host.runner == nullptr);
+    QCOMPARE(program.logs(), 2);
 }
 
 void TestTAppDelegate::rollBackCommand()
 {
     Program program;
-    program.laterStart();
     program.launch();
+    program.settle();
+    program.tree.file(u"data/Tavrin/Logs/1.renameLog"_s);
     program.host.calls.clear();
     program.delegate->rollBack();
     program.delegate->rollBack();
-    QCOMPARE(program.host.calls, QStringList{u"chooser"_s});
+    QCOMPARE(program.host.calls, L{u"chooser"_s});
     program.host.chooser->cancel();
-    QCOMPARE(program.host.calls.last(), u"close chooser"_s);
-
-    program.tree.file(u"data/Tavrin/Logs/1.renameLog"_s);
     program.delegate->rollBack();
     program.settle();
     program.host.chooser->rowDoubleClicked(0);
-    QCOMPARE(program.host.calls.mid(2),
-             QStringList({u"chooser"_s, u"close chooser"_s, u"rollback window"_s}));
     program.delegate->rollBackLogWithURL(TFileURL::fileURLWithPath(u"/other"_s));
     program.delegate->rollBack();
-    QCOMPARE(program.host.calls.size(), 5);
     program.host.runner->cancel();
-    QCOMPARE(program.host.calls.last(), u"close rollback window"_s);
     program.mainThread.pump();
     program.delegate->rollBackLogWithURL(TFileURL::fileURLWithPath(u"/other"_s));
-    QVERIFY(program.host.runner != nullptr);
+    QCOMPARE(program.host.calls,
+             L({u"chooser"_s, u"close chooser"_s, u"chooser"_s, u"close chooser"_s,
+                u"rollback window"_s, u"close rollback window"_s, u"rollback window"_s}));
 }
 
 /// Nothing that was posted or asked reaches a delegate that is gone.
 void TestTAppDelegate::endingAtAnyMoment()
 {
     Program program;
-    program.laterStart();
     program.leaveInterruptedRun(u"a"_s);
-    program.start();
-    program.delegate->applicationDidFinishLaunching();
+    program.launch();
     program.delegate.reset();
     program.mainThread.pump();
-    QCOMPARE(program.host.calls, QStringList());
+    QCOMPARE(program.host.calls, L{u"update menus"_s});
 
     program.leaveInterruptedRun(u"b"_s);
     program.host.holdBack = true;
     program.host.answers = {1, 1};
     program.launch();
+    program.settle();
     QVERIFY(!program.host.held.empty());
-    program.delegate->rollBack();
     program.delegate.reset();
     program.host.release();
-    program.mainThread.pump();
-    QCOMPARE(program.host.callsOf(u"rollback window"_s), QStringList());
+    QCOMPARE(program.host.callsOf(u"rollback window"_s), L());
 }
 
 QTEST_GUILESS_MAIN(TestTAppDelegate)
