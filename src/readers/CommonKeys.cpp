@@ -49,7 +49,7 @@ constexpr TagMeaning kQuickTimeUserData[] = {
     {"\251day"_L1, kCreationDate}, {"\251cpy"_L1, kCopyrights}, {"\251inf"_L1, kDescription},
     {"\251des"_L1, kDescription},  {"\251pub"_L1, kPublisher},  {"\251aut"_L1, kAuthor},
     {"\251swr"_L1, kSoftware},     {"\251grp"_L1, kSubject},    {"\251xyz"_L1, kLocation},
-    {"\251mak"_L1, kMake},         {"\251mod"_L1, kModel},
+    {"\251mak"_L1, kMake},         {"\251mod"_L1, kModel},      {"\251trk"_L1, CommonKeys::kTrack},
 };
 
 constexpr TagMeaning kQuickTimeMetadata[] = {
@@ -153,8 +153,6 @@ constexpr TagMeaning kApe[] = {
 // part is the disc, and the number of its parts counts the tracks.
 constexpr TagMeaning kMatroska[] = {
     {"TITLE"_L1, kTitle},
-    {"TRACK/TITLE"_L1, kTitle},
-    {"MOVIE/TITLE"_L1, kTitle},
     {"ALBUM/ARTIST"_L1, kArtist},
     {"ARTIST"_L1, kArtist},
     {"ALBUM/TITLE"_L1, kAlbum},
@@ -192,11 +190,11 @@ constexpr TagMeaning kGeneric[] = {
     {"DATE"_L1, kCreationDate},   {"COPYRIGHT"_L1, kCopyrights},
     {"COMMENT"_L1, kDescription}, {"DESCRIPTION"_L1, kDescription},
     {"PUBLISHER"_L1, kPublisher}, {"LANGUAGE"_L1, kLanguage},
-    {"IWRI"_L1, kAuthor},         {"SOFTWARE"_L1, kSoftware},
-    {"ENCODER"_L1, kSoftware},    {"ISBJ"_L1, kSubject},
-    {"ISRC"_L1, kSource},         {"IMED"_L1, kSource},
-    {"TRACK"_L1, kTrack},         {"TRACKNUMBER"_L1, kTrack},
-    {"DISC"_L1, kDisc},           {"DISCNUMBER"_L1, kDisc},
+    {"IWRI"_L1, kAuthor},         {"LYRICIST"_L1, kAuthor},
+    {"SOFTWARE"_L1, kSoftware},   {"ENCODER"_L1, kSoftware},
+    {"ISBJ"_L1, kSubject},        {"ISRC"_L1, kSource},
+    {"IMED"_L1, kSource},         {"TRACK"_L1, kTrack},
+    {"DISC"_L1, kDisc},
 };
 
 } // namespace

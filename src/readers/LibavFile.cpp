@@ -7,6 +7,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
 extern "C" {
@@ -19,6 +20,10 @@ namespace {
 
 constexpr auto kNoProtocols = "none";
 constexpr auto kMatroska = "matroska"_L1;
+constexpr auto kOgg = "ogg"_L1;
+/// The program that wrote a Matroska file; the tag of the same name is in capitals.
+constexpr auto kMuxer = "encoder";
+constexpr QByteArrayView kOwnLevels[] = {"TRACK/", "MOVIE/"};
 constexpr int kBufferSize = 32 * 1024;
 /// Enough to find the streams of a broadcast; the pictures themselves are not looked at.
 constexpr qint64 kBytesToProbe = 2 * 1024 * 1024;
@@ -126,36 +131,53 @@ double durationOf(const AVFormatContext &context)
 
 using Entries = QHash<QByteArray, QByteArrayList>;
 
+/// "TRACK/TITLE" names the title of what the file holds, as "TITLE" does.
+QByteArray plainName(const char *name)
+{
+    const QByteArray upper = QByteArray(name).toUpper();
+    for (const QByteArrayView level : kOwnLevels) {
+        if (upper.startsWith(level))
+            return upper.sliced(level.size());
+    }
+    return upper;
+}
+
 void collect(const AVDictionary *dictionary, Entries &entries)
 {
     const AVDictionaryEntry *entry = nullptr;
     while ((entry = av_dict_get(dictionary, "", entry, AV_DICT_IGNORE_SUFFIX)))
-        entries[QByteArray(entry->key).toUpper()].append(entry->value);
+        entries[plainName(entry->key)].append(entry->value);
 }
 
 /// Ogg keeps its comments with each stream, the other containers with the whole.
-Entries entriesOf(const AVFormatContext &context)
+Entries entriesOf(const AVFormatContext &context, QLatin1String format)
 {
     Entries entries;
-    if (QLatin1String(context.iformat->name) == "ogg"_L1) {
+    if (format == kOgg) {
         for (unsigned int i = context.nb_streams; i-- > 0;)
             collect(context.streams[i]->metadata, entries);
     }
     collect(context.metadata, entries);
+    if (format == kMatroska && av_dict_get(context.metadata, kMuxer, nullptr, AV_DICT_MATCH_CASE))
+        entries.remove(QByteArray(kMuxer).toUpper());
     return entries;
+}
+
+/// Some demuxers have several names: "matroska,webm".
+QLatin1String firstName(const char *names)
+{
+    return QLatin1String(names, static_cast<qsizetype>(std::strcspn(names, ",")));
 }
 
 TagMeanings meaningsFor(QLatin1String format)
 {
-    if (format.startsWith(kMatroska))
-        return CommonKeys::matroska();
-    return format == "ogg"_L1 ? CommonKeys::vorbis() : CommonKeys::generic();
+    return format == kMatroska ? CommonKeys::matroska() : CommonKeys::generic();
 }
 
 void addItems(const AVFormatContext &context, MediaReading &reading)
 {
-    const QLatin1String format(context.iformat->name);
-    const Entries entries = entriesOf(context);
+    const QLatin1String format = firstName(context.iformat->name);
+    const Entries entries = entriesOf(context, format);
     ItemWriter items(reading, format);
     for (const TagMeaning &meaning : meaningsFor(format)) {
         for (const QByteArray &value : entries.value(QByteArray(meaning.key.latin1())))

@@ -1,0 +1,369 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "readers/CoverPicture.h"
+#include "readers/GenreText.h"
+#include "readers/MediaReader.h"
+#include "support/TemporaryTree.h"
+
+#include <QFile>
+#include <QMap>
+#include <QTest>
+#include <QtEndian>
+
+#include <cmath>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString dataPath(const QString &name)
+{
+    return QString::fromUtf8(TAVRIN_SOURCE_DIR) + u"/tests/data/media/"_s + name;
+}
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString textOf(const QVariant &value)
+{
+    if (value.typeId() != QMetaType::QByteArray)
+        return value.toString();
+    const QByteArray data = value.toByteArray();
+    return data.size() != 8 ? u"wrong size"_s
+                            : u"%1/%2"_s.arg(qFromBigEndian<quint16>(data.constData() + 2))
+                                  .arg(qFromBigEndian<quint16>(data.constData() + 4));
+}
+
+/// The last value of each key, as "key=value" in the order of the keys.
+QString summary(const MediaReading &reading)
+{
+    QMap<QString, QString> values;
+    for (const MediaItem &item : reading.items)
+        values[item.commonKey.isEmpty() ? item.key.toString() : item.commonKey] =
+            textOf(item.value);
+    QStringList lines;
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        lines.append(it.key() + u'=' + it.value());
+    return lines.join(u" | "_s);
+}
+
+} // namespace
+
+class TestMediaReader : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tagsOfEveryFormat_data();
+    void tagsOfEveryFormat();
+    void laterFormatsWin();
+    void buildsOfOneFile_data();
+    void buildsOfOneFile();
+    void noMedia_data();
+    void noMedia();
+    void onlyRegularFiles();
+    void cutAnywhere_data();
+    void cutAnywhere();
+    void covers_data();
+    void covers();
+    void genres_data();
+    void genres();
+};
+
+void TestMediaReader::tagsOfEveryFormat_data()
+{
+    QTest::addColumn<double>("duration");
+    QTest::addColumn<QString>("tags");
+    const QString common = u"albumName=The Album | artist=The Artist | %1contributor=A Conductor | "
+                           "copyrights=Someone | creationDate=2011-02-03 | creator=A Composer | "
+                           "%2disk=1/2 | identifier=XX1234567890 | language=deu | %3title=Größe | "
+                           "trkn=3/12 | type=Jazz"_s;
+    const QString full = common.arg(u"author=A Lyricist | "_s, QString(),
+                                    u"publisher=A Label | software=An Encoder | source=CD | "
+                                    "subject=A Work | "_s);
+    const QString vorbis = common.arg(u"author=A Lyricist | "_s, QString(), QString());
+    QTest::newRow("song.mp3") << 0.18 << full;
+    QTest::newRow("song.aiff") << 0.1 << full;
+    QTest::newRow("song.flac") << 0.1 << vorbis;
+    QTest::newRow("song.opus") << 0.1 << vorbis;
+    QTest::newRow("song.ogg") << 0.1
+                              << QString(vorbis)
+                                     .replace(u"The Artist"_s, u"Last Artist"_s)
+                                     .replace(u"title="_s, u"publisher=A Publisher | title="_s);
+    QTest::newRow("song.wv")
+        << 0.1
+        << common.arg(QString(), QString(), u"source=CD | "_s).replace(u"2011-02-03"_s, u"2011"_s);
+    QTest::newRow("song.wma") << 0.13
+                              << common
+                                     .arg(u"author=A Lyricist | "_s, u"description=A Comment | "_s,
+                                          u"publisher=A Label | subject=A Work | "_s)
+                                     .replace(u"2011-02-03"_s, u"2011"_s)
+                                     .replace(u"3/12"_s, u"7/0"_s);
+    QTest::newRow("song.m4a") << 0.1
+                              << u"albumName=The Album | artist=The Artist | copyrights=Someone | "
+                                 "creationDate=2011-02-03 | creator=A Composer | "
+                                 "description=A Description | disk=1/2 | title=Größe | trkn=3/12 | "
+                                 "type=Jazz"_s;
+    QTest::newRow("song.wav")
+        << 0.1
+        << u"albumName=The Album | artist=The Artist | author=A Writer | "
+           "creationDate=2011 | creator=A Composer | description=A Comment | "
+           "language=deu | source=A Source | subject=A Subject | title=Title | "
+           "trkn=3/12 | type=Jazz"_s;
+    QTest::newRow("album.mka") << 61.5
+                               << u"albumName=The Album | artist=All Artists | creationDate=2001 | "
+                                  "disk=2/0 | title=The Track | trkn=3/12"_s;
+    QTest::newRow("film.mkv") << 0.52
+                              << u"albumName=Album | artist=Artist | copyrights=Someone | "
+                                 "creationDate=2012 | creator=Composer | description=Words | "
+                                 "title=Größe | trkn=3/12 | type=Jazz"_s;
+    QTest::newRow("film.avi") << 0.52
+                              << u"artist=Artist | copyrights=Someone | creationDate=2011 | "
+                                 "description=Comment | title=Größe | trkn=3/12 | type=Jazz"_s;
+    QTest::newRow("film.mov") << 0.52
+                              << u"albumName=Album | artist=Artist | copyrights=Someone | "
+                                 "creationDate=2011 | description=Comment | title=Größe | "
+                                 "type=Jazz"_s;
+    QTest::newRow("named.mov") << 0.52
+                               << u"creationDate=2013-01-02T03:04:05Z | location=+48.1+011.5/ | "
+                                  "make=Maker | model=Model | title=Named"_s;
+    QTest::newRow("film.ts") << 0.2 << QString();
+}
+
+void TestMediaReader::tagsOfEveryFormat()
+{
+    QFETCH(double, duration);
+    QFETCH(QString, tags);
+    // The name says nothing of the kind, and is no valid UTF-8.
+    TemporaryTree tree;
+    const QByteArray content = contentOf(dataPath(QString::fromUtf8(QTest::currentDataTag())));
+    const std::optional<MediaReading> reading = readMedia(tree.rawFile("n\xFFme.txt", content));
+    QVERIFY(reading);
+    QCOMPARE(summary(*reading), tags);
+    QVERIFY2(std::abs(reading->duration - duration) < 0.03,
+             qPrintable(QString::number(reading->duration)));
+}
+
+void TestMediaReader::laterFormatsWin()
+{
+    const std::optional<MediaReading> reading =
+        readMedia(QFile::encodeName(dataPath(u"layers.mp3"_s)));
+    QVERIFY(reading);
+    QStringList formats;
+    for (const MediaItem &item : reading->items) {
+        if (!formats.contains(item.format))
+            formats.append(item.format);
+    }
+    QCOMPARE(formats.join(u' '), u"id3v1 ape id3v2"_s);
+    QCOMPARE(summary(*reading),
+             u"albumName=Album One | artist=Artist Ape | creationDate=1999 | disk=2/2 | "
+             "title=Title Two | trkn=1/0 | type=Rock"_s);
+}
+
+namespace {
+
+QByteArray id3Frame(const char *name, const QByteArray &text)
+{
+    QByteArray size(4, '\0');
+    qToBigEndian(static_cast<quint32>(text.size() + 1), size.data());
+    return QByteArray(name) + size + QByteArray(2, '\0') + '\3' + text;
+}
+
+/// A block of version 2.4, with a footer when it stands at the end.
+QByteArray id3Block(const QByteArray &frames, bool hasFooter = false)
+{
+    const QByteArray head = QByteArray("\4\0", 2) + (hasFooter ? '\x10' : '\0') +
+                            QByteArray(2, '\0') + static_cast<char>(frames.size() >> 7) +
+                            static_cast<char>(frames.size() & 0x7F);
+    return "ID3" + head + frames + (hasFooter ? "3DI" + head : QByteArray());
+}
+
+QByteArray box(const char *type, const QByteArray &content)
+{
+    QByteArray size(4, '\0');
+    qToBigEndian(static_cast<quint32>(content.size() + 8), size.data());
+    return size + QByteArray(type, 4) + content;
+}
+
+QByteArray zeros(qsizetype count)
+{
+    return QByteArray(count, '\0');
+}
+
+QByteArray dataBox(char type, const QByteArray &value)
+{
+    return box("data", zeros(3) + type + zeros(4) + value);
+}
+
+QByteArray movie(const QByteArray &header, const QByteArray &list)
+{
+    const QByteArray meta = box("meta", zeros(4) + box("ilst", list));
+    return box("ftyp", "M4A ") + box("moov", box("mvhd", header) + box("udta", meta));
+}
+
+} // namespace
+
+void TestMediaReader::buildsOfOneFile_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<double>("duration");
+    QTest::addColumn<QString>("tags");
+    const QByteArray thousandths = zeros(12) + QByteArray("\0\0\x03\xE8", 4);
+    const QByteArray fourMinutes = thousandths + QByteArray("\0\x03\xBD\x08", 4);
+    QTest::newRow("the first of two leading blocks wins")
+        << id3Block(id3Frame("TIT2", "first")) +
+               id3Block(id3Frame("TIT2", "second") + id3Frame("TALB", "more"))
+        << 0.0 << u"albumName=more | title=first"_s;
+    QTest::newRow("a block at the end, by its footer")
+        << "noise" + id3Block(id3Frame("TIT2", "end"), true) << 0.0 << u"title=end"_s;
+    QTest::newRow("the older date serves where the newer is missing")
+        << id3Block(id3Frame("TYER", "1987")) << 0.0 << u"creationDate=1987"_s;
+    QTest::newRow("the newer date wins")
+        << id3Block(id3Frame("TDRC", "1999-05") + id3Frame("TYER", "1987")) << 0.0
+        << u"creationDate=1999-05"_s;
+    QTest::newRow("several values of one tag")
+        << id3Block(id3Frame("TPE1", QByteArray("One\0Two", 7))) << 0.0 << u"artist=One, Two"_s;
+    QTest::newRow("a number above 255 stays whole")
+        << id3Block(id3Frame("TRCK", "300") + id3Frame("TPOS", "02 of 3")) << 0.0
+        << u"disk=2/3 | trkn=300/0"_s;
+    QTest::newRow("a number that is none") << id3Block(id3Frame("TRCK", "A")) << 0.0 << QString();
+    QTest::newRow("a film of zero length") << movie(thousandths + zeros(4), {}) << 0.0 << QString();
+    QTest::newRow("a song without tags") << movie(fourMinutes, {}) << 245.0 << QString();
+    QTest::newRow("numbers and genre of iTunes")
+        << movie(fourMinutes, box("gnre", dataBox(0, QByteArray("\0\x12", 2))) +
+                                  box("trkn", dataBox(0, QByteArray("\0\0\x01\x2C\0\x05\0\0", 8))) +
+                                  box("cprt", dataBox(2, QByteArray("\0A\x20\xAC", 4))) +
+                                  box("\xA9"
+                                      "day",
+                                      dataBox(21, "\x07\xDB")) +
+                                  box("covr", dataBox(13, "picture")))
+        << 245.0 << u"copyrights=A€ | creationDate=2011 | trkn=300/5 | type=Rock"_s;
+    QTest::newRow("half a surrogate pair becomes the replacement character")
+        << movie(fourMinutes, box("\xA9nam", dataBox(2, QByteArray("\0A\xDC\x80", 4)))) << 245.0
+        << u"title=A\uFFFD"_s;
+}
+
+void TestMediaReader::buildsOfOneFile()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(double, duration);
+    QFETCH(QString, tags);
+    TemporaryTree tree;
+    const std::optional<MediaReading> reading = readMedia(tree.rawFile("file", content));
+    QVERIFY(reading);
+    QCOMPARE(summary(*reading), tags);
+    QCOMPARE(reading->duration, duration);
+}
+
+void TestMediaReader::noMedia_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    const QByteArray song = QFile::encodeName(dataPath(u"song.mp3"_s));
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("text") << QByteArray("Just a few words, and some more of them.\n").repeated(100);
+    QTest::newRow("playlist") << "#EXTM3U\n#EXTINF:10,Song\n" + song + "\n";
+    QTest::newRow("segments on disk and in the network")
+        << "#EXTM3U\n#EXT-X-TARGETDURATION:10\n#EXTINF:10,\nfile://" + song +
+               "\n#EXTINF:10,\nhttp://127.0.0.1:9/a.ts\n#EXT-X-ENDLIST\n";
+    QTest::newRow("concatenation script") << "ffconcat version 1.0\nfile '" + song + "'\n";
+    QTest::newRow("adaptive stream") << QByteArray("<?xml version=\"1.0\"?><MPD></MPD>");
+    QTest::newRow("session description") << QByteArray("v=0\no=- 0 0 IN IP4 127.0.0.1\ns=x\n");
+    QTest::newRow("picture") << contentOf(dataPath(u"cover.png"_s));
+    QTest::newRow("noise with sync bytes") << QByteArray("\xFF\xFB\x90\x64zzzz").repeated(500);
+}
+
+void TestMediaReader::noMedia()
+{
+    QFETCH(QByteArray, content);
+    TemporaryTree tree;
+    for (const char *name : {"a.mp3", "a.mp4", "a.m3u8"}) {
+        const QByteArray path = tree.rawFile(name, content);
+        QVERIFY2(!readMedia(path), name);
+        QVERIFY2(readCoverPicture(path).isEmpty(), name);
+    }
+}
+
+void TestMediaReader::onlyRegularFiles()
+{
+    TemporaryTree tree;
+    const QByteArray pipe = QFile::encodeName(tree.path(u"pipe.mp3"_s));
+    QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
+    tree.link(dataPath(u"song.mp3"_s), u"link.mp3"_s);
+    QVERIFY(!readMedia(pipe));
+    QVERIFY(!readMedia(QFile::encodeName(tree.folder(u"folder.mp3"_s))));
+    QVERIFY(!readMedia("/dev/zero"));
+    QVERIFY(!readMedia(QFile::encodeName(tree.path(u"missing.mp3"_s))));
+    QVERIFY(readMedia(QFile::encodeName(tree.path(u"link.mp3"_s))));
+}
+
+void TestMediaReader::cutAnywhere_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name :
+         {"song.mp3", "song.m4a", "song.flac", "song.ogg", "song.opus", "song.wma", "song.wv",
+          "song.wav", "song.aiff", "album.mka", "film.mkv", "film.avi", "film.mov", "film.ts"}) {
+        QTest::newRow(name) << QString::fromUtf8(name);
+    }
+}
+
+void TestMediaReader::cutAnywhere()
+{
+    QFETCH(QString, name);
+    const QByteArray whole = contentOf(dataPath(name));
+    QVERIFY(!whole.isEmpty());
+    TemporaryTree tree;
+    const qsizetype step = std::max<qsizetype>(1, whole.size() / 150);
+    for (qsizetype size = 0; size < whole.size(); size += step) {
+        const QByteArray path = tree.rawFile("cut", whole.first(size));
+        if (const std::optional<MediaReading> reading = readMedia(path))
+            QVERIFY(std::isfinite(reading->duration) && reading->duration >= 0);
+        QVERIFY(readCoverPicture(path).size() <= size);
+    }
+}
+
+void TestMediaReader::covers_data()
+{
+    QTest::addColumn<bool>("hasCover");
+    for (const char *name : {"song.mp3", "song.m4a", "song.flac", "song.ogg", "song.opus",
+                             "song.wma", "song.wv", "song.aiff"})
+        QTest::newRow(name) << true;
+    for (const char *name : {"layers.mp3", "song.wav", "film.mkv", "film.mov", "cover.png"})
+        QTest::newRow(name) << false;
+}
+
+/// The songs whose format tells the kinds of pictures hold another one before the cover.
+void TestMediaReader::covers()
+{
+    QFETCH(bool, hasCover);
+    const QString path = dataPath(QString::fromUtf8(QTest::currentDataTag()));
+    const QByteArray cover = contentOf(dataPath(u"cover.png"_s));
+    QCOMPARE(readCoverPicture(QFile::encodeName(path)), hasCover ? cover : QByteArray());
+}
+
+void TestMediaReader::genres_data()
+{
+    QTest::addColumn<QStringList>("stored");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("number") << QStringList{u"17"_s} << u"Rock"_s;
+    QTest::newRow("in brackets") << QStringList{u"(17)"_s} << u"Rock"_s;
+    QTest::newRow("refined") << QStringList{u"(4)Eurodisco"_s} << u"Disco, Eurodisco"_s;
+    QTest::newRow("refined by itself") << QStringList{u"(9)Metal"_s} << u"Metal"_s;
+    QTest::newRow("several") << QStringList{u"(31)(39)"_s, u"RX"_s} << u"Trance, Noise, Remix"_s;
+    QTest::newRow("own words") << QStringList{u"Neue Deutsche (Welle)"_s}
+                               << u"Neue Deutsche (Welle)"_s;
+    QTest::newRow("bracket of its own") << QStringList{u"((I think)"_s} << u"(I think)"_s;
+    QTest::newRow("beyond the list") << QStringList{u"255"_s} << u"255"_s;
+}
+
+void TestMediaReader::genres()
+{
+    QFETCH(QStringList, stored);
+    QFETCH(QString, words);
+    QCOMPARE(genreText(stored), words);
+}
+
+QTEST_GUILESS_MAIN(TestMediaReader)
+#include "tst_mediareader.moc"
