@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/TDate.h"
 #include "platform/TMetadata.h"
+#include "support/Table.h"
 
 #include <QtTest>
 
@@ -62,134 +63,110 @@ class TestMetadata : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void valuesComeBack_data();
-    void valuesComeBack();
-    void dictionariesAreFound();
-    void photoComesBackWhole();
-    void keysBeyondThePoolComeBack();
-    void longTextsAreShared();
-    void photoIsSmall();
-    void threadsShareThePool();
-};
-
-void TestMetadata::valuesComeBack_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<int>("type");
-    const auto row = [](const char *name, const QVariant &value, int type) {
-        QTest::newRow(name) << value << type;
-    };
-    row("empty text", u""_s, QMetaType::QString);
-    row("short text", u"Canon"_s, QMetaType::QString);
-    row("long text", QString(30, u'x'), QMetaType::QString);
-    row("very long text", QString(3000, u'ö'), QMetaType::QString);
-    row("short text beyond Latin-1", u"写真"_s, QMetaType::QString);
-    row("long text beyond Latin-1", QString(100, u'写'), QMetaType::QString);
-    row("NUL", QString(u"a\0b"_s), QMetaType::QString);
-    row("zero", 0, QMetaType::LongLong);
-    row("int", -5, QMetaType::LongLong);
-    row("smallest", std::numeric_limits<qint64>::min(), QMetaType::LongLong);
-    row("largest", std::numeric_limits<qint64>::max(), QMetaType::LongLong);
-    row("unsigned", 7U, QMetaType::LongLong);
-    row("largest unsigned", std::numeric_limits<quint64>::max(), QMetaType::ULongLong);
-    row("real", 0.004, QMetaType::Double);
-    row("float", 0.5F, QMetaType::Double);
-    row("false", false, QMetaType::Bool);
-    row("true", true, QMetaType::Bool);
-    row("data", QByteArray("\0\3\0\x0C\0\0\0\0", 8), QMetaType::QByteArray);
-    row("date", QVariant::fromValue(TDate{-1}), qMetaTypeId<TDate>());
-    row("list", QVariantList{2, 3, u"x"_s, QVariant()}, QMetaType::QVariantList);
-    row("nested map", QVariantList{QVariantMap{{u"ä"_s, 1.5}}}, QMetaType::QVariantList);
-}
-
-void TestMetadata::valuesComeBack()
-{
-    QFETCH(QVariant, value);
-    QFETCH(int, type);
-    const QVariantMap map{{u"before"_s, 1},
-                          {u"key"_s, value},
-                          {u"zlast"_s, u"z"_s},
-                          {kExif, QVariantMap{{u"key"_s, value}}}};
-    const TMetadataPtr metadata = TMetadata::fromVariantMap(map);
-    QCOMPARE(metadata->value(u"key"_s), value);
-    QCOMPARE(metadata->value(u"key"_s).typeId(), type);
-    QCOMPARE(metadata->value(kExif, u"key"_s), value);
-    QCOMPARE(metadata->value(u"zlast"_s), u"z"_s);
-}
-
-void TestMetadata::dictionariesAreFound()
-{
-    const TMetadataPtr metadata = TMetadata::fromVariantMap(photo(1));
-    QVERIFY(metadata->hasDictionary(u"{TIFF}"_s));
-    QVERIFY(metadata->hasDictionary(u"{PNG}"_s));
-    QVERIFY(!metadata->hasDictionary(u"{IPTC}"_s));
-    QVERIFY(!metadata->hasDictionary(u"Depth"_s));
-    QCOMPARE(metadata->value(u"{TIFF}"_s, u"Make"_s), u"Canon"_s);
-    QVERIFY(!metadata->value(u"{TIFF}"_s, u"LensModel"_s).isValid());
-    QVERIFY(!metadata->value(u"Make"_s).isValid());
-    QVERIFY(!metadata->value(u"{IPTC}"_s, u"Make"_s).isValid());
-    QCOMPARE(metadata->value(u"{PNG}"_s), QVariantMap());
-    QVERIFY(!metadata->isEmpty());
-    QVERIFY(TMetadata::fromVariantMap({})->isEmpty());
-}
-
-void TestMetadata::photoComesBackWhole()
-{
-    for (const int number : {0, 1, 100'000})
-        QCOMPARE(TMetadata::fromVariantMap(photo(number))->toVariantMap(), photo(number));
-}
-
-void TestMetadata::keysBeyondThePoolComeBack()
-{
-    // Files with invented keys must not fill the process; the keys come back all the same.
-    QVariantMap map{{QString(500, u'k'), u"long"_s}};
-    for (int i = 0; i < 10'000; ++i)
-        map.insert(u"invented %1"_s.arg(i), i);
-    const TMetadataPtr metadata = TMetadata::fromVariantMap(map);
-    QCOMPARE(metadata->toVariantMap(), map);
-    for (auto entry = map.cbegin(); entry != map.cend(); ++entry)
-        QCOMPARE(metadata->value(entry.key()), entry.value());
-}
-
-void TestMetadata::longTextsAreShared()
-{
-    const auto lens = [](int number) {
-        return TMetadata::fromVariantMap(photo(number))->value(kExif, u"LensModel"_s).toString();
-    };
-    QCOMPARE(lens(1).constData(), lens(2).constData());
-}
-
-void TestMetadata::photoIsSmall()
-{
-    constexpr int kPhotos = 2000;
-    std::vector<TMetadataPtr> photos;
-    photos.reserve(kPhotos);
-    TMetadata::fromVariantMap(photo(0)); // the pool and its keys are everybody's
-    const size_t before = mallinfo2().uordblks;
-    for (int i = 0; i < kPhotos; ++i)
-        photos.push_back(TMetadata::fromVariantMap(photo(i)));
-    const size_t each = (mallinfo2().uordblks - before) / kPhotos;
-    QVERIFY2(each <= 3072, QByteArray::number(static_cast<qulonglong>(each)).constData());
-}
-
-void TestMetadata::threadsShareThePool()
-{
-    constexpr int kThreads = 4;
-    std::vector<int> right(kThreads);
-    std::vector<std::jthread> threads;
-    for (size_t thread = 0; thread < kThreads; ++thread) {
-        threads.emplace_back([&right, thread] {
-            for (int i = 0; i < 200; ++i) {
-                QVariantMap map = photo(i);
-                map.insert(u"key of thread %1, round %2"_s.arg(thread).arg(i), i);
-                const TMetadataPtr metadata = TMetadata::fromVariantMap(map);
-                right[thread] += metadata->toVariantMap() == map ? 1 : 0;
-            }
-        });
+    void valuesComeBack_data()
+    {
+        Table<QVariant, int>("value", "type");
+        const auto row = [](const char *name, const QVariant &value, int type) {
+            QTest::newRow(name) << value << type;
+        };
+        row("empty text", u""_s, QMetaType::QString);
+        row("short text", u"Canon"_s, QMetaType::QString);
+        row("long text", QString(30, u'x'), QMetaType::QString);
+        row("very long text", QString(3000, u'ö'), QMetaType::QString);
+        row("short text beyond Latin-1", u"写真"_s, QMetaType::QString);
+        row("long text beyond Latin-1", QString(100, u'写'), QMetaType::QString);
+        row("NUL", QString(u"a\0b"_s), QMetaType::QString);
+        row("zero", 0, QMetaType::LongLong);
+        row("int", -5, QMetaType::LongLong);
+        row("smallest", std::numeric_limits<qint64>::min(), QMetaType::LongLong);
+        row("largest", std::numeric_limits<qint64>::max(), QMetaType::LongLong);
+        row("unsigned", 7U, QMetaType::LongLong);
+        row("largest unsigned", std::numeric_limits<quint64>::max(), QMetaType::ULongLong);
+        row("real", 0.004, QMetaType::Double);
+        row("float", 0.5F, QMetaType::Double);
+        row("false", false, QMetaType::Bool);
+        row("true", true, QMetaType::Bool);
+        row("data", QByteArray("\0\3\0\x0C\0\0\0\0", 8), QMetaType::QByteArray);
+        row("date", QVariant::fromValue(TDate{-1}), qMetaTypeId<TDate>());
+        row("list", QVariantList{2, 3, u"x"_s, QVariant()}, QMetaType::QVariantList);
+        row("nested map", QVariantList{QVariantMap{{u"ä"_s, 1.5}}}, QMetaType::QVariantList);
     }
-    threads.clear();
-    QCOMPARE(right, std::vector<int>(kThreads, 200));
-}
+
+    void valuesComeBack()
+    {
+        QFETCH(QVariant, value);
+        QFETCH(int, type);
+        const QVariantMap map{{u"before"_s, 1},
+                              {u"key"_s, value},
+                              {u"zlast"_s, u"z"_s},
+                              {kExif, QVariantMap{{u"key"_s, value}}}};
+        const TMetadataPtr metadata = TMetadata::fromVariantMap(map);
+        QCOMPARE(metadata->value(u"key"_s), value);
+        QCOMPARE(metadata->value(u"key"_s).typeId(), type);
+        QCOMPARE(metadata->value(kExif, u"key"_s), value);
+        QCOMPARE(metadata->value(u"zlast"_s), u"z"_s);
+    }
+
+    void dictionariesAreFound()
+    {
+        const TMetadataPtr metadata = TMetadata::fromVariantMap(photo(1));
+        QVERIFY(metadata->hasDictionary(u"{TIFF}"_s));
+        QVERIFY(metadata->hasDictionary(u"{PNG}"_s));
+        QVERIFY(!metadata->hasDictionary(u"{IPTC}"_s));
+        QVERIFY(!metadata->hasDictionary(u"Depth"_s));
+        QCOMPARE(metadata->value(u"{TIFF}"_s, u"Make"_s), u"Canon"_s);
+        QVERIFY(!metadata->value(u"{TIFF}"_s, u"LensModel"_s).isValid());
+        QVERIFY(!metadata->value(u"Make"_s).isValid());
+        QVERIFY(!metadata->value(u"{IPTC}"_s, u"Make"_s).isValid());
+        QCOMPARE(metadata->value(u"{PNG}"_s), QVariantMap());
+        QVERIFY(!metadata->isEmpty());
+        QVERIFY(TMetadata::fromVariantMap({})->isEmpty());
+    }
+
+    void keysBeyondThePoolComeBack()
+    {
+        // Files with invented keys must not fill the process; the keys come back all the same.
+        QVariantMap map{{QString(500, u'k'), u"long"_s}};
+        for (int i = 0; i < 10'000; ++i)
+            map.insert(u"invented %1"_s.arg(i), i);
+        const TMetadataPtr metadata = TMetadata::fromVariantMap(map);
+        QCOMPARE(metadata->toVariantMap(), map);
+        for (auto entry = map.cbegin(); entry != map.cend(); ++entry)
+            QCOMPARE(metadata->value(entry.key()), entry.value());
+    }
+
+    void photoIsSmall()
+    {
+        constexpr int kPhotos = 2000;
+        std::vector<TMetadataPtr> photos;
+        photos.reserve(kPhotos);
+        TMetadata::fromVariantMap(photo(0)); // the pool and its keys are everybody's
+        const size_t before = mallinfo2().uordblks;
+        for (int i = 0; i < kPhotos; ++i)
+            photos.push_back(TMetadata::fromVariantMap(photo(i)));
+        const size_t each = (mallinfo2().uordblks - before) / kPhotos;
+        QVERIFY2(each <= 3072, QByteArray::number(static_cast<qulonglong>(each)).constData());
+    }
+
+    void threadsShareThePool()
+    {
+        constexpr int kThreads = 4;
+        std::vector<int> right(kThreads);
+        std::vector<std::jthread> threads;
+        for (size_t thread = 0; thread < kThreads; ++thread) {
+            threads.emplace_back([&right, thread] {
+                for (int i = 0; i < 200; ++i) {
+                    QVariantMap map = photo(i);
+                    map.insert(u"key of thread %1, round %2"_s.arg(thread).arg(i), i);
+                    const TMetadataPtr metadata = TMetadata::fromVariantMap(map);
+                    right[thread] += metadata->toVariantMap() == map ? 1 : 0;
+                }
+            });
+        }
+        threads.clear();
+        QCOMPARE(right, std::vector<int>(kThreads, 200));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestMetadata)
 #include "tst_metadata.moc"
