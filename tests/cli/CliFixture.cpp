@@ -2,6 +2,7 @@
 #include "cli/CliFixture.h"
 
 #include "cli/Cli.h"
+#include "cli/ShellWords.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -47,6 +48,13 @@ int CliFixture::run(const QStringList &arguments)
     m_out.bytes = out.bytes;
     m_err.bytes = err.bytes;
     return status;
+}
+
+int CliFixture::runLine(const QString &line)
+{
+    QStringList words = splitShellWords(line).value();
+    words.replaceInStrings(u"BATCH"_s, batchPath());
+    return run(words);
 }
 
 QJsonObject CliFixture::json() const

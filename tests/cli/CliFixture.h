@@ -39,6 +39,8 @@ public:
 
     /// Runs the words that would follow the program's name; the streams start empty.
     int run(const QStringList &arguments);
+    /// The same with the words of a shell's line, in which BATCH stands for batchPath().
+    int runLine(const QString &line);
     QString out() const { return QString::fromUtf8(m_out.bytes); }
     QString err() const { return QString::fromUtf8(m_err.bytes); }
     const QByteArray &outBytes() const { return m_out.bytes; }

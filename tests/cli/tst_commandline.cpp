@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
-
-#include <QTest>
+#include "support/Table.h"
 
 #include <array>
 
@@ -36,72 +35,59 @@ class TestCommandLine : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void understands_data();
-    void understands();
-    void refuses_data();
-    void refuses();
-    void lastValueCounts();
+    void understands_data()
+    {
+        const Table<QStringList, QString> row("arguments", "result");
+        row("nothing", {}, u"|");
+        row("order of options is kept", {u"--rule"_s, u"b"_s, u"--quiet"_s, u"--rule=a"_s},
+            u"rule=b quiet= rule=a|");
+        row("value with equals signs", {u"--rule=Text theText=x"_s}, u"rule=Text theText=x|");
+        row("empty value", {u"--rule="_s}, u"rule=|");
+        row("value that looks like an option", {u"--rule"_s, u"--quiet"_s}, u"rule=--quiet|");
+        row("options after words", {u"a"_s, u"--quiet"_s, u"b"_s}, u"quiet=|a,b");
+        row("end of options", {u"-q"_s, u"--"_s, u"--quiet"_s, u"-q"_s, u"--"_s},
+            u"quiet=|--quiet,-q,--");
+        row("lone dash is a word", {u"-"_s}, u"|-");
+        row("joined letters", {u"-0qo"_s, u"f"_s}, u"null= quiet= output=f|");
+        row("value joined to its letter", {u"-qof"_s}, u"quiet= output=f|");
+    }
+
+    void understands()
+    {
+        QFETCH(QStringList, arguments);
+        const auto line = parse(arguments);
+        QVERIFY2(line, qPrintable(line.message()));
+        QTEST(asText(line.value()), "result");
+    }
+
+    void refuses_data()
+    {
+        const Table<QStringList, QString> row("arguments", "mentioned");
+        row("unknown", {u"--rul"_s}, u"--rul; possible: --rule, --null");
+        row("unknown with value", {u"--foo=1"_s}, u"option --foo;");
+        row("unknown letter", {u"-qx"_s}, u"option -x;");
+        row("missing value", {u"--rule"_s}, u"--rule RULE");
+        row("missing value of a letter", {u"-o"_s}, u"--output FILE");
+        row("value for a flag", {u"--quiet=1"_s}, u"--quiet takes no value");
+    }
+
+    void refuses()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, mentioned);
+        const auto line = parse(arguments);
+        QVERIFY(!line);
+        QVERIFY2(line.message().contains(mentioned), qPrintable(line.message()));
+    }
+
+    void lastValueCounts()
+    {
+        const auto line = parse({u"--output=a"_s, u"-o"_s, u"b"_s});
+        QCOMPARE(line.value().value("output"_L1), u"b"_s);
+        QVERIFY(line.value().has("output"_L1));
+        QVERIFY(line.value().value("rule"_L1).isNull());
+    }
 };
-
-void TestCommandLine::understands_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("result");
-    QTest::newRow("nothing") << QStringList{} << u"|"_s;
-    QTest::newRow("order of options is kept")
-        << QStringList{u"--rule"_s, u"b"_s, u"--quiet"_s, u"--rule=a"_s}
-        << u"rule=b quiet= rule=a|"_s;
-    QTest::newRow("value with equals signs")
-        << QStringList{u"--rule=Text theText=x"_s} << u"rule=Text theText=x|"_s;
-    QTest::newRow("empty value") << QStringList{u"--rule="_s} << u"rule=|"_s;
-    QTest::newRow("value that looks like an option")
-        << QStringList{u"--rule"_s, u"--quiet"_s} << u"rule=--quiet|"_s;
-    QTest::newRow("options after words")
-        << QStringList{u"a"_s, u"--quiet"_s, u"b"_s} << u"quiet=|a,b"_s;
-    QTest::newRow("end of options") << QStringList{u"-q"_s, u"--"_s, u"--quiet"_s, u"-q"_s, u"--"_s}
-                                    << u"quiet=|--quiet,-q,--"_s;
-    QTest::newRow("lone dash is a word") << QStringList{u"-"_s} << u"|-"_s;
-    QTest::newRow("joined letters")
-        << QStringList{u"-0qo"_s, u"f"_s} << u"null= quiet= output=f|"_s;
-    QTest::newRow("value joined to its letter") << QStringList{u"-qof"_s} << u"quiet= output=f|"_s;
-}
-
-void TestCommandLine::understands()
-{
-    QFETCH(QStringList, arguments);
-    const auto line = parse(arguments);
-    QVERIFY2(line, qPrintable(line.message()));
-    QTEST(asText(line.value()), "result");
-}
-
-void TestCommandLine::refuses_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("mentioned");
-    QTest::newRow("unknown") << QStringList{u"--rul"_s} << u"--rul; possible: --rule, --null"_s;
-    QTest::newRow("unknown with value") << QStringList{u"--foo=1"_s} << u"option --foo;"_s;
-    QTest::newRow("unknown letter") << QStringList{u"-qx"_s} << u"option -x;"_s;
-    QTest::newRow("missing value") << QStringList{u"--rule"_s} << u"--rule RULE"_s;
-    QTest::newRow("missing value of a letter") << QStringList{u"-o"_s} << u"--output FILE"_s;
-    QTest::newRow("value for a flag") << QStringList{u"--quiet=1"_s} << u"--quiet takes no value"_s;
-}
-
-void TestCommandLine::refuses()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, mentioned);
-    const auto line = parse(arguments);
-    QVERIFY(!line);
-    QVERIFY2(line.message().contains(mentioned), qPrintable(line.message()));
-}
-
-void TestCommandLine::lastValueCounts()
-{
-    const auto line = parse({u"--output=a"_s, u"-o"_s, u"b"_s});
-    QCOMPARE(line.value().value("output"_L1), u"b"_s);
-    QVERIFY(line.value().has("output"_L1));
-    QVERIFY(line.value().value("rule"_L1).isNull());
-}
 
 QTEST_GUILESS_MAIN(TestCommandLine)
 #include "tst_commandline.moc"

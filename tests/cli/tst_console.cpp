@@ -1,24 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliFixture.h"
 #include "cli/Console.h"
+#include "support/Table.h"
 
 #include <QElapsedTimer>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
-
-class TestConsole : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void progressOverwritesItselfAndVanishes();
-    void progressWithoutTerminalIsLines();
-    void shortWorkShowsNoProgress();
-    void progressIsOnlyWhereItIsSeen_data();
-    void progressIsOnlyWhereItIsSeen();
-    void bufferKeepsTheOrderOfBothStreams();
-};
 
 namespace {
 
@@ -36,90 +23,94 @@ void reportFor(ProgressLine &progress, qint64 milliseconds)
 
 } // namespace
 
-void TestConsole::progressOverwritesItselfAndVanishes()
+class TestConsole : public QObject
 {
-    MemoryOutput output;
-    QElapsedTimer timer;
-    timer.start();
+    Q_OBJECT
+
+private Q_SLOTS:
+    void progressOverwritesItselfAndVanishes()
     {
+        MemoryOutput output;
+        QElapsedTimer timer;
+        timer.start();
+        {
+            ProgressLine progress(output, ProgressLine::Mode::Overwrite);
+            reportFor(progress, 3 * kInterval);
+        }
+        const auto shown = output.bytes.count("Working: ");
+        QVERIFY(shown >= 1 && shown <= timer.elapsed() / kInterval);
+        QVERIFY(output.bytes.contains(" of 5"));
+        QVERIFY(!output.bytes.contains('\n'));
+        QVERIFY(output.bytes.endsWith("\r\x1b[K"));
+    }
+
+    void progressWithoutTerminalIsLines()
+    {
+        MemoryOutput output;
+        ProgressLine progress(output, ProgressLine::Mode::Lines);
+        reportFor(progress, 2 * kInterval);
+        progress.clear();
+        QVERIFY(output.bytes.startsWith("Working: "));
+        QVERIFY(output.bytes.endsWith(" of 5\n"));
+        QVERIFY(!output.bytes.contains('\r'));
+    }
+
+    void shortWorkShowsNoProgress()
+    {
+        MemoryOutput output;
         ProgressLine progress(output, ProgressLine::Mode::Overwrite);
-        reportFor(progress, 3 * kInterval);
+        progress.show("Working"_L1, 1, 2);
+        progress.clear();
+        QCOMPARE(output.bytes, QByteArray());
     }
-    const auto shown = output.bytes.count("Working: ");
-    QVERIFY(shown >= 1 && shown <= timer.elapsed() / kInterval);
-    QVERIFY(output.bytes.contains(" of 5"));
-    QVERIFY(!output.bytes.contains('\n'));
-    QVERIFY(output.bytes.endsWith("\r\x1b[K"));
-}
 
-void TestConsole::progressWithoutTerminalIsLines()
-{
-    MemoryOutput output;
-    ProgressLine progress(output, ProgressLine::Mode::Lines);
-    reportFor(progress, 2 * kInterval);
-    progress.clear();
-    QVERIFY(output.bytes.startsWith("Working: "));
-    QVERIFY(output.bytes.endsWith(" of 5\n"));
-    QVERIFY(!output.bytes.contains('\r'));
-}
-
-void TestConsole::shortWorkShowsNoProgress()
-{
-    MemoryOutput output;
-    ProgressLine progress(output, ProgressLine::Mode::Overwrite);
-    progress.show("Working"_L1, 1, 2);
-    progress.clear();
-    QCOMPARE(output.bytes, QByteArray());
-}
-
-void TestConsole::progressIsOnlyWhereItIsSeen_data()
-{
-    QTest::addColumn<bool>("terminal");
-    QTest::addColumn<QString>("option");
-    QTest::addColumn<bool>("shown");
-    QTest::newRow("terminal") << true << u"auto"_s << true;
-    QTest::newRow("file") << false << u"auto"_s << false;
-    QTest::newRow("always") << false << u"always"_s << true;
-    QTest::newRow("never") << true << u"never"_s << false;
-}
-
-void TestConsole::progressIsOnlyWhereItIsSeen()
-{
-    QFETCH(bool, terminal);
-    QFETCH(QString, option);
-    MemoryOutput out;
-    MemoryOutput err;
-    ScriptedTerminal nobody;
-    DiskFileManager disk;
-    SystemClock clock;
-    std::atomic<bool> interrupted = false;
-    CliEnvironment environment{out, err, -1, nobody, disk, clock, interrupted};
-    environment.errIsTerminal = terminal;
-    Console console(environment);
-    const auto line = CommandLine::parse({Console::batchOptions()}, {u"--progress"_s, option});
-    QVERIFY(console.configure(line.value()));
-    reportFor(console.progress(), 2 * kInterval);
-    QTEST(!err.bytes.isEmpty(), "shown");
-}
-
-void TestConsole::bufferKeepsTheOrderOfBothStreams()
-{
-    MemoryOutput both;
-    ScriptedTerminal nobody;
-    DiskFileManager disk;
-    SystemClock clock;
-    std::atomic<bool> interrupted = false;
-    CliEnvironment environment{both, both, -1, nobody, disk, clock, interrupted};
-    Console console(environment);
-    for (const QString &name : {u"a"_s, u"b"_s}) {
-        console.printLine(name);
-        console.printLine(u"more"_s);
-        console.message(u"trouble with "_s + name);
+    void progressIsOnlyWhereItIsSeen_data()
+    {
+        const Table<bool, QString, bool> row("terminal", "option", "shown");
+        row("terminal", true, u"auto", true);
+        row("file", false, u"auto", false);
+        row("always", false, u"always", true);
+        row("never", true, u"never", false);
     }
-    console.flush();
-    QCOMPARE(both.bytes, QByteArray("a\nmore\ntavrin-cli: trouble with a\n"
-                                    "b\nmore\ntavrin-cli: trouble with b\n"));
-}
+
+    void progressIsOnlyWhereItIsSeen()
+    {
+        QFETCH(bool, terminal);
+        QFETCH(QString, option);
+        MemoryOutput out;
+        MemoryOutput err;
+        ScriptedTerminal nobody;
+        DiskFileManager disk;
+        SystemClock clock;
+        std::atomic<bool> interrupted = false;
+        CliEnvironment environment{out, err, -1, nobody, disk, clock, interrupted};
+        environment.errIsTerminal = terminal;
+        Console console(environment);
+        const auto line = CommandLine::parse({Console::batchOptions()}, {u"--progress"_s, option});
+        QVERIFY(console.configure(line.value()));
+        reportFor(console.progress(), 2 * kInterval);
+        QTEST(!err.bytes.isEmpty(), "shown");
+    }
+
+    void bufferKeepsTheOrderOfBothStreams()
+    {
+        MemoryOutput both;
+        ScriptedTerminal nobody;
+        DiskFileManager disk;
+        SystemClock clock;
+        std::atomic<bool> interrupted = false;
+        CliEnvironment environment{both, both, -1, nobody, disk, clock, interrupted};
+        Console console(environment);
+        for (const QString &name : {u"a"_s, u"b"_s}) {
+            console.printLine(name);
+            console.printLine(u"more"_s);
+            console.message(u"trouble with "_s + name);
+        }
+        console.flush();
+        QCOMPARE(both.bytes, QByteArray("a\nmore\ntavrin-cli: trouble with a\n"
+                                        "b\nmore\ntavrin-cli: trouble with b\n"));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestConsole)
 #include "tst_console.moc"

@@ -18,8 +18,6 @@ private Q_SLOTS:
     void strings_data();
     void strings();
     void rawBytesSurviveAReader();
-    void structure();
-    void documentTakenAwayInPieces();
     void jsonValuesKeepTheirNumbers();
 };
 
@@ -60,33 +58,6 @@ void TestJsonWriter::rawBytesSurviveAReader()
     appendJsonString(json, ByteNames::fromBytes(name));
     const QString read = QJsonDocument::fromJson("[" + json + "]").array()[0].toString();
     QCOMPARE(ByteNames::toBytes(read), name);
-}
-
-void TestJsonWriter::structure()
-{
-    JsonWriter json;
-    json.beginObject();
-    json.key("empty"_L1).beginArray().endArray();
-    json.key("list"_L1).beginArray().value(qint64{-5}).value(true).null().value(u"x"_s);
-    json.beginObject().endObject().endArray();
-    json.key("raw"_L1).raw("[1,2]").key("none"_L1).valueOrNull(QString());
-    json.endObject();
-    QCOMPARE(json.bytes(),
-             QByteArray(R"({"empty":[],"list":[-5,true,null,"x",{}],"raw":[1,2],"none":null})"));
-}
-
-void TestJsonWriter::documentTakenAwayInPieces()
-{
-    JsonWriter json;
-    QByteArray document;
-    json.beginArray();
-    for (qint64 i = 0; i < 3; ++i) {
-        json.newLine().value(i);
-        document += json.bytes();
-        json.clear();
-    }
-    json.newLine().endArray();
-    QCOMPARE(document + json.bytes(), QByteArray("[\n0,\n1,\n2\n]"));
 }
 
 void TestJsonWriter::jsonValuesKeepTheirNumbers()

@@ -1,24 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliFixture.h"
+#include "support/Table.h"
 
 #include <QJsonArray>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
-
-class TestPresetsVerb : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void savedPresetIsListedShownAndUsed();
-    void shownPresetIsARecipe();
-    void exportedPresetComesBack();
-    void deletedPresetIsGone();
-    void extensionSettingsAreLeftOut();
-    void statuses_data();
-    void statuses();
-};
 
 namespace {
 
@@ -34,7 +20,7 @@ int save(CliFixture &cli, const QString &name)
 
 QStringList userPresets(CliFixture &cli)
 {
-    cli.run({u"presets"_s, u"list"_s, u"--json"_s});
+    cli.runLine(u"presets list --json"_s);
     QStringList names;
     for (const QJsonValue preset : cli.json()[u"array"_s].toArray()) {
         if (!preset[u"shipped"_s].toBool())
@@ -45,104 +31,106 @@ QStringList userPresets(CliFixture &cli)
 
 } // namespace
 
-void TestPresetsVerb::savedPresetIsListedShownAndUsed()
+class TestPresetsVerb : public QObject
 {
-    CliFixture cli;
-    QCOMPARE(save(cli, u"My: preset"_s), 0);
-    const QString path = cli.tree.path(u"data/Tavrin/presets/My. preset.renamesetting"_s);
-    QCOMPARE(cli.out(), path + u'\n');
-    QCOMPARE(userPresets(cli), QStringList{u"My. preset"_s});
-    QCOMPARE(cli.run({u"presets"_s, u"show"_s, u"My. preset"_s}), 0);
-    QCOMPARE(cli.out(), uR"(Text theText='it'\''s '
+    Q_OBJECT
+
+private Q_SLOTS:
+    void savedPresetIsListedShownAndUsed()
+    {
+        CliFixture cli;
+        QCOMPARE(save(cli, u"My: preset"_s), 0);
+        const QString path = cli.tree.path(u"data/Tavrin/presets/My. preset.renamesetting"_s);
+        QCOMPARE(cli.out(), path + u'\n');
+        QCOMPARE(userPresets(cli), QStringList{u"My. preset"_s});
+        QCOMPARE(cli.runLine(u"presets show 'My. preset'"_s), 0);
+        QCOMPARE(cli.out(), uR"(Text theText='it'\''s '
 Counter padding=3 manualPadding=1
 RegExTag match='(\d)' replace='<$1>' source=1 replaceAll=1
 )"_s);
-    cli.batch({u"a.txt"_s});
-    for (const QString &preset : {u"My. preset"_s, path}) {
-        QCOMPARE(cli.run({u"preview"_s, u"--json"_s, u"--preset"_s, preset, cli.batchPath()}), 0);
-        QCOMPARE(cli.json()[u"files"_s][0][u"finalName"_s], QJsonValue(u"it's <0><0><1>.txt"_s));
+        cli.batch({u"a.txt"_s});
+        for (const QString &preset : {u"My. preset"_s, path}) {
+            QCOMPARE(cli.run({u"preview"_s, u"--json"_s, u"--preset"_s, preset, cli.batchPath()}),
+                     0);
+            QCOMPARE(cli.json()[u"files"_s][0][u"finalName"_s],
+                     QJsonValue(u"it's <0><0><1>.txt"_s));
+        }
     }
-}
 
-void TestPresetsVerb::shownPresetIsARecipe()
-{
-    CliFixture cli;
-    save(cli, u"P"_s);
-    QCOMPARE(cli.run({u"presets"_s, u"show"_s, u"--json"_s, u"P"_s}), 0);
-    const QByteArray shown = cli.outBytes();
-    const QString recipe = cli.tree.file(u"recipe.json"_s, shown);
-    QCOMPARE(cli.run({u"presets"_s, u"save"_s, u"Q"_s, u"--recipe"_s, recipe}), 0);
-    QCOMPARE(cli.run({u"presets"_s, u"show"_s, u"--json"_s, u"Q"_s}), 0);
-    QCOMPARE(cli.outBytes(), shown);
-    QCOMPARE(cli.json()[u"rules"_s].toArray().size(), 3);
-}
+    void shownPresetIsARecipe()
+    {
+        CliFixture cli;
+        save(cli, u"P"_s);
+        QCOMPARE(cli.runLine(u"presets show --json P"_s), 0);
+        const QByteArray shown = cli.outBytes();
+        const QString recipe = cli.tree.file(u"recipe.json"_s, shown);
+        QCOMPARE(cli.run({u"presets"_s, u"save"_s, u"Q"_s, u"--recipe"_s, recipe}), 0);
+        QCOMPARE(cli.runLine(u"presets show --json Q"_s), 0);
+        QCOMPARE(cli.outBytes(), shown);
+        QCOMPARE(cli.json()[u"rules"_s].toArray().size(), 3);
+    }
 
-void TestPresetsVerb::exportedPresetComesBack()
-{
-    CliFixture cli;
-    save(cli, u"P"_s);
-    cli.run({u"presets"_s, u"show"_s, u"P"_s});
-    const QString shown = cli.out();
-    const QString file = cli.tree.path(u"Other name.renamesetting"_s);
-    QCOMPARE(cli.run({u"presets"_s, u"export"_s, u"P"_s, file}), 0);
-    QCOMPARE(cli.run({u"presets"_s, u"import"_s, file}), 0);
-    QCOMPARE(cli.run({u"presets"_s, u"show"_s, u"Other name"_s}), 0);
-    QCOMPARE(cli.out(), shown);
-    // Exporting again replaces the file and leaves nothing beside it.
-    QCOMPARE(cli.run({u"presets"_s, u"export"_s, u"P"_s, file}), 0);
-    QCOMPARE(cli.tree.list().filter(u"Other name"_s).size(), 2);
-}
+    void exportedPresetComesBack()
+    {
+        CliFixture cli;
+        save(cli, u"P"_s);
+        cli.runLine(u"presets show P"_s);
+        const QString shown = cli.out();
+        const QString file = cli.tree.path(u"Other name.renamesetting"_s);
+        QCOMPARE(cli.run({u"presets"_s, u"export"_s, u"P"_s, file}), 0);
+        QCOMPARE(cli.run({u"presets"_s, u"import"_s, file}), 0);
+        QCOMPARE(cli.runLine(u"presets show 'Other name'"_s), 0);
+        QCOMPARE(cli.out(), shown);
+        // Exporting again replaces the file and leaves nothing beside it.
+        QCOMPARE(cli.run({u"presets"_s, u"export"_s, u"P"_s, file}), 0);
+        QCOMPARE(cli.tree.list().filter(u"Other name"_s).size(), 2);
+    }
 
-void TestPresetsVerb::deletedPresetIsGone()
-{
-    CliFixture cli;
-    save(cli, u"P"_s);
-    save(cli, u"Q"_s);
-    QCOMPARE(cli.run({u"presets"_s, u"delete"_s, u"P"_s}), 0);
-    QCOMPARE(userPresets(cli), QStringList{u"Q"_s});
-    QCOMPARE(cli.run({u"presets"_s, u"delete"_s, u"P"_s}), 2);
-}
+    void deletedPresetIsGone()
+    {
+        CliFixture cli;
+        save(cli, u"P"_s);
+        save(cli, u"Q"_s);
+        QCOMPARE(cli.runLine(u"presets delete P"_s), 0);
+        QCOMPARE(userPresets(cli), QStringList{u"Q"_s});
+        QCOMPARE(cli.runLine(u"presets delete P"_s), 2);
+    }
 
-void TestPresetsVerb::extensionSettingsAreLeftOut()
-{
-    CliFixture cli;
-    QCOMPARE(cli.run({u"presets"_s, u"save"_s, u"P"_s, u"--rule"_s, u"Counter"_s, u"--extension"_s,
-                      u"handlingMethod=3"_s}),
-             0);
-    QVERIFY2(cli.err().contains(u"extension settings"_s), qPrintable(cli.err()));
-}
+    void extensionSettingsAreLeftOut()
+    {
+        CliFixture cli;
+        QCOMPARE(cli.runLine(u"presets save P --rule Counter --extension handlingMethod=3"_s), 0);
+        QVERIFY2(cli.err().contains(u"extension settings"_s), qPrintable(cli.err()));
+    }
 
-void TestPresetsVerb::statuses_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("mentioned");
-    QTest::newRow("no action") << QStringList{} << u"possible: list, show, save"_s;
-    QTest::newRow("unknown action") << QStringList{u"lst"_s} << u"\"lst\"; possible: list"_s;
-    QTest::newRow("too few arguments")
-        << QStringList{u"export"_s, u"P"_s} << u"takes 2 arguments"_s;
-    QTest::newRow("too many arguments") << QStringList{u"show"_s, u"P"_s, u"Q"_s} << u"takes 1"_s;
-    QTest::newRow("no rules") << QStringList{u"save"_s, u"P"_s} << u"needs rules"_s;
-    QTest::newRow("slash") << QStringList{u"save"_s, u"a/b"_s, u"--rule"_s, u"Counter"_s}
-                           << u"a/b"_s;
-    QTest::newRow("unknown") << QStringList{u"show"_s, u"None"_s} << u"None"_s;
-    QTest::newRow("corrupt file") << QStringList{u"import"_s, u"BROKEN"_s} << u"broken"_s;
-    QTest::newRow("shipped") << QStringList{u"delete"_s, u"Clean up blanks"_s}
-                             << u"Clean up blanks"_s;
-    QTest::newRow("no such folder")
-        << QStringList{u"export"_s, u"Clean up blanks"_s, u"/none/x"_s} << u"/none/x"_s;
-}
+    void statuses_data()
+    {
+        const Table<QStringList, QString> row("arguments", "mentioned");
+        row("no action", {}, u"possible: list, show, save");
+        row("unknown action", {u"lst"_s}, u"\"lst\"; possible: list");
+        row("too few arguments", {u"export"_s, u"P"_s}, u"takes 2 arguments");
+        row("too many arguments", {u"show"_s, u"P"_s, u"Q"_s}, u"takes 1");
+        row("no rules", {u"save"_s, u"P"_s}, u"needs rules");
+        row("slash", {u"save"_s, u"a/b"_s, u"--rule"_s, u"Counter"_s}, u"a/b");
+        row("unknown", {u"show"_s, u"None"_s}, u"None");
+        row("corrupt file", {u"import"_s, u"BROKEN"_s}, u"broken");
+        row("shipped", {u"delete"_s, u"Clean up blanks"_s}, u"Clean up blanks");
+        row("no such folder", {u"export"_s, u"Clean up blanks"_s, u"/none/x"_s}, u"/none/x");
+    }
 
-void TestPresetsVerb::statuses()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, mentioned);
-    CliFixture cli;
-    arguments.replaceInStrings(u"BROKEN"_s, cli.tree.file(u"broken.renamesetting"_s, "rubbish"));
-    QCOMPARE(cli.run(QStringList{u"presets"_s, u"--json"_s} + arguments), 2);
-    QCOMPARE(cli.json()[u"error"_s][u"status"_s], QJsonValue(2));
-    QVERIFY2(cli.err().contains(mentioned), qPrintable(cli.err()));
-    QCOMPARE(userPresets(cli), QStringList{});
-}
+    void statuses()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, mentioned);
+        CliFixture cli;
+        arguments.replaceInStrings(u"BROKEN"_s,
+                                   cli.tree.file(u"broken.renamesetting"_s, "rubbish"));
+        QCOMPARE(cli.run(QStringList{u"presets"_s, u"--json"_s} + arguments), 2);
+        QCOMPARE(cli.json()[u"error"_s][u"status"_s], QJsonValue(2));
+        QVERIFY2(cli.err().contains(mentioned), qPrintable(cli.err()));
+        QCOMPARE(userPresets(cli), QStringList{});
+    }
+};
 
 QTEST_GUILESS_MAIN(TestPresetsVerb)
 #include "tst_presetsverb.moc"
