@@ -2,10 +2,10 @@
 #include "JournalledMoves.h"
 #include "rollback/RollbackLog.h"
 #include "rollback/RollbackRun.h"
+#include "support/Table.h"
 #include "support/TemporaryTree.h"
 
 #include <QRandomGenerator>
-#include <QTest>
 
 #include <csignal>
 #include <sys/wait.h>
@@ -119,90 +119,82 @@ class TestCrashes : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void atEveryStep_data();
-    void atEveryStep();
-    void atRandomMoments_data();
-    void atRandomMoments();
-};
+    void atEveryStep_data()
+    {
+        Table<bool, int, int, int>("linked", "step", "index", "moved");
+        const auto row = [](const char *name, Step step, int index, int moved) {
+            for (const bool linked : {false, true})
+                QTest::addRow("%s%s", name, linked ? ", with links" : "")
+                    << linked << static_cast<int>(step) << index << moved;
+        };
+        row("before the plan is synced", Step::Plan, 0, 0);
+        row("before the first intents", Step::Intents, 0, 0);
+        row("before the first move", Step::Move, 0, 0);
+        row("between a move and its record", Step::Record, 0, 1);
+        row("in the middle of a group", Step::Move, 100, 100);
+        row("before the intents of a later group", Step::Intents, 192, 192);
+        row("within the chain", Step::Record, 200, 201);
+        row("before the journal is finished", Step::Done, kFiles, kFiles);
+    }
 
-void TestCrashes::atEveryStep_data()
-{
-    QTest::addColumn<bool>("linked");
-    QTest::addColumn<int>("step");
-    QTest::addColumn<int>("index");
-    QTest::addColumn<int>("moved");
-    const auto row = [](const char *name, Step step, int index, int moved) {
-        for (const bool linked : {false, true})
-            QTest::addRow("%s%s", name, linked ? ", with links" : "")
-                << linked << static_cast<int>(step) << index << moved;
-    };
-    row("before the plan is synced", Step::Plan, 0, 0);
-    row("before the first intents", Step::Intents, 0, 0);
-    row("before the first move", Step::Move, 0, 0);
-    row("between a move and its record", Step::Record, 0, 1);
-    row("in the middle of a group", Step::Move, 100, 100);
-    row("before the intents of a later group", Step::Intents, 192, 192);
-    row("within the chain", Step::Record, 200, 201);
-    row("before the journal is finished", Step::Done, kFiles, kFiles);
-}
-
-void TestCrashes::atEveryStep()
-{
-    QFETCH(bool, linked);
-    QFETCH(int, step);
-    QFETCH(int, index);
-    QFETCH(int, moved);
-    CrashScene scene(linked);
-    const pid_t child = scene.start([&](Step at, qsizetype number) {
-        if (static_cast<int>(at) == step && number == index)
-            ::_exit(42);
-    });
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    QCOMPARE(WEXITSTATUS(status), 42);
-    QCOMPARE(scene.moved(), moved);
-    QCOMPARE(scene.recoverAndUndo(), QString());
-}
-
-void TestCrashes::atRandomMoments_data()
-{
-    QTest::addColumn<bool>("linked");
-    QTest::newRow("records in memory") << false;
-    QTest::newRow("with links") << true;
-}
-
-void TestCrashes::atRandomMoments()
-{
-    QFETCH(bool, linked);
-    constexpr int kRounds = 20;
-    const quint32 seed = QRandomGenerator::global()->generate();
-    QRandomGenerator random(seed);
-    int interrupted = 0;
-    for (int round = 0; round < kRounds; ++round) {
+    void atEveryStep()
+    {
+        QFETCH(bool, linked);
+        QFETCH(int, step);
+        QFETCH(int, index);
+        QFETCH(int, moved);
         CrashScene scene(linked);
-        // Armed at a file and not by the clock alone: how long a run takes differs a lot from
-        // machine to machine.
-        const auto armedAt = static_cast<qsizetype>(random.bounded(kFiles));
-        const useconds_t moment = 1 + random.bounded(300U);
-        const pid_t child = scene.start([=](Step step, qsizetype index) {
-            if (step == Step::Move && index == armedAt) {
-                std::signal(SIGALRM, SIG_DFL);
-                ::ualarm(moment, 0); // ends the process as it stands
-            } else if (step == Step::Done) {
-                ::pause();
-            }
+        const pid_t child = scene.start([&](Step at, qsizetype number) {
+            if (static_cast<int>(at) == step && number == index)
+                ::_exit(42);
         });
         int status = 0;
         ::waitpid(child, &status, 0);
-        QVERIFY(WIFSIGNALED(status));
-        const qsizetype moved = scene.moved();
-        interrupted += moved > 0 && moved < kFiles ? 1 : 0;
-        const QString wrong = scene.recoverAndUndo();
-        QVERIFY2(wrong.isEmpty(),
-                 qPrintable(u"seed %1, round %2: %3"_s.arg(seed).arg(round).arg(wrong)));
+        QCOMPARE(WEXITSTATUS(status), 42);
+        QCOMPARE(scene.moved(), moved);
+        QCOMPARE(scene.recoverAndUndo(), QString());
     }
-    QVERIFY2(interrupted > 0, "no run was caught in the middle");
-}
+
+    void atRandomMoments_data()
+    {
+        const Table<bool> row("linked");
+        row("records in memory", false);
+        row("with links", true);
+    }
+
+    void atRandomMoments()
+    {
+        QFETCH(bool, linked);
+        constexpr int kRounds = 20;
+        const quint32 seed = QRandomGenerator::global()->generate();
+        QRandomGenerator random(seed);
+        int interrupted = 0;
+        for (int round = 0; round < kRounds; ++round) {
+            CrashScene scene(linked);
+            // Armed at a file and not by the clock alone: how long a run takes differs a lot from
+            // machine to machine.
+            const auto armedAt = static_cast<qsizetype>(random.bounded(kFiles));
+            const useconds_t moment = 1 + random.bounded(300U);
+            const pid_t child = scene.start([=](Step step, qsizetype index) {
+                if (step == Step::Move && index == armedAt) {
+                    std::signal(SIGALRM, SIG_DFL);
+                    ::ualarm(moment, 0); // ends the process as it stands
+                } else if (step == Step::Done) {
+                    ::pause();
+                }
+            });
+            int status = 0;
+            ::waitpid(child, &status, 0);
+            QVERIFY(WIFSIGNALED(status));
+            const qsizetype moved = scene.moved();
+            interrupted += moved > 0 && moved < kFiles ? 1 : 0;
+            const QString wrong = scene.recoverAndUndo();
+            QVERIFY2(wrong.isEmpty(),
+                     qPrintable(u"seed %1, round %2: %3"_s.arg(seed).arg(round).arg(wrong)));
+        }
+        QVERIFY2(interrupted > 0, "no run was caught in the middle");
+    }
+};
 
 QTEST_GUILESS_MAIN(TestCrashes)
 

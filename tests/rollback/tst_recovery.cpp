@@ -5,13 +5,12 @@
 #include "rollback/JournalContents.h"
 #include "rollback/RecoveryMatcher.h"
 #include "rollback/RollbackLog.h"
-#include "rollback/RollbackRun.h"
 #include "support/FaultyFileManager.h"
 #include "support/ManualClock.h"
+#include "support/Table.h"
 #include "support/TemporaryTree.h"
 
 #include <QFile>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 using Meanwhile = std::function<void(const TemporaryTree &)>;
@@ -114,6 +113,7 @@ struct Interrupted
                      (record.renameComplete ? u'>' : u'!') + record.renamedURL.lastPathComponent();
         return lines;
     }
+
     QStringList running() const { return tree.list(u"Logs/.running"_s); }
 };
 
@@ -124,384 +124,323 @@ class TestRecovery : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsWhatTheRunDid_data();
-    void tellsWhatTheRunDid();
-    void withoutBirthTimes_data();
-    void withoutBirthTimes();
-    void devicesCountWithinOneBootOnly();
-    void recoveredLogsUndoTheRun();
-    void absentFoldersAreWaitedFor_data();
-    void absentFoldersAreWaitedFor();
-    void logThatCannotBeWritten();
-    void secondRecoveryFindsNothing();
-    void logsNeverShareAName();
-    void unreadableJournalsAreSetAside();
-    void finishedJournalsAreOnlyKept();
-    void leftoversAreRemoved();
-    void noLogsFolderNoWork();
-};
+    void tellsWhatTheRunDid_data()
+    {
+        const Table<QStringList, QStringList, int, bool, Meanwhile, QStringList> row(
+            "files", "moves", "done", "recordsKept", "meanwhile", "log");
+        using L = QStringList;
+        constexpr bool kKept = true;
+        constexpr bool kLost = false;
+        const Meanwhile nothing = [](const TemporaryTree &) {};
+        const L ab{u"f/a"_s, u"f/b"_s};
+        const L abMoves{u"f/a>x"_s, u"f/b>y"_s};
+        const L linked{u"f/a"_s, u"f/a=b"_s};
 
-void TestRecovery::tellsWhatTheRunDid_data()
-{
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<QStringList>("moves");
-    QTest::addColumn<int>("done");
-    QTest::addColumn<bool>("recordsKept");
-    QTest::addColumn<Meanwhile>("meanwhile");
-    QTest::addColumn<QStringList>("log");
-    using L = QStringList;
-    constexpr bool kKept = true;
-    constexpr bool kLost = false;
-    const Meanwhile nothing = [](const TemporaryTree &) {};
-    const L ab{u"f/a"_s, u"f/b"_s};
-    const L abMoves{u"f/a>x"_s, u"f/b>y"_s};
-    const L linked{u"f/a"_s, u"f/a=b"_s};
+        row("nothing moved", ab, abMoves, 0, kLost, nothing, L{});
+        row("all moved, records lost", ab, abMoves, 2, kLost, nothing, L{u"f/a>x"_s, u"f/b>y"_s});
+        row("one moved, record lost", ab, abMoves, 1, kLost, nothing, L{u"f/a>x"_s});
+        row("one moved, record kept", ab, abMoves, 1, kKept, nothing, L{u"f/a>x"_s});
+        row("chain", L{u"f/1"_s, u"f/2"_s, u"f/3"_s}, L{u"f/3>4"_s, u"f/2>3"_s, u"f/1>2"_s}, 2,
+            kLost, nothing, L{u"f/3>4"_s, u"f/2>3"_s});
+        row("folders and links are items too", L{u"f/d/inside"_s, u"f/l@nowhere"_s},
+            L{u"f/d>e"_s, u"f/l>m"_s}, 2, kLost, nothing, L{u"f/d>e"_s, u"f/l>m"_s});
+        row("same names in two folders", L{u"f/a"_s, u"g/a"_s}, L{u"f/a>x"_s, u"g/a>x"_s}, 1, kLost,
+            nothing, L{u"f/a>x"_s});
+        row("raw and long names",
+            L{ByteNames::fromBytes("f/\xFF\xFE"), u"f/"_s + QString(255, u'o')},
+            L{ByteNames::fromBytes("f/\xFF\xFE>\xFD"), u"f/"_s + QString(255, u'o') + u">y"_s}, 2,
+            kLost, nothing,
+            L{ByteNames::fromBytes("f/\xFF\xFE>\xFD"), u"f/"_s + QString(255, u'o') + u">y"_s});
 
-    QTest::newRow("nothing moved") << ab << abMoves << 0 << kLost << nothing << L{};
-    QTest::newRow("all moved, records lost")
-        << ab << abMoves << 2 << kLost << nothing << L{u"f/a>x"_s, u"f/b>y"_s};
-    QTest::newRow("one moved, record lost")
-        << ab << abMoves << 1 << kLost << nothing << L{u"f/a>x"_s};
-    QTest::newRow("one moved, record kept")
-        << ab << abMoves << 1 << kKept << nothing << L{u"f/a>x"_s};
-    QTest::newRow("chain") << L{u"f/1"_s, u"f/2"_s, u"f/3"_s}
-                           << L{u"f/3>4"_s, u"f/2>3"_s, u"f/1>2"_s} << 2 << kLost << nothing
-                           << L{u"f/3>4"_s, u"f/2>3"_s};
-    QTest::newRow("folders and links are items too")
-        << L{u"f/d/inside"_s, u"f/l@nowhere"_s} << L{u"f/d>e"_s, u"f/l>m"_s} << 2 << kLost
-        << nothing << L{u"f/d>e"_s, u"f/l>m"_s};
-    QTest::newRow("same names in two folders") << L{u"f/a"_s, u"g/a"_s} << L{u"f/a>x"_s, u"g/a>x"_s}
-                                               << 1 << kLost << nothing << L{u"f/a>x"_s};
-    QTest::newRow("raw and long names")
-        << L{ByteNames::fromBytes("f/\xFF\xFE"), u"f/"_s + QString(255, u'o')}
-        << L{ByteNames::fromBytes("f/\xFF\xFE>\xFD"), u"f/"_s + QString(255, u'o') + u">y"_s} << 2
-        << kLost << nothing
-        << L{ByteNames::fromBytes("f/\xFF\xFE>\xFD"), u"f/"_s + QString(255, u'o') + u">y"_s};
+        row("moved on by hand", ab, abMoves, 2, kKept, Meanwhile([](const TemporaryTree &t) {
+                QFile::rename(t.path(u"f/x"_s), t.path(u"f/z"_s));
+            }),
+            L{u"f/a>z"_s, u"f/b>y"_s});
+        row("moved back by hand", ab, abMoves, 2, kKept, Meanwhile([](const TemporaryTree &t) {
+                QFile::rename(t.path(u"f/x"_s), t.path(u"f/a"_s));
+            }),
+            L{u"f/b>y"_s});
+        row("deleted, record lost", ab, abMoves, 2, kLost,
+            Meanwhile([](const TemporaryTree &t) { t.remove(u"f/x"_s); }),
+            L{u"f/a!"_s, u"f/b>y"_s});
+        row("deleted, record kept", ab, abMoves, 2, kKept,
+            Meanwhile([](const TemporaryTree &t) { t.remove(u"f/x"_s); }),
+            L{u"f/a>x"_s, u"f/b>y"_s});
+        row("deleted, its inode given to another", ab, abMoves, 2, kLost,
+            Meanwhile([](const TemporaryTree &t) {
+                t.remove(u"f/x"_s);
+                t.file(u"f/other"_s);
+            }),
+            L{u"f/a!"_s, u"f/b>y"_s});
+        row("untouched, its inode given to another", ab, abMoves, 1, kLost,
+            Meanwhile([](const TemporaryTree &t) {
+                t.remove(u"f/b"_s);
+                t.file(u"f/y"_s);
+            }),
+            L{u"f/a>x"_s, u"f/b!"_s});
+        row("replaced under its new name, record kept", ab, abMoves, 2, kKept,
+            Meanwhile([](const TemporaryTree &t) {
+                t.file(u"f/tmp"_s, "edited");
+                t.remove(u"f/x"_s);
+                QFile::rename(t.path(u"f/tmp"_s), t.path(u"f/x"_s));
+            }),
+            L{u"f/a>x"_s, u"f/b>y"_s});
+        row("replaced under its old name before its turn", ab, abMoves, 1, kLost,
+            Meanwhile([](const TemporaryTree &t) {
+                t.file(u"f/tmp"_s, "edited");
+                t.remove(u"f/b"_s);
+                QFile::rename(t.path(u"f/tmp"_s), t.path(u"f/b"_s));
+            }),
+            L{u"f/a>x"_s});
+        row("old name taken by somebody else", ab, abMoves, 2, kLost,
+            Meanwhile([](const TemporaryTree &t) { t.file(u"f/a"_s, "theirs"); }),
+            L{u"f/a>x"_s, u"f/b>y"_s});
+        row("backed up by links, record kept", ab, abMoves, 2, kKept,
+            Meanwhile([](const TemporaryTree &t) { t.hardLink(u"f/x"_s, u"f/a backup"_s); }),
+            L{u"f/a>x"_s, u"f/b>y"_s});
 
-    QTest::newRow("moved on by hand")
-        << ab << abMoves << 2 << kKept << Meanwhile([](const TemporaryTree &t) {
-               QFile::rename(t.path(u"f/x"_s), t.path(u"f/z"_s));
-           })
-        << L{u"f/a>z"_s, u"f/b>y"_s};
-    QTest::newRow("moved back by hand")
-        << ab << abMoves << 2 << kKept << Meanwhile([](const TemporaryTree &t) {
-               QFile::rename(t.path(u"f/x"_s), t.path(u"f/a"_s));
-           })
-        << L{u"f/b>y"_s};
-    QTest::newRow("deleted, record lost")
-        << ab << abMoves << 2 << kLost
-        << Meanwhile([](const TemporaryTree &t) { t.remove(u"f/x"_s); })
-        << L{u"f/a!"_s, u"f/b>y"_s};
-    QTest::newRow("deleted, record kept")
-        << ab << abMoves << 2 << kKept
-        << Meanwhile([](const TemporaryTree &t) { t.remove(u"f/x"_s); })
-        << L{u"f/a>x"_s, u"f/b>y"_s};
-    QTest::newRow("deleted, its inode given to another")
-        << ab << abMoves << 2 << kLost << Meanwhile([](const TemporaryTree &t) {
-               t.remove(u"f/x"_s);
-               t.file(u"f/other"_s);
-           })
-        << L{u"f/a!"_s, u"f/b>y"_s};
-    QTest::newRow("untouched, its inode given to another")
-        << ab << abMoves << 1 << kLost << Meanwhile([](const TemporaryTree &t) {
-               t.remove(u"f/b"_s);
-               t.file(u"f/y"_s);
-           })
-        << L{u"f/a>x"_s, u"f/b!"_s};
-    QTest::newRow("replaced under its new name, record kept")
-        << ab << abMoves << 2 << kKept << Meanwhile([](const TemporaryTree &t) {
-               t.file(u"f/tmp"_s, "edited");
-               t.remove(u"f/x"_s);
-               QFile::rename(t.path(u"f/tmp"_s), t.path(u"f/x"_s));
-           })
-        << L{u"f/a>x"_s, u"f/b>y"_s};
-    QTest::newRow("replaced under its old name before its turn")
-        << ab << abMoves << 1 << kLost << Meanwhile([](const TemporaryTree &t) {
-               t.file(u"f/tmp"_s, "edited");
-               t.remove(u"f/b"_s);
-               QFile::rename(t.path(u"f/tmp"_s), t.path(u"f/b"_s));
-           })
-        << L{u"f/a>x"_s};
-    QTest::newRow("old name taken by somebody else")
-        << ab << abMoves << 2 << kLost
-        << Meanwhile([](const TemporaryTree &t) { t.file(u"f/a"_s, "theirs"); })
-        << L{u"f/a>x"_s, u"f/b>y"_s};
-    QTest::newRow("backed up by links, record kept")
-        << ab << abMoves << 2 << kKept
-        << Meanwhile([](const TemporaryTree &t) { t.hardLink(u"f/x"_s, u"f/a backup"_s); })
-        << L{u"f/a>x"_s, u"f/b>y"_s};
-
-    QTest::newRow("links: all moved, records lost")
-        << linked << abMoves << 2 << kLost << nothing << L{u"f/a>x"_s, u"f/b>y"_s};
-    QTest::newRow("links: one moved, record lost")
-        << linked << abMoves << 1 << kLost << nothing << L{u"f/a>x"_s};
-    QTest::newRow("links: chain") << linked << L{u"f/b>c"_s, u"f/a>b"_s} << 2 << kLost << nothing
-                                  << L{u"f/b>c"_s, u"f/a>b"_s};
-    QTest::newRow("links: first part of a chain")
-        << linked << L{u"f/b>c"_s, u"f/a>b"_s} << 1 << kLost << nothing << L{u"f/b>c"_s};
-    QTest::newRow("links: caught between link and unlink")
-        << linked << abMoves << 0 << kLost
-        << Meanwhile([](const TemporaryTree &t) { t.hardLink(u"f/a"_s, u"f/x"_s); })
-        << L{u"f/a!x"_s};
-    QTest::newRow("links: target taken by another file")
-        << linked << abMoves << 0 << kLost
-        << Meanwhile([](const TemporaryTree &t) { t.file(u"f/x"_s, "theirs"); }) << L{};
-    QTest::newRow("links: deleted")
-        << linked << abMoves << 1 << kLost
-        << Meanwhile([](const TemporaryTree &t) { t.remove(u"f/x"_s); }) << L{u"f/a!x"_s};
-}
-
-void TestRecovery::tellsWhatTheRunDid()
-{
-    QFETCH(QStringList, files);
-    QFETCH(QStringList, moves);
-    QFETCH(int, done);
-    QFETCH(bool, recordsKept);
-    QFETCH(Meanwhile, meanwhile);
-    QFETCH(QStringList, log);
-    Interrupted f;
-    for (const QString &file : files) { // name, link@target or f/existing=link
-        if (file.contains(u'@'))
-            f.tree.link(file.section(u'@', 1), file.section(u'@', 0, 0));
-        else if (file.contains(u'='))
-            f.tree.hardLink(file.section(u'=', 0, 0), u"f/"_s + file.section(u'=', 1));
-        else
-            f.tree.file(file, ByteNames::toBytes(file));
+        row("links: all moved, records lost", linked, abMoves, 2, kLost, nothing,
+            L{u"f/a>x"_s, u"f/b>y"_s});
+        row("links: one moved, record lost", linked, abMoves, 1, kLost, nothing, L{u"f/a>x"_s});
+        row("links: chain", linked, L{u"f/b>c"_s, u"f/a>b"_s}, 2, kLost, nothing,
+            L{u"f/b>c"_s, u"f/a>b"_s});
+        row("links: first part of a chain", linked, L{u"f/b>c"_s, u"f/a>b"_s}, 1, kLost, nothing,
+            L{u"f/b>c"_s});
+        row("links: caught between link and unlink", linked, abMoves, 0, kLost,
+            Meanwhile([](const TemporaryTree &t) { t.hardLink(u"f/a"_s, u"f/x"_s); }),
+            L{u"f/a!x"_s});
+        row("links: target taken by another file", linked, abMoves, 0, kLost,
+            Meanwhile([](const TemporaryTree &t) { t.file(u"f/x"_s, "theirs"); }), L{});
+        row("links: deleted", linked, abMoves, 1, kLost,
+            Meanwhile([](const TemporaryTree &t) { t.remove(u"f/x"_s); }), L{u"f/a!x"_s});
     }
-    QVERIFY(!f.interrupt(moves, done, recordsKept).isEmpty());
-    meanwhile(f.tree);
 
-    const std::vector<RecoveredRun> runs = f.recover();
-    QCOMPARE(runs.size(), std::size_t{1});
-    QCOMPARE(runs[0].problem, QString());
-    QCOMPARE(runs[0].files, moves.size());
-    QCOMPARE(runs[0].renamed, log.filter(u">"_s).size());
-    QCOMPARE(runs[0].unknown, log.filter(u"!"_s).size());
-    QCOMPARE(runs[0].rollbackLog.isEmpty(), log.isEmpty());
-    if (!log.isEmpty())
+    void tellsWhatTheRunDid()
+    {
+        QFETCH(QStringList, files);
+        QFETCH(QStringList, moves);
+        QFETCH(int, done);
+        QFETCH(bool, recordsKept);
+        QFETCH(Meanwhile, meanwhile);
+        QFETCH(QStringList, log);
+        Interrupted f;
+        for (const QString &file : files) { // name, link@target or f/existing=link
+            if (file.contains(u'@'))
+                f.tree.link(file.section(u'@', 1), file.section(u'@', 0, 0));
+            else if (file.contains(u'='))
+                f.tree.hardLink(file.section(u'=', 0, 0), u"f/"_s + file.section(u'=', 1));
+            else
+                f.tree.file(file, ByteNames::toBytes(file));
+        }
+
+        QVERIFY(!f.interrupt(moves, done, recordsKept).isEmpty());
+        meanwhile(f.tree);
+
+        const std::vector<RecoveredRun> runs = f.recover();
+        QCOMPARE(runs.size(), std::size_t{1});
+        QCOMPARE(runs[0].problem, QString());
+        QCOMPARE(runs[0].files, moves.size());
+        QCOMPARE(runs[0].renamed, log.filter(u">"_s).size());
+        QCOMPARE(runs[0].unknown, log.filter(u"!"_s).size());
+        QCOMPARE(runs[0].rollbackLog.isEmpty(), log.isEmpty());
+        if (!log.isEmpty()) {
+            QCOMPARE(f.logged(runs[0].rollbackLog), log);
+            QCOMPARE(runs[0].rollbackLog.section(u'/', -1), rollbackLogName(kJuly));
+        }
+        QVERIFY(f.running().front().endsWith(u".finished"_s));
+    }
+
+    void withoutBirthTimes_data()
+    {
+        const Table<bool, bool, QStringList> row("recordsKept", "edited", "log");
+        row("size and date agree", false, false, {u"f/a>x"_s});
+        row("edited since, record kept", true, true, {u"f/a>x"_s});
+        row("edited since, record lost", false, true, {u"f/a!"_s});
+    }
+
+    void withoutBirthTimes()
+    {
+        QFETCH(bool, recordsKept);
+        QFETCH(bool, edited);
+        QFETCH(QStringList, log);
+        Interrupted f;
+        f.tree.file(u"f/a"_s);
+        OtherDisk disk;
+        disk.keepsBirth = false;
+        // The plan is made without birth times by writing it anew.
+        auto journal = std::move(RunJournal::create(f.logs(), f.clock, disk)).value();
+        TFileItem item = fileItem(f.tree.path(u"f/a"_s));
+        item.facts.hasBirthTime = false;
+        item.facts.creation = item.facts.modification;
+        journal->addFile(item);
+        QVERIFY(journal->syncPlan());
+        const QString path = journal->path();
+        const QByteArray plan = bytesOf(path);
+        QVERIFY(QFile::rename(f.tree.path(u"f/a"_s), f.tree.path(u"f/x"_s)));
+        journal->recordMove(0, "x");
+        journal.reset();
+        if (!recordsKept)
+            overwrite(path, plan);
+        if (edited)
+            f.tree.file(u"f/x"_s, "longer");
+        const auto runs = recoverInterruptedRuns(f.logs(), disk, f.clock);
+        QCOMPARE(runs.size(), std::size_t{1});
         QCOMPARE(f.logged(runs[0].rollbackLog), log);
-    QVERIFY(f.running().front().endsWith(u".finished"_s));
-}
-
-void TestRecovery::withoutBirthTimes_data()
-{
-    QTest::addColumn<bool>("recordsKept");
-    QTest::addColumn<bool>("edited");
-    QTest::addColumn<QStringList>("log");
-    QTest::newRow("size and date agree") << false << false << QStringList{u"f/a>x"_s};
-    QTest::newRow("edited since, record kept") << true << true << QStringList{u"f/a>x"_s};
-    QTest::newRow("edited since, record lost") << false << true << QStringList{u"f/a!"_s};
-}
-
-void TestRecovery::withoutBirthTimes()
-{
-    QFETCH(bool, recordsKept);
-    QFETCH(bool, edited);
-    QFETCH(QStringList, log);
-    Interrupted f;
-    f.tree.file(u"f/a"_s);
-    OtherDisk disk;
-    disk.keepsBirth = false;
-    // The plan is made without birth times by writing it anew.
-    auto journal = std::move(RunJournal::create(f.logs(), f.clock, disk)).value();
-    TFileItem item = fileItem(f.tree.path(u"f/a"_s));
-    item.facts.hasBirthTime = false;
-    item.facts.creation = item.facts.modification;
-    journal->addFile(item);
-    QVERIFY(journal->syncPlan());
-    const QString path = journal->path();
-    const QByteArray plan = bytesOf(path);
-    QVERIFY(QFile::rename(f.tree.path(u"f/a"_s), f.tree.path(u"f/x"_s)));
-    journal->recordMove(0, "x");
-    journal.reset();
-    if (!recordsKept)
-        overwrite(path, plan);
-    if (edited)
-        f.tree.file(u"f/x"_s, "longer");
-    const auto runs = recoverInterruptedRuns(f.logs(), disk, f.clock);
-    QCOMPARE(runs.size(), std::size_t{1});
-    QCOMPARE(f.logged(runs[0].rollbackLog), log);
-}
-
-void TestRecovery::devicesCountWithinOneBootOnly()
-{
-    Interrupted f;
-    f.tree.file(u"f/a"_s);
-    const QString path = f.interrupt({u"f/a>x"_s}, 1, false);
-    QFile file(path);
-    file.open(QIODevice::ReadOnly);
-    const auto contents = JournalContents::read(file);
-    QVERIFY(contents);
-    OtherDisk disk;
-    disk.device = 4711;
-    for (const bool sameBoot : {false, true}) {
-        RecoveryMatcher matcher(disk, contents.value(), sameBoot);
-        matcher.match();
-        QVERIFY(matcher.outcomes()[0].fate ==
-                (sameBoot ? RecoveryMatcher::Fate::Unknown : RecoveryMatcher::Fate::Renamed));
     }
-}
 
-void TestRecovery::recoveredLogsUndoTheRun()
-{
-    Interrupted f;
-    for (int i = 1; i <= 5; ++i)
-        f.tree.file(u"f/%1.x"_s.arg(i), QByteArray::number(i));
-    f.interrupt({u"f/5.x>6.x"_s, u"f/4.x>5.x"_s, u"f/3.x>4.x"_s, u"f/2.x>3.x"_s, u"f/1.x>2.x"_s}, 4,
-                false);
-    const auto runs = f.recover();
-    QCOMPARE(rollbackLogName(kJuly), runs[0].rollbackLog.section(u'/', -1));
-    RollbackRun undo(f.disk, readRollbackLog(runs[0].rollbackLog).value());
-    QVERIFY(undo.recommendsReverse());
-    undo.processLog({});
-    undo.performRollBack({}, false, true);
-    for (int i = 1; i <= 5; ++i)
-        QCOMPARE(f.tree.content(u"f/%1.x"_s.arg(i)), QByteArray::number(i));
-    QVERIFY(!f.tree.exists(u"f/6.x"_s));
-}
-
-void TestRecovery::absentFoldersAreWaitedFor_data()
-{
-    QTest::addColumn<bool>("mountPoint");
-    QTest::newRow("no folder") << false;
-    QTest::newRow("an empty folder to mount on") << true;
-}
-
-void TestRecovery::absentFoldersAreWaitedFor()
-{
-    QFETCH(bool, mountPoint);
-    Interrupted f;
-    const QString card = f.tree.folder(u"card"_s);
-    const QString away = f.tree.path(u"away"_s);
-    f.tree.file(u"card/a"_s);
-    f.interrupt({u"card/a>x"_s}, 1, false);
-    QVERIFY(QFile::rename(card, away));
-    if (mountPoint)
-        f.tree.folder(u"card"_s);
-    for (int start = 0; start < 2; ++start) {
-        const auto runs = f.recover();
-        QCOMPARE(runs.size(), std::size_t{1});
-        QVERIFY2(runs[0].problem.contains(card), qPrintable(runs[0].problem));
-        QVERIFY(runs[0].rollbackLog.isEmpty());
-    }
-    if (mountPoint) // plugged in again
+    void devicesCountWithinOneBootOnly()
     {
-        f.tree.remove(u"card"_s);
-        QVERIFY(QFile::rename(away, card));
-        QCOMPARE(f.logged(f.recover()[0].rollbackLog), QStringList{u"card/a>x"_s});
-        return;
+        Interrupted f;
+        f.tree.file(u"f/a"_s);
+        const QString path = f.interrupt({u"f/a>x"_s}, 1, false);
+        QFile file(path);
+        file.open(QIODevice::ReadOnly);
+        const auto contents = JournalContents::read(file);
+        QVERIFY(contents);
+        OtherDisk disk;
+        disk.device = 4711;
+        for (const bool sameBoot : {false, true}) {
+            RecoveryMatcher matcher(disk, contents.value(), sameBoot);
+            matcher.match();
+            QVERIFY(matcher.outcomes()[0].fate ==
+                    (sameBoot ? RecoveryMatcher::Fate::Unknown : RecoveryMatcher::Fate::Renamed));
+        }
     }
-    f.clock.set(TDate{kJuly.nanos + 31LL * 24 * 3600 * TDate::kNanosPerSecond});
-    const auto runs = f.recover();
-    QCOMPARE(runs[0].unknown, 1);
-    QCOMPARE(f.logged(runs[0].rollbackLog), QStringList{u"card/a!"_s});
-}
 
-void TestRecovery::logThatCannotBeWritten()
-{
-    Interrupted f;
-    f.tree.file(u"f/a"_s);
-    f.interrupt({u"f/a>x"_s}, 1, false);
-    const QStringList before = f.running();
+    void absentFoldersAreWaitedFor_data()
     {
-        const FileSizeLimit full(100);
+        const Table<bool> row("mountPoint");
+        row("no folder", false);
+        row("an empty folder to mount on", true);
+    }
+
+    void absentFoldersAreWaitedFor()
+    {
+        QFETCH(bool, mountPoint);
+        Interrupted f;
+        const QString card = f.tree.folder(u"card"_s);
+        const QString away = f.tree.path(u"away"_s);
+        f.tree.file(u"card/a"_s);
+        f.interrupt({u"card/a>x"_s}, 1, false);
+        QVERIFY(QFile::rename(card, away));
+        if (mountPoint)
+            f.tree.folder(u"card"_s);
+        for (int start = 0; start < 2; ++start) {
+            const auto runs = f.recover();
+            QCOMPARE(runs.size(), std::size_t{1});
+            QVERIFY2(runs[0].problem.contains(card), qPrintable(runs[0].problem));
+            QVERIFY(runs[0].rollbackLog.isEmpty());
+        }
+        if (mountPoint) // plugged in again
+        {
+            f.tree.remove(u"card"_s);
+            QVERIFY(QFile::rename(away, card));
+            QCOMPARE(f.logged(f.recover()[0].rollbackLog), QStringList{u"card/a>x"_s});
+            return;
+        }
+        f.clock.set(TDate{kJuly.nanos + 31LL * 24 * 3600 * TDate::kNanosPerSecond});
         const auto runs = f.recover();
-        QCOMPARE(runs.size(), std::size_t{1});
-        QVERIFY2(runs[0].problem.contains(f.logs()), qPrintable(runs[0].problem));
+        QCOMPARE(runs[0].unknown, 1);
+        QCOMPARE(f.logged(runs[0].rollbackLog), QStringList{u"card/a!"_s});
     }
-    QCOMPARE(f.running(), before);
-    QCOMPARE(f.logged(f.recover()[0].rollbackLog), QStringList{u"f/a>x"_s});
-}
 
-void TestRecovery::secondRecoveryFindsNothing()
-{
-    Interrupted f;
-    f.tree.file(u"f/a"_s);
-    f.interrupt({u"f/a>x"_s}, 1, true);
-    QCOMPARE(f.recover().size(), std::size_t{1});
-    const QStringList after = f.tree.list();
-    QVERIFY(f.recover().empty());
-    QCOMPARE(f.tree.list(), after);
-}
+    void logThatCannotBeWritten()
+    {
+        Interrupted f;
+        f.tree.file(u"f/a"_s);
+        f.interrupt({u"f/a>x"_s}, 1, false);
+        const QStringList before = f.running();
+        {
+            const FileSizeLimit full(100);
+            const auto runs = f.recover();
+            QCOMPARE(runs.size(), std::size_t{1});
+            QVERIFY2(runs[0].problem.contains(f.logs()), qPrintable(runs[0].problem));
+        }
 
-void TestRecovery::logsNeverShareAName()
-{
-    Interrupted f;
-    for (const QString &name : {u"a"_s, u"b"_s, u"c"_s}) {
-        f.tree.file(u"f/"_s + name);
-        f.interrupt({u"f/%1>x%1"_s.arg(name)}, 1, false);
+        QCOMPARE(f.running(), before);
+        QCOMPARE(f.logged(f.recover()[0].rollbackLog), QStringList{u"f/a>x"_s});
     }
-    QStringList logged;
-    for (const RecoveredRun &run : f.recover())
-        logged += f.logged(run.rollbackLog);
-    logged.sort();
-    QCOMPARE(logged, (QStringList{u"f/a>xa"_s, u"f/b>xb"_s, u"f/c>xc"_s}));
-}
 
-void TestRecovery::unreadableJournalsAreSetAside()
-{
-    Interrupted f;
-    f.tree.file(u"f/a"_s);
-    f.tree.file(u"f/b"_s);
-    const QString damaged = f.interrupt({u"f/a>x"_s}, 1, false);
-    f.interrupt({u"f/b>y"_s}, 1, false);
-    QByteArray bytes = bytesOf(damaged);
-    bytes[60] = static_cast<char>(bytes[60] ^ 4);
-    overwrite(damaged, bytes);
-    f.tree.folder(u"Logs/.running/0.journal"_s); // not even a file
-
-    QStringList problems;
-    QStringList logged;
-    for (const RecoveredRun &run : f.recover()) {
-        if (!run.problem.isEmpty())
-            problems += run.problem;
-        else
+    void logsNeverShareAName()
+    {
+        Interrupted f;
+        for (const QString &name : {u"a"_s, u"b"_s, u"c"_s}) {
+            f.tree.file(u"f/"_s + name);
+            f.interrupt({u"f/%1>x%1"_s.arg(name)}, 1, false);
+        }
+        QStringList logged;
+        for (const RecoveredRun &run : f.recover())
             logged += f.logged(run.rollbackLog);
+        logged.sort();
+        QCOMPARE(logged, (QStringList{u"f/a>xa"_s, u"f/b>xb"_s, u"f/c>xc"_s}));
     }
-    QCOMPARE(logged, QStringList{u"f/b>y"_s});
-    QCOMPARE(problems.size(), 1);
-    QVERIFY2(problems[0].contains(damaged + u".unreadable"_s), qPrintable(problems[0]));
-    QCOMPARE(bytesOf(damaged + u".unreadable"_s), bytes);
-    QVERIFY(f.recover().empty());
-}
 
-void TestRecovery::finishedJournalsAreOnlyKept()
-{
-    Interrupted f;
-    f.tree.file(u"f/a"_s);
-    auto journal = std::move(RunJournal::create(f.logs(), f.clock, f.disk)).value();
-    JournalledMoves run(*journal, f.disk);
-    QVERIFY(run.run(f.tree, {{u"f/a"_s, u"x"_s}}));
-    const QString path = journal->path();
-    journal->finish();
-    // As if the machine had stopped between the mark and the new name.
-    QVERIFY(QFile::rename(journal->path(), path));
-    journal.reset();
-    QVERIFY(f.recover().empty());
-    QCOMPARE(f.running().size(), 1);
-    QVERIFY(f.running().front().endsWith(u".finished"_s));
-}
+    void unreadableJournalsAreSetAside()
+    {
+        Interrupted f;
+        f.tree.file(u"f/a"_s);
+        f.tree.file(u"f/b"_s);
+        const QString damaged = f.interrupt({u"f/a>x"_s}, 1, false);
+        f.interrupt({u"f/b>y"_s}, 1, false);
+        QByteArray bytes = bytesOf(damaged);
+        bytes[60] = static_cast<char>(bytes[60] ^ 4);
+        overwrite(damaged, bytes);
+        f.tree.folder(u"Logs/.running/0.journal"_s); // not even a file
 
-void TestRecovery::leftoversAreRemoved()
-{
-    Interrupted f;
-    f.tree.file(u"Logs/.running/dead.plan"_s, "x");
-    f.tree.file(u"Logs/.running/dead.partial"_s, "x");
-    f.tree.file(u"Logs/.running/old.finished"_s, "x");
-    const auto living = RunJournal::create(f.logs(), f.clock, f.disk);
-    const auto writer = RollbackLogWriter::create(f.logs());
-    QVERIFY(f.recover().empty());
-    QCOMPARE(f.running().size(), 3);
-    QVERIFY(QFile::exists(living.value()->path()));
-    QVERIFY(f.running().contains(u"old.finished"_s));
-}
+        QStringList problems;
+        QStringList logged;
+        for (const RecoveredRun &run : f.recover()) {
+            if (!run.problem.isEmpty())
+                problems += run.problem;
+            else
+                logged += f.logged(run.rollbackLog);
+        }
 
-void TestRecovery::noLogsFolderNoWork()
-{
-    Interrupted f;
-    QVERIFY(f.recover().empty());
-    QCOMPARE(f.tree.list(), QStringList());
-}
+        QCOMPARE(logged, QStringList{u"f/b>y"_s});
+        QCOMPARE(problems.size(), 1);
+        QVERIFY2(problems[0].contains(damaged + u".unreadable"_s), qPrintable(problems[0]));
+        QCOMPARE(bytesOf(damaged + u".unreadable"_s), bytes);
+        QVERIFY(f.recover().empty());
+    }
+
+    void finishedJournalsAreOnlyKept()
+    {
+        Interrupted f;
+        f.tree.file(u"f/a"_s);
+        auto journal = std::move(RunJournal::create(f.logs(), f.clock, f.disk)).value();
+        JournalledMoves run(*journal, f.disk);
+        QVERIFY(run.run(f.tree, {{u"f/a"_s, u"x"_s}}));
+        const QString path = journal->path();
+        journal->finish();
+        // As if the machine had stopped between the mark and the new name.
+        QVERIFY(QFile::rename(journal->path(), path));
+        journal.reset();
+        QVERIFY(f.recover().empty());
+        QCOMPARE(f.running().size(), 1);
+        QVERIFY(f.running().front().endsWith(u".finished"_s));
+    }
+
+    void leftoversAreRemoved()
+    {
+        Interrupted f;
+        f.tree.file(u"Logs/.running/dead.plan"_s, "x");
+        f.tree.file(u"Logs/.running/dead.partial"_s, "x");
+        f.tree.file(u"Logs/.running/old.finished"_s, "x");
+        const auto living = RunJournal::create(f.logs(), f.clock, f.disk);
+        const auto writer = RollbackLogWriter::create(f.logs());
+        QVERIFY(f.recover().empty());
+        QCOMPARE(f.running().size(), 3);
+        QVERIFY(QFile::exists(living.value()->path()));
+        QVERIFY(f.running().contains(u"old.finished"_s));
+    }
+
+    void noLogsFolderNoWork()
+    {
+        Interrupted f;
+        QVERIFY(f.recover().empty());
+        QCOMPARE(f.tree.list(), QStringList());
+    }
+};
 
 QTEST_GUILESS_MAIN(TestRecovery)
 

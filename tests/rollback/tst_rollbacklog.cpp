@@ -2,10 +2,10 @@
 #include "commonprocs/ByteNames.h"
 #include "platform/KeyedArchiver.h"
 #include "rollback/RollbackLog.h"
+#include "support/Table.h"
 #include "support/TemporaryTree.h"
 
 #include <QBuffer>
-#include <QTest>
 
 #include <array>
 #include <sys/stat.h>
@@ -57,199 +57,182 @@ class TestRollbackLog : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void namesCarryLocalTime_data();
-    void namesCarryLocalTime();
-    void recordsComeBackInOrder();
-    void foldersAreSharedByRecords();
-    void emptyRunsLeaveALog();
-    void sameSecond();
-    void nobodyElseMayRead();
-    void abandonedLogsLeaveNothing();
-    void foldersThatCannotBe_data();
-    void foldersThatCannotBe();
-    void damagedLogsAreRefused_data();
-    void damagedLogsAreRefused();
-    void listsNewestFirst();
-};
-
-void TestRollbackLog::namesCarryLocalTime_data()
-{
-    QTest::addColumn<qint64>("seconds");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("afternoon") << qint64{1'751'551'509} << kJulyName;
-    QTest::newRow("single digits")
-        << qint64{1'767'323'045}
-        << u"Rename Batch Run - 2026-01-02, 03.04.05 (rollback data).renameLog"_s;
-}
-
-void TestRollbackLog::namesCarryLocalTime()
-{
-    QFETCH(qint64, seconds);
-    QFETCH(QString, name);
-    QCOMPARE(rollbackLogName(TDate::fromSeconds(seconds)), name);
-}
-
-void TestRollbackLog::recordsComeBackInOrder()
-{
-    const TemporaryTree tree;
-    auto writer = RollbackLogWriter::create(tree.path(u"Logs"_s));
-    QVERIFY(writer);
-    const QString raw = ByteNames::fromBytes("/f/raw \xFF\xFE.txt");
-    const QString longName = u"/f/"_s + QString(85, QChar(0x4E00)); // 255 bytes
-    writer.value()->append(transaction(raw, u"/f/1"_s));
-    writer.value()->append(transaction(u"/f/2"_s, longName));
-    TRenameTRX failed = transaction(u"/g/3"_s, u"/g/4"_s);
-    failed.renameComplete = false;
-    failed.errorLog.addErrorOfType(2, u"kein Platz"_s);
-    writer.value()->append(failed);
-    const auto path = writer.value()->finish(kJuly);
-    QCOMPARE(path.message(), QString());
-    QCOMPARE(path.value(), tree.path(u"Logs/"_s + kJulyName));
-
-    const auto read = readRollbackLog(path.value());
-    QCOMPARE(read.message(), QString());
-    QCOMPARE(read.value().size(), std::size_t{3});
-    QCOMPARE(read.value()[0].originalURL.path(), raw);
-    QCOMPARE(read.value()[1].renamedURL.path(), longName);
-    QVERIFY(read.value()[1].renameComplete);
-    QVERIFY(!read.value()[2].renameComplete);
-    QVERIFY(read.value()[2].errorLog == failed.errorLog);
-}
-
-void TestRollbackLog::foldersAreSharedByRecords()
-{
-    const TemporaryTree tree;
-    const auto read = readRollbackLog(writeLog(tree.path(), 3));
-    QVERIFY(read);
-    for (const TRenameTRX &record : read.value()) {
-        QVERIFY(record.originalURL.folder() == read.value().front().originalURL.folder());
-        QVERIFY(record.renamedURL.folder() == record.originalURL.folder());
-    }
-}
-
-void TestRollbackLog::emptyRunsLeaveALog()
-{
-    const TemporaryTree tree;
-    const auto read = readRollbackLog(writeLog(tree.path(), 0));
-    QVERIFY(read);
-    QVERIFY(read.value().empty());
-}
-
-void TestRollbackLog::sameSecond()
-{
-    const TemporaryTree tree;
-    const QString first = writeLog(tree.path(), 1);
-    const QString second = writeLog(tree.path(), 2);
-    QCOMPARE(second, first);
-    QCOMPARE(readRollbackLog(first).value().size(), std::size_t{2});
-    const QString beside = writeLog(tree.path(), 3, kJuly, true);
-    QVERIFY(beside.endsWith(u"14.05.10 (rollback data).renameLog"_s));
-    QVERIFY(
-        writeLog(tree.path(), 4, kJuly, true).endsWith(u"14.05.11 (rollback data).renameLog"_s));
-    QCOMPARE(readRollbackLog(first).value().size(), std::size_t{2});
-}
-
-void TestRollbackLog::nobodyElseMayRead()
-{
-    const TemporaryTree tree;
-    const QString path = writeLog(tree.path(u"data/Tavrin/Logs"_s), 1);
-    QCOMPARE(modeOf(tree.path(u"data/Tavrin"_s)), mode_t{0700});
-    QCOMPARE(modeOf(tree.path(u"data/Tavrin/Logs"_s)), mode_t{0700});
-    QCOMPARE(modeOf(path), mode_t{0600});
-}
-
-void TestRollbackLog::abandonedLogsLeaveNothing()
-{
-    const TemporaryTree tree;
+    void namesCarryLocalTime_data()
     {
-        auto writer = RollbackLogWriter::create(tree.path());
-        writer.value()->append(transaction(u"/f/a"_s, u"/f/b"_s));
+        const Table<qint64, QString> row("seconds", "name");
+        row("afternoon", 1'751'551'509, kJulyName);
+        row("single digits", 1'767'323'045,
+            u"Rename Batch Run - 2026-01-02, 03.04.05 (rollback data).renameLog");
     }
-    QCOMPARE(tree.list(), QStringList{u".running/"_s});
-}
 
-void TestRollbackLog::foldersThatCannotBe_data()
-{
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("below a file") << u"file/Logs"_s;
-    QTest::newRow("is a file") << u"file"_s;
-    QTest::newRow("name too long") << QString(300, u'x');
-}
+    void namesCarryLocalTime()
+    {
+        QFETCH(qint64, seconds);
+        QFETCH(QString, name);
+        QCOMPARE(rollbackLogName(TDate::fromSeconds(seconds)), name);
+    }
 
-void TestRollbackLog::foldersThatCannotBe()
-{
-    QFETCH(QString, folder);
-    const TemporaryTree tree;
-    tree.file(u"file"_s);
-    const auto writer = RollbackLogWriter::create(tree.path(folder));
-    QVERIFY(!writer);
-    QVERIFY2(writer.message().contains(tree.path(folder)), qPrintable(writer.message()));
-    QCOMPARE(tree.list(), QStringList{u"file"_s});
-}
-
-void TestRollbackLog::damagedLogsAreRefused_data()
-{
-    QTest::addColumn<QByteArray>("data");
-    QTest::addColumn<QString>("says");
-    QByteArray whole;
+    void recordsComeBackInOrder()
     {
         const TemporaryTree tree;
-        writeLog(tree.path(), 2);
-        whole = tree.content(kJulyName);
+        auto writer = RollbackLogWriter::create(tree.path(u"Logs"_s));
+        QVERIFY(writer);
+        const QString raw = ByteNames::fromBytes("/f/raw \xFF\xFE.txt");
+        const QString longName = u"/f/"_s + QString(85, QChar(0x4E00)); // 255 bytes
+        writer.value()->append(transaction(raw, u"/f/1"_s));
+        writer.value()->append(transaction(u"/f/2"_s, longName));
+        TRenameTRX failed = transaction(u"/g/3"_s, u"/g/4"_s);
+        failed.renameComplete = false;
+        failed.errorLog.addErrorOfType(2, u"kein Platz"_s);
+        writer.value()->append(failed);
+        const auto path = writer.value()->finish(kJuly);
+        QCOMPARE(path.message(), QString());
+        QCOMPARE(path.value(), tree.path(u"Logs/"_s + kJulyName));
+
+        const auto read = readRollbackLog(path.value());
+        QCOMPARE(read.message(), QString());
+        QCOMPARE(read.value().size(), std::size_t{3});
+        QCOMPARE(read.value()[0].originalURL.path(), raw);
+        QCOMPARE(read.value()[1].renamedURL.path(), longName);
+        QVERIFY(read.value()[1].renameComplete);
+        QVERIFY(!read.value()[2].renameComplete);
+        QVERIFY(read.value()[2].errorLog == failed.errorLog);
     }
-    constexpr std::array<const char *, 2> kForeignClass{"TTextRule", "NSObject"};
-    QBuffer foreign;
-    foreign.open(QIODevice::WriteOnly);
-    KeyedArchiver archiver(foreign);
-    archiver.appendObject(kForeignClass,
-                          [](TEncoder &coder) { coder.encodeString("theText"_L1, u"x"_s); });
-    QVERIFY(archiver.finish());
-    QTest::newRow("another archive") << foreign.data() << u"TTextRule"_s;
-    QTest::newRow("empty") << QByteArray() << u"is no rollback log"_s;
-    QTest::newRow("text") << QByteArray(1000, 'x') << u"is no rollback log"_s;
-    QTest::newRow("cut off") << whole.chopped(40) << u"is no rollback log"_s;
-    QTest::newRow("beginning missing") << whole.mid(9) << u"is no rollback log"_s;
-    QTest::newRow("other class") << QByteArray(whole).replace("TRenameTRX", "TRenameTRY")
-                                 << u"TRenameTRY"_s;
-}
 
-void TestRollbackLog::damagedLogsAreRefused()
-{
-    QFETCH(QByteArray, data);
-    QFETCH(QString, says);
-    const TemporaryTree tree;
-    const QString path = tree.file(u"a.renameLog"_s, data);
-    const auto read = readRollbackLog(path);
-    QVERIFY(!read);
-    QVERIFY2(read.message().contains(says) && read.message().contains(path),
-             qPrintable(read.message()));
-}
+    void foldersAreSharedByRecords()
+    {
+        const TemporaryTree tree;
+        const auto read = readRollbackLog(writeLog(tree.path(), 3));
+        QVERIFY(read);
+        for (const TRenameTRX &record : read.value()) {
+            QVERIFY(record.originalURL.folder() == read.value().front().originalURL.folder());
+            QVERIFY(record.renamedURL.folder() == record.originalURL.folder());
+        }
+    }
 
-void TestRollbackLog::listsNewestFirst()
-{
-    const TemporaryTree tree;
-    QVERIFY(savedRollbackLogs(tree.path(u"missing"_s)).empty());
-    const QString old = writeLog(tree.path(), 3);
-    const QString young = writeLog(tree.path(), 12, kJuly, true);
-    const QString broken = tree.file(u"broken.renameLog"_s, "no log");
-    tree.file(u"other.txt"_s);
-    tree.file(u".hidden.renameLog"_s);
-    tree.folder(u"folder.renameLog"_s);
-    setAge(old, 1000);
-    setAge(broken, 2000);
-    setAge(young, 3000);
-    ::mkfifo(ByteNames::toBytes(tree.path(u"pipe.renameLog"_s)).constData(), 0600);
+    void emptyRunsLeaveALog()
+    {
+        const TemporaryTree tree;
+        const auto read = readRollbackLog(writeLog(tree.path(), 0));
+        QVERIFY(read);
+        QVERIFY(read.value().empty());
+    }
 
-    const std::vector<SavedRollbackLog> logs = savedRollbackLogs(tree.path());
-    QStringList shown;
-    for (const SavedRollbackLog &log : logs)
-        shown += u"%1 %2"_s.arg(log.name).arg(log.files);
-    QCOMPARE(shown, (QStringList{u"Rename Batch Run - 2025-07-03, 14.05.10 (rollback data) 12"_s,
-                                 u"broken -1"_s,
-                                 u"Rename Batch Run - 2025-07-03, 14.05.09 (rollback data) 3"_s}));
-    QCOMPARE(logs.front().path, young);
-    QCOMPARE(logs.front().date, TDate::fromSeconds(3000));
-}
+    void sameSecond()
+    {
+        const TemporaryTree tree;
+        const QString first = writeLog(tree.path(), 1);
+        const QString second = writeLog(tree.path(), 2);
+        QCOMPARE(second, first);
+        QCOMPARE(readRollbackLog(first).value().size(), std::size_t{2});
+        const QString beside = writeLog(tree.path(), 3, kJuly, true);
+        QVERIFY(beside.endsWith(u"14.05.10 (rollback data).renameLog"_s));
+        QVERIFY(writeLog(tree.path(), 4, kJuly, true)
+                    .endsWith(u"14.05.11 (rollback data).renameLog"_s));
+        QCOMPARE(readRollbackLog(first).value().size(), std::size_t{2});
+    }
+
+    void nobodyElseMayRead()
+    {
+        const TemporaryTree tree;
+        const QString path = writeLog(tree.path(u"data/Tavrin/Logs"_s), 1);
+        QCOMPARE(modeOf(tree.path(u"data/Tavrin"_s)), mode_t{0700});
+        QCOMPARE(modeOf(tree.path(u"data/Tavrin/Logs"_s)), mode_t{0700});
+        QCOMPARE(modeOf(path), mode_t{0600});
+    }
+
+    void abandonedLogsLeaveNothing()
+    {
+        const TemporaryTree tree;
+        {
+            auto writer = RollbackLogWriter::create(tree.path());
+            writer.value()->append(transaction(u"/f/a"_s, u"/f/b"_s));
+        }
+        QCOMPARE(tree.list(), QStringList{u".running/"_s});
+    }
+
+    void foldersThatCannotBe_data()
+    {
+        const Table<QString> row("folder");
+        row("below a file", u"file/Logs");
+        row("is a file", u"file");
+        row("name too long", QString(300, u'x'));
+    }
+
+    void foldersThatCannotBe()
+    {
+        QFETCH(QString, folder);
+        const TemporaryTree tree;
+        tree.file(u"file"_s);
+        const auto writer = RollbackLogWriter::create(tree.path(folder));
+        QVERIFY(!writer);
+        QVERIFY2(writer.message().contains(tree.path(folder)), qPrintable(writer.message()));
+        QCOMPARE(tree.list(), QStringList{u"file"_s});
+    }
+
+    void damagedLogsAreRefused_data()
+    {
+        const Table<QByteArray, QString> row("data", "says");
+        QByteArray whole;
+        {
+            const TemporaryTree tree;
+            writeLog(tree.path(), 2);
+            whole = tree.content(kJulyName);
+        }
+        constexpr std::array<const char *, 2> kForeignClass{"TTextRule", "NSObject"};
+        QBuffer foreign;
+        foreign.open(QIODevice::WriteOnly);
+        KeyedArchiver archiver(foreign);
+        archiver.appendObject(kForeignClass,
+                              [](TEncoder &coder) { coder.encodeString("theText"_L1, u"x"_s); });
+        QVERIFY(archiver.finish());
+        row("another archive", foreign.data(), u"TTextRule");
+        row("empty", QByteArray(), u"is no rollback log");
+        row("text", QByteArray(1000, 'x'), u"is no rollback log");
+        row("cut off", whole.chopped(40), u"is no rollback log");
+        row("beginning missing", whole.mid(9), u"is no rollback log");
+        row("other class", QByteArray(whole).replace("TRenameTRX", "TRenameTRY"), u"TRenameTRY");
+    }
+
+    void damagedLogsAreRefused()
+    {
+        QFETCH(QByteArray, data);
+        QFETCH(QString, says);
+        const TemporaryTree tree;
+        const QString path = tree.file(u"a.renameLog"_s, data);
+        const auto read = readRollbackLog(path);
+        QVERIFY(!read);
+        QVERIFY2(read.message().contains(says) && read.message().contains(path),
+                 qPrintable(read.message()));
+    }
+
+    void listsNewestFirst()
+    {
+        const TemporaryTree tree;
+        QVERIFY(savedRollbackLogs(tree.path(u"missing"_s)).empty());
+        const QString old = writeLog(tree.path(), 3);
+        const QString young = writeLog(tree.path(), 12, kJuly, true);
+        const QString broken = tree.file(u"broken.renameLog"_s, "no log");
+        tree.file(u"other.txt"_s);
+        tree.file(u".hidden.renameLog"_s);
+        tree.folder(u"folder.renameLog"_s);
+        setAge(old, 1000);
+        setAge(broken, 2000);
+        setAge(young, 3000);
+        ::mkfifo(ByteNames::toBytes(tree.path(u"pipe.renameLog"_s)).constData(), 0600);
+
+        const std::vector<SavedRollbackLog> logs = savedRollbackLogs(tree.path());
+        QStringList shown;
+        for (const SavedRollbackLog &log : logs)
+            shown += u"%1 %2"_s.arg(log.name).arg(log.files);
+        QCOMPARE(shown,
+                 (QStringList{u"Rename Batch Run - 2025-07-03, 14.05.10 (rollback data) 12"_s,
+                              u"broken -1"_s,
+                              u"Rename Batch Run - 2025-07-03, 14.05.09 (rollback data) 3"_s}));
+        QCOMPARE(logs.front().path, young);
+        QCOMPARE(logs.front().date, TDate::fromSeconds(3000));
+    }
+};
 
 QTEST_GUILESS_MAIN(TestRollbackLog)
 

@@ -7,10 +7,10 @@
 #include "rollback/RunJournal.h"
 #include "support/FaultyFileManager.h"
 #include "support/ManualClock.h"
+#include "support/Table.h"
 #include "support/TemporaryTree.h"
 
 #include <QFile>
-#include <QTest>
 
 #include <linux/magic.h>
 #include <sys/file.h>
@@ -33,6 +33,7 @@ struct JournalFixture
         auto journal = RunJournal::create(logs(), clock, disk);
         return journal ? std::move(journal).value() : nullptr;
     }
+
     JournalContents contents(const RunJournal &journal) const
     {
         QFile file(journal.path());
@@ -40,6 +41,7 @@ struct JournalFixture
         auto read = JournalContents::read(file);
         return read ? std::move(read).value() : JournalContents();
     }
+
     QStringList running() const { return tree.list(u"Logs/.running"_s); }
 };
 
@@ -50,302 +52,284 @@ class TestRunJournal : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void planIsOnDiskBeforeTheFirstMove();
-    void isPrivateAndLocked();
-    void movesAreWrittenButNeverSynced();
-    void intentsWhereInodesDoNotTell_data();
-    void intentsWhereInodesDoNotTell();
-    void fileSystemsThatKeepInodes_data();
-    void fileSystemsThatKeepInodes();
-    void itemsWithoutAName();
-    void failingSyncStopsTheRun_data();
-    void failingSyncStopsTheRun();
-    void fullDiskStopsTheRun_data();
-    void fullDiskStopsTheRun();
-    void fullDiskDuringTheRun();
-    void failedIntentSyncIsNotTriedAgain();
-    void foldersThatCannotBe();
-    void leavesNothingWithoutMoves();
-    void keepsTheLastFifty();
-};
-
-void TestRunJournal::planIsOnDiskBeforeTheFirstMove()
-{
-    JournalFixture f;
-    f.tree.file(u"b/one.txt"_s, "12345");
-    const QByteArray raw = f.tree.rawFile("a/raw\xFF");
-    f.tree.file(u"b/two.txt"_s);
-    const auto journal = f.make();
-    std::vector<TFileItem> items{fileItem(f.tree.path(u"b/one.txt"_s)),
-                                 fileItem(ByteNames::fromBytes(raw)),
-                                 fileItem(f.tree.path(u"b/two.txt"_s))};
-    for (const TFileItem &item : items)
-        journal->addFile(item);
-    QCOMPARE(f.running().size(), 1);
-    QVERIFY(!f.running().front().endsWith(u".journal"_s)); // recovery must not see half a plan
-    f.disk.reset();
-    QVERIFY(journal->syncPlan());
-    QCOMPARE(f.disk.count(Call::Sync), 2); // the file, then its folder
-    QVERIFY(journal->path().endsWith(u".journal"_s));
-
-    const JournalContents contents = f.contents(*journal);
-    QCOMPARE(contents.folders().size(), std::size_t{2});
-    QCOMPARE(contents.folders()[0], f.tree.path(u"b"_s).toUtf8());
-    QCOMPARE(contents.time(), f.clock.now());
-    QCOMPARE(contents.files().size(), items.size());
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        const JournalContents::File &file = contents.files()[i];
-        const TFileFacts &facts = items[i].facts;
-        QCOMPARE(contents.folders()[file.folder] + '/' + contents.text(file.name).toByteArray(),
-                 items[i].url.fileSystemPath());
-        QCOMPARE(file.inode, facts.inode);
-        QCOMPARE(file.device, facts.device);
-        QCOMPARE(file.size, facts.size);
-        QCOMPARE(file.links, facts.links);
-        QCOMPARE(file.modification, facts.modification);
-        QCOMPARE(file.birth.isSet(), facts.hasBirthTime);
-        if (facts.hasBirthTime)
-            QCOMPARE(file.birth, facts.creation);
-    }
-}
-
-void TestRunJournal::isPrivateAndLocked()
-{
-    JournalFixture f;
-    f.tree.file(u"a"_s);
-    const auto journal = f.make();
-    journal->addFile(fileItem(f.tree.path(u"a"_s)));
-    QVERIFY(journal->syncPlan());
-    struct stat status = {};
-    ::stat(qPrintable(journal->path()), &status);
-    QCOMPARE(status.st_mode & 0777U, 0600U);
-    ::stat(qPrintable(f.tree.path(u"Logs/.running"_s)), &status);
-    QCOMPARE(status.st_mode & 0777U, 0700U);
-    QFile other(journal->path());
-    QVERIFY(other.open(QIODevice::ReadOnly));
-    QCOMPARE(::flock(other.handle(), LOCK_EX | LOCK_NB), -1);
-    QVERIFY(recoverInterruptedRuns(f.logs(), f.disk, f.clock).empty());
-    QVERIFY(QFile::exists(journal->path()));
-}
-
-void TestRunJournal::movesAreWrittenButNeverSynced()
-{
-    JournalFixture f;
-    std::vector<TestMove> moves;
-    for (int i = 0; i < 5000; ++i)
-        moves.push_back({f.tree.file(u"f/%1"_s.arg(i)).mid(f.tree.path().size() + 1),
-                         u"a longer new name %1"_s.arg(i)});
-    const auto journal = f.make();
-    JournalledMoves run(*journal, f.disk);
-    f.disk.reset();
-    run.beforeStep = [&](JournalledMoves::Step step, qsizetype) {
-        if (step == JournalledMoves::Step::Done)
-            QVERIFY(f.contents(*journal).files()[0].evidence == JournalContents::Evidence::Move);
-    };
-    QVERIFY(run.run(f.tree, moves));
-    QCOMPARE(f.disk.count(Call::Sync), 2);
-    journal->finish();
-    QCOMPARE(journal->problem(), QString());
-    QCOMPARE(f.disk.count(Call::Sync), 2);
-
-    QVERIFY(journal->path().endsWith(u".finished"_s));
-    const JournalContents contents = f.contents(*journal);
-    QVERIFY(contents.isFinished());
-    QCOMPARE(contents.text(contents.files()[4999].newName),
-             QByteArrayView("a longer new name 4999"));
-    QCOMPARE(contents.end(), QFile(journal->path()).size()); // the reserved space is given back
-}
-
-void TestRunJournal::intentsWhereInodesDoNotTell_data()
-{
-    QTest::addColumn<QString>("item");
-    QTest::addColumn<bool>("needed");
-    QTest::newRow("file") << u"file"_s << false;
-    QTest::newRow("folder") << u"folder"_s << false;
-    QTest::newRow("link") << u"link"_s << false;
-    QTest::newRow("one of two links") << u"hard"_s << true;
-    QTest::newRow("not there") << u"missing"_s << true;
-}
-
-void TestRunJournal::intentsWhereInodesDoNotTell()
-{
-    QFETCH(QString, item);
-    JournalFixture f;
-    f.tree.file(u"file"_s);
-    f.tree.folder(u"folder/inner"_s);
-    f.tree.link(u"file"_s, u"link"_s);
-    f.tree.file(u"hard"_s);
-    f.tree.hardLink(u"hard"_s, u"other"_s);
-    const auto journal = f.make();
-    journal->addFile(fileItem(f.tree.path(item)));
-    QTEST(journal->needsIntent(0), "needed");
-}
-
-void TestRunJournal::fileSystemsThatKeepInodes_data()
-{
-    QTest::addColumn<quint64>("magic");
-    QTest::addColumn<bool>("keeps");
-    QTest::newRow("ext4") << quint64{EXT4_SUPER_MAGIC} << true;
-    QTest::newRow("xfs") << quint64{XFS_SUPER_MAGIC} << true;
-    QTest::newRow("btrfs") << quint64{BTRFS_SUPER_MAGIC} << true;
-    QTest::newRow("vfat") << quint64{MSDOS_SUPER_MAGIC} << false;
-    QTest::newRow("exfat") << quint64{EXFAT_SUPER_MAGIC} << false;
-    QTest::newRow("fuse") << quint64{FUSE_SUPER_MAGIC} << false;
-    QTest::newRow("overlay") << quint64{OVERLAYFS_SUPER_MAGIC} << false;
-    QTest::newRow("nfs") << quint64{NFS_SUPER_MAGIC} << false;
-    QTest::newRow("cifs") << quint64{CIFS_SUPER_MAGIC} << false;
-    QTest::newRow("9p") << quint64{V9FS_MAGIC} << false;
-    QTest::newRow("never heard of") << quint64{0x12345678} << false;
-}
-
-void TestRunJournal::fileSystemsThatKeepInodes()
-{
-    QFETCH(quint64, magic);
-    QTEST(fileSystemKeepsInodes(magic), "keeps");
-}
-
-void TestRunJournal::itemsWithoutAName()
-{
-    JournalFixture f;
-    f.tree.file(u"a"_s);
-    const auto journal = f.make();
-    journal->addFile(fileItem(u"/"_s));
-    journal->addFile(fileItem(f.tree.path(u"a"_s)));
-    QVERIFY(journal->syncPlan());
-    const JournalContents contents = f.contents(*journal);
-    QCOMPARE(contents.files().size(), std::size_t{2});
-    QCOMPARE(contents.text(contents.files()[1].name), QByteArrayView("a"));
-}
-
-void TestRunJournal::failingSyncStopsTheRun_data()
-{
-    QTest::addColumn<int>("succeeding");
-    QTest::newRow("of the plan") << 0;
-    QTest::newRow("of the folder") << 1;
-}
-
-void TestRunJournal::failingSyncStopsTheRun()
-{
-    QFETCH(int, succeeding);
-    JournalFixture f;
-    f.tree.file(u"a"_s);
-    auto journal = f.make();
-    journal->addFile(fileItem(f.tree.path(u"a"_s)));
-    f.disk.reset();
-    // An errno of 0 is a call that does nothing and succeeds.
-    f.disk.fail(Call::Sync, 0, succeeding);
-    f.disk.fail(Call::Sync, EIO, 1);
-    QVERIFY(!journal->syncPlan());
-    QVERIFY2(journal->problem().contains(textForErrno(EIO)), qPrintable(journal->problem()));
-    QVERIFY(!journal->syncIntents());
-    QCOMPARE(f.disk.count(Call::Sync), succeeding + 1);
-    journal.reset();
-    QCOMPARE(f.running(), QStringList());
-}
-
-void TestRunJournal::fullDiskStopsTheRun_data()
-{
-    QTest::addColumn<qint64>("limit");
-    QTest::newRow("not even the header") << qint64{10};
-    QTest::newRow("in the plan") << qint64{70'000};
-    QTest::newRow("no room for the moves") << qint64{250'000};
-}
-
-void TestRunJournal::fullDiskStopsTheRun()
-{
-    QFETCH(qint64, limit);
-    JournalFixture f;
-    const TFileItem item = fileItem(f.tree.file(u"some file name"_s));
-    auto journal = f.make();
-    f.disk.reset();
+    void planIsOnDiskBeforeTheFirstMove()
     {
-        const FileSizeLimit full(static_cast<rlim_t>(limit));
-        for (int i = 0; i < 8000; ++i)
+        JournalFixture f;
+        f.tree.file(u"b/one.txt"_s, "12345");
+        const QByteArray raw = f.tree.rawFile("a/raw\xFF");
+        f.tree.file(u"b/two.txt"_s);
+        const auto journal = f.make();
+        std::vector<TFileItem> items{fileItem(f.tree.path(u"b/one.txt"_s)),
+                                     fileItem(ByteNames::fromBytes(raw)),
+                                     fileItem(f.tree.path(u"b/two.txt"_s))};
+        for (const TFileItem &item : items)
             journal->addFile(item);
-        QVERIFY(!journal->syncPlan());
+        QCOMPARE(f.running().size(), 1);
+        QVERIFY(!f.running().front().endsWith(u".journal"_s)); // recovery must not see half a plan
+        f.disk.reset();
+        QVERIFY(journal->syncPlan());
+        QCOMPARE(f.disk.count(Call::Sync), 2); // the file, then its folder
+        QVERIFY(journal->path().endsWith(u".journal"_s));
+
+        const JournalContents contents = f.contents(*journal);
+        QCOMPARE(contents.folders().size(), std::size_t{2});
+        QCOMPARE(contents.folders()[0], f.tree.path(u"b"_s).toUtf8());
+        QCOMPARE(contents.time(), f.clock.now());
+        QCOMPARE(contents.files().size(), items.size());
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            const JournalContents::File &file = contents.files()[i];
+            const TFileFacts &facts = items[i].facts;
+            QCOMPARE(contents.folders()[file.folder] + '/' + contents.text(file.name).toByteArray(),
+                     items[i].url.fileSystemPath());
+            QCOMPARE(file.inode, facts.inode);
+            QCOMPARE(file.device, facts.device);
+            QCOMPARE(file.size, facts.size);
+            QCOMPARE(file.links, facts.links);
+            QCOMPARE(file.modification, facts.modification);
+            QCOMPARE(file.birth.isSet(), facts.hasBirthTime);
+            if (facts.hasBirthTime)
+                QCOMPARE(file.birth, facts.creation);
+        }
     }
-    QVERIFY2(journal->problem().contains(textForErrno(EFBIG)), qPrintable(journal->problem()));
-    QCOMPARE(f.disk.count(Call::Sync), 0);
-    journal.reset();
-    QCOMPARE(f.running(), QStringList());
-}
 
-void TestRunJournal::fullDiskDuringTheRun()
-{
-    JournalFixture f;
-    const TFileItem item = fileItem(f.tree.file(u"x"_s));
-    const auto journal = f.make();
-    for (int i = 0; i < 1000; ++i)
-        journal->addFile(item);
-    QVERIFY(journal->syncPlan());
-    const FileSizeLimit full(static_cast<rlim_t>(QFile(journal->path()).size()));
-    for (int i = 0; i < 1000; ++i)
-        journal->recordMove(i, QByteArray(250, 'n'));
-    QVERIFY2(journal->problem().contains(textForErrno(EFBIG)), qPrintable(journal->problem()));
-    QVERIFY(!journal->syncIntents());
-}
+    void isPrivateAndLocked()
+    {
+        JournalFixture f;
+        f.tree.file(u"a"_s);
+        const auto journal = f.make();
+        journal->addFile(fileItem(f.tree.path(u"a"_s)));
+        QVERIFY(journal->syncPlan());
+        struct stat status = {};
+        ::stat(qPrintable(journal->path()), &status);
+        QCOMPARE(status.st_mode & 0777U, 0600U);
+        ::stat(qPrintable(f.tree.path(u"Logs/.running"_s)), &status);
+        QCOMPARE(status.st_mode & 0777U, 0700U);
+        QFile other(journal->path());
+        QVERIFY(other.open(QIODevice::ReadOnly));
+        QCOMPARE(::flock(other.handle(), LOCK_EX | LOCK_NB), -1);
+        QVERIFY(recoverInterruptedRuns(f.logs(), f.disk, f.clock).empty());
+        QVERIFY(QFile::exists(journal->path()));
+    }
 
-void TestRunJournal::failedIntentSyncIsNotTriedAgain()
-{
-    JournalFixture f;
-    f.tree.file(u"a"_s);
-    f.tree.hardLink(u"a"_s, u"b"_s);
-    const auto journal = f.make();
-    JournalledMoves run(*journal, f.disk);
-    run.beforeStep = [&](JournalledMoves::Step step, qsizetype) {
-        if (step == JournalledMoves::Step::Intents)
-            f.disk.fail(Call::Sync, EIO, 1);
-    };
-    QVERIFY(!run.run(f.tree, {{u"a"_s, u"c"_s}, {u"b"_s, u"d"_s}}));
-    const int syncs = f.disk.count(Call::Sync);
-    QVERIFY(!journal->syncIntents());
-    QCOMPARE(f.disk.count(Call::Sync), syncs);
-    QVERIFY(journal->problem().contains(textForErrno(EIO)));
-    QVERIFY(f.tree.exists(u"a"_s));
-    QVERIFY(f.tree.exists(u"b"_s));
-}
-
-void TestRunJournal::foldersThatCannotBe()
-{
-    JournalFixture f;
-    f.tree.file(u"Logs"_s);
-    const auto journal = RunJournal::create(f.logs(), f.clock, f.disk);
-    QVERIFY(!journal);
-    QVERIFY2(journal.message().contains(f.logs()), qPrintable(journal.message()));
-}
-
-void TestRunJournal::leavesNothingWithoutMoves()
-{
-    JournalFixture f;
-    f.tree.file(u"a"_s);
-    f.make();
-    QCOMPARE(f.running(), QStringList());
-    auto journal = f.make();
-    journal->addFile(fileItem(f.tree.path(u"a"_s)));
-    QVERIFY(journal->syncPlan());
-    journal.reset();
-    QCOMPARE(f.running(), QStringList());
-}
-
-void TestRunJournal::keepsTheLastFifty()
-{
-    JournalFixture f;
-    QStringList made;
-    for (int i = 0; i < 53; ++i) {
-        f.tree.file(u"f/%1"_s.arg(i));
+    void movesAreWrittenButNeverSynced()
+    {
+        JournalFixture f;
+        std::vector<TestMove> moves;
+        for (int i = 0; i < 5000; ++i)
+            moves.push_back({f.tree.file(u"f/%1"_s.arg(i)).mid(f.tree.path().size() + 1),
+                             u"a longer new name %1"_s.arg(i)});
         const auto journal = f.make();
         JournalledMoves run(*journal, f.disk);
-        QVERIFY(run.run(f.tree, {{u"f/%1"_s.arg(i), u"n%1"_s.arg(i)}}));
+        f.disk.reset();
+        run.beforeStep = [&](JournalledMoves::Step step, qsizetype) {
+            if (step == JournalledMoves::Step::Done)
+                QVERIFY(f.contents(*journal).files()[0].evidence ==
+                        JournalContents::Evidence::Move);
+        };
+        QVERIFY(run.run(f.tree, moves));
+        QCOMPARE(f.disk.count(Call::Sync), 2);
         journal->finish();
-        made += journal->path().section(u'/', -1);
-        // Ages of their own, whatever the grain of the file system's times.
-        const timespec times[2] = {{1000 + i, 0}, {1000 + i, 0}};
-        ::utimensat(AT_FDCWD, qPrintable(journal->path()), times, 0);
+        QCOMPARE(journal->problem(), QString());
+        QCOMPARE(f.disk.count(Call::Sync), 2);
+
+        QVERIFY(journal->path().endsWith(u".finished"_s));
+        const JournalContents contents = f.contents(*journal);
+        QVERIFY(contents.isFinished());
+        QCOMPARE(contents.text(contents.files()[4999].newName),
+                 QByteArrayView("a longer new name 4999"));
+        QCOMPARE(contents.end(), QFile(journal->path()).size()); // the reserved space is given back
     }
-    QStringList kept = made.mid(3);
-    kept.sort();
-    QCOMPARE(f.running(), kept);
-}
+
+    void intentsWhereInodesDoNotTell_data()
+    {
+        const Table<QString, bool> row("item", "needed");
+        row("file", u"file", false);
+        row("folder", u"folder", false);
+        row("link", u"link", false);
+        row("one of two links", u"hard", true);
+        row("not there", u"missing", true);
+    }
+
+    void intentsWhereInodesDoNotTell()
+    {
+        QFETCH(QString, item);
+        JournalFixture f;
+        f.tree.file(u"file"_s);
+        f.tree.folder(u"folder/inner"_s);
+        f.tree.link(u"file"_s, u"link"_s);
+        f.tree.file(u"hard"_s);
+        f.tree.hardLink(u"hard"_s, u"other"_s);
+        const auto journal = f.make();
+        journal->addFile(fileItem(f.tree.path(item)));
+        QTEST(journal->needsIntent(0), "needed");
+    }
+
+    void fileSystemsThatKeepInodes_data()
+    {
+        const Table<quint64, bool> row("magic", "keeps");
+        row("ext4", EXT4_SUPER_MAGIC, true);
+        row("xfs", XFS_SUPER_MAGIC, true);
+        row("btrfs", BTRFS_SUPER_MAGIC, true);
+        row("vfat", MSDOS_SUPER_MAGIC, false);
+        row("exfat", EXFAT_SUPER_MAGIC, false);
+        row("fuse", FUSE_SUPER_MAGIC, false);
+        row("overlay", OVERLAYFS_SUPER_MAGIC, false);
+        row("nfs", NFS_SUPER_MAGIC, false);
+        row("cifs", CIFS_SUPER_MAGIC, false);
+        row("9p", V9FS_MAGIC, false);
+        row("never heard of", 0x12345678, false);
+    }
+
+    void fileSystemsThatKeepInodes()
+    {
+        QFETCH(quint64, magic);
+        QTEST(fileSystemKeepsInodes(magic), "keeps");
+    }
+
+    void itemsWithoutAName()
+    {
+        JournalFixture f;
+        f.tree.file(u"a"_s);
+        const auto journal = f.make();
+        journal->addFile(fileItem(u"/"_s));
+        journal->addFile(fileItem(f.tree.path(u"a"_s)));
+        QVERIFY(journal->syncPlan());
+        const JournalContents contents = f.contents(*journal);
+        QCOMPARE(contents.files().size(), std::size_t{2});
+        QCOMPARE(contents.text(contents.files()[1].name), QByteArrayView("a"));
+    }
+
+    void failingSyncStopsTheRun_data()
+    {
+        const Table<int> row("succeeding");
+        row("of the plan", 0);
+        row("of the folder", 1);
+    }
+
+    void failingSyncStopsTheRun()
+    {
+        QFETCH(int, succeeding);
+        JournalFixture f;
+        f.tree.file(u"a"_s);
+        auto journal = f.make();
+        journal->addFile(fileItem(f.tree.path(u"a"_s)));
+        f.disk.reset();
+        // An errno of 0 is a call that does nothing and succeeds.
+        f.disk.fail(Call::Sync, 0, succeeding);
+        f.disk.fail(Call::Sync, EIO, 1);
+        QVERIFY(!journal->syncPlan());
+        QVERIFY2(journal->problem().contains(textForErrno(EIO)), qPrintable(journal->problem()));
+        QVERIFY(!journal->syncIntents());
+        QCOMPARE(f.disk.count(Call::Sync), succeeding + 1);
+        journal.reset();
+        QCOMPARE(f.running(), QStringList());
+    }
+
+    void fullDiskStopsTheRun_data()
+    {
+        const Table<qint64> row("limit");
+        row("not even the header", 10);
+        row("in the plan", 70'000);
+        row("no room for the moves", 250'000);
+    }
+
+    void fullDiskStopsTheRun()
+    {
+        QFETCH(qint64, limit);
+        JournalFixture f;
+        const TFileItem item = fileItem(f.tree.file(u"some file name"_s));
+        auto journal = f.make();
+        f.disk.reset();
+        {
+            const FileSizeLimit full(static_cast<rlim_t>(limit));
+            for (int i = 0; i < 8000; ++i)
+                journal->addFile(item);
+            QVERIFY(!journal->syncPlan());
+        }
+
+        QVERIFY2(journal->problem().contains(textForErrno(EFBIG)), qPrintable(journal->problem()));
+        QCOMPARE(f.disk.count(Call::Sync), 0);
+        journal.reset();
+        QCOMPARE(f.running(), QStringList());
+    }
+
+    void fullDiskDuringTheRun()
+    {
+        JournalFixture f;
+        const TFileItem item = fileItem(f.tree.file(u"x"_s));
+        const auto journal = f.make();
+        for (int i = 0; i < 1000; ++i)
+            journal->addFile(item);
+        QVERIFY(journal->syncPlan());
+        const FileSizeLimit full(static_cast<rlim_t>(QFile(journal->path()).size()));
+        for (int i = 0; i < 1000; ++i)
+            journal->recordMove(i, QByteArray(250, 'n'));
+        QVERIFY2(journal->problem().contains(textForErrno(EFBIG)), qPrintable(journal->problem()));
+        QVERIFY(!journal->syncIntents());
+    }
+
+    void failedIntentSyncIsNotTriedAgain()
+    {
+        JournalFixture f;
+        f.tree.file(u"a"_s);
+        f.tree.hardLink(u"a"_s, u"b"_s);
+        const auto journal = f.make();
+        JournalledMoves run(*journal, f.disk);
+        run.beforeStep = [&](JournalledMoves::Step step, qsizetype) {
+            if (step == JournalledMoves::Step::Intents)
+                f.disk.fail(Call::Sync, EIO, 1);
+        };
+        QVERIFY(!run.run(f.tree, {{u"a"_s, u"c"_s}, {u"b"_s, u"d"_s}}));
+        const int syncs = f.disk.count(Call::Sync);
+        QVERIFY(!journal->syncIntents());
+        QCOMPARE(f.disk.count(Call::Sync), syncs);
+        QVERIFY(journal->problem().contains(textForErrno(EIO)));
+        QVERIFY(f.tree.exists(u"a"_s));
+        QVERIFY(f.tree.exists(u"b"_s));
+    }
+
+    void foldersThatCannotBe()
+    {
+        JournalFixture f;
+        f.tree.file(u"Logs"_s);
+        const auto journal = RunJournal::create(f.logs(), f.clock, f.disk);
+        QVERIFY(!journal);
+        QVERIFY2(journal.message().contains(f.logs()), qPrintable(journal.message()));
+    }
+
+    void leavesNothingWithoutMoves()
+    {
+        JournalFixture f;
+        f.tree.file(u"a"_s);
+        f.make();
+        QCOMPARE(f.running(), QStringList());
+        auto journal = f.make();
+        journal->addFile(fileItem(f.tree.path(u"a"_s)));
+        QVERIFY(journal->syncPlan());
+        journal.reset();
+        QCOMPARE(f.running(), QStringList());
+    }
+
+    void keepsTheLastFifty()
+    {
+        JournalFixture f;
+        QStringList made;
+        for (int i = 0; i < 53; ++i) {
+            f.tree.file(u"f/%1"_s.arg(i));
+            const auto journal = f.make();
+            JournalledMoves run(*journal, f.disk);
+            QVERIFY(run.run(f.tree, {{u"f/%1"_s.arg(i), u"n%1"_s.arg(i)}}));
+            journal->finish();
+            made += journal->path().section(u'/', -1);
+            // Ages of their own, whatever the grain of the file system's times.
+            const timespec times[2] = {{1000 + i, 0}, {1000 + i, 0}};
+            ::utimensat(AT_FDCWD, qPrintable(journal->path()), times, 0);
+        }
+        QStringList kept = made.mid(3);
+        kept.sort();
+        QCOMPARE(f.running(), kept);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestRunJournal)
 
