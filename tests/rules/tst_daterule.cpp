@@ -3,8 +3,7 @@
 #include "platform/Clock.h"
 #include "rules/TDateRule.h"
 #include "support/Rules.h"
-
-#include <QTest>
+#include "support/Table.h"
 
 #include <limits>
 
@@ -24,206 +23,191 @@ class TestDateRule : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void formats_data();
-    void formats();
-    void hours_data();
-    void hours();
-    void paddingAndLimit_data();
-    void paddingAndLimit();
-    void aCutRaisesTheLimitForGood();
-    void aShortTextLeavesTheLimitAlone();
-    void paddingOperations_data();
-    void paddingOperations();
-    void anUnsetDateGivesNothing();
-    void theSystemClockIsTheDefault();
-};
+    void formats_data()
+    {
+        Table<qint64, QString>("format", "expected");
+        const auto row = [](qint64 format, const QString &expected) {
+            QTest::addRow("%lld", format) << format << expected;
+        };
+        row(0, u"July 3, 2025"_s);
+        row(1, u"Jul 3, 2025"_s);
+        row(2, TimeUtils::systemLongTime(kNow));
+        row(3, TimeUtils::systemMediumTime(kNow));
+        row(4, u"2025"_s);
+        row(5, u"25"_s);
+        row(6, u"July"_s);
+        row(7, u"7"_s);
+        row(8, u"3"_s);
+        row(9, u"Thursday"_s);
+        row(10, u"5"_s);
+        row(11, u"13"_s);
+        row(12, u"5"_s);
+        row(13, u"9"_s);
+        row(14, u"PM"_s);
+        row(15, u"P"_s);
+        row(16, u"???date???"_s);
+        row(-1, u"???date???"_s);
+    }
 
-void TestDateRule::formats_data()
-{
-    QTest::addColumn<qint64>("format");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](qint64 format, const QString &expected) {
-        QTest::addRow("%lld", format) << format << expected;
-    };
-    row(0, u"July 3, 2025"_s);
-    row(1, u"Jul 3, 2025"_s);
-    row(2, TimeUtils::systemLongTime(kNow));
-    row(3, TimeUtils::systemMediumTime(kNow));
-    row(4, u"2025"_s);
-    row(5, u"25"_s);
-    row(6, u"July"_s);
-    row(7, u"7"_s);
-    row(8, u"3"_s);
-    row(9, u"Thursday"_s);
-    row(10, u"5"_s);
-    row(11, u"13"_s);
-    row(12, u"5"_s);
-    row(13, u"9"_s);
-    row(14, u"PM"_s);
-    row(15, u"P"_s);
-    row(16, u"???date???"_s);
-    row(-1, u"???date???"_s);
-}
+    void formats()
+    {
+        QFETCH(qint64, format);
+        const TRulePtr rule = makeRule(u"Date"_s, {{u"dateFormat"_s, format}});
+        TFileObject file;
+        TErrorLog log;
+        TRuleDict dict;
+        dict.now = kNow;
+        QTEST(rule->processWithFileObject(file, &log, dict), "expected");
+        QVERIFY(log.isEmpty());
+        QCOMPARE(rule->name(), u"(Now)"_s);
+    }
 
-void TestDateRule::formats()
-{
-    QFETCH(qint64, format);
-    const TRulePtr rule = makeRule(u"Date"_s, {{u"dateFormat"_s, format}});
-    TFileObject file;
-    TErrorLog log;
-    TRuleDict dict;
-    dict.now = kNow;
-    QTEST(rule->processWithFileObject(file, &log, dict), "expected");
-    QVERIFY(log.isEmpty());
-    QCOMPARE(rule->name(), u"(Now)"_s);
-}
+    void hours_data()
+    {
+        // texts: 24 hours, 12 hours, long and short half of the day
+        const Table<qint64, QString> row("hour", "texts");
+        row("midnight", 0, u"0 12 AM A");
+        row("early", 1, u"1 1 AM A");
+        row("before noon", 11, u"11 11 AM A");
+        row("noon", 12, u"12 12 PM P");
+        row("after noon", 13, u"13 1 PM P");
+        row("late", 23, u"23 11 PM P");
+    }
 
-void TestDateRule::hours_data()
-{
-    QTest::addColumn<qint64>("hour");
-    QTest::addColumn<QString>("texts"); // 24 hours, 12 hours, long and short half of the day
-    QTest::newRow("midnight") << qint64{0} << u"0 12 AM A"_s;
-    QTest::newRow("early") << qint64{1} << u"1 1 AM A"_s;
-    QTest::newRow("before noon") << qint64{11} << u"11 11 AM A"_s;
-    QTest::newRow("noon") << qint64{12} << u"12 12 PM P"_s;
-    QTest::newRow("after noon") << qint64{13} << u"13 1 PM P"_s;
-    QTest::newRow("late") << qint64{23} << u"23 11 PM P"_s;
-}
-
-void TestDateRule::hours()
-{
-    QFETCH(qint64, hour);
-    const TDate date = TDate::fromSeconds(kMidnight.nanos / TDate::kNanosPerSecond +
-                                          hour * kSecondsPerHour + kSecondsPerHour / 2);
-    TDateRule rule;
-    QStringList texts;
-    rule.setDateFormat(11);
-    rule.setTimeFormat(-1);
-    texts.append(rule.getDateFromDate(date));
-    rule.setTimeFormat(0);
-    texts.append(rule.getDateFromDate(date));
-    for (const qint64 format : {14, 15}) {
-        rule.setDateFormat(format);
+    void hours()
+    {
+        QFETCH(qint64, hour);
+        const TDate date = TDate::fromSeconds(kMidnight.nanos / TDate::kNanosPerSecond +
+                                              hour * kSecondsPerHour + kSecondsPerHour / 2);
+        TDateRule rule;
+        QStringList texts;
+        rule.setDateFormat(11);
+        rule.setTimeFormat(-1);
         texts.append(rule.getDateFromDate(date));
+        rule.setTimeFormat(0);
+        texts.append(rule.getDateFromDate(date));
+        for (const qint64 format : {14, 15}) {
+            rule.setDateFormat(format);
+            texts.append(rule.getDateFromDate(date));
+        }
+        QTEST(texts.join(u' '), "texts");
     }
-    QTEST(texts.join(u' '), "texts");
-}
 
-void TestDateRule::paddingAndLimit_data()
-{
-    QTest::addColumn<QVariantMap>("settings");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *name, QVariantMap settings, qint64 format,
-                        const QString &expected) {
-        settings.insert(u"dateFormat"_s, format);
-        QTest::newRow(name) << settings << expected;
-    };
-    const auto width = [](qint64 units, qint64 character, qint64 position) {
-        return QVariantMap{
-            {u"padding"_s, units}, {u"paddingChar"_s, character}, {u"paddingPosition"_s, position}};
-    };
-    const auto limit = [](qint64 on, qint64 units) {
-        return QVariantMap{{u"limitSize"_s, on}, {u"maxSize"_s, units}};
-    };
-    row("zero in front", width(2, 0, 0), 7, u"07"_s);
-    row("blanks in front", width(3, 1, 0), 7, u"  7"_s);
-    row("at the end", width(4, 9, 1), 8, u"3xxx"_s);
-    row("any position but 0 is the end", width(3, 2, -1), 8, u"3**"_s);
-    row("wide enough", width(4, 0, 0), 4, u"2025"_s);
-    row("no width", width(0, 0, 0), 7, u"7"_s);
-    row("negative width", width(std::numeric_limits<qint64>::min(), 0, 0), 7, u"7"_s);
-    row("cut", limit(1, 3), 9, u"Thu"_s);
-    row("any limit but 0 is on", limit(-1, 3), 9, u"Thu"_s);
-    row("limit off", limit(0, 3), 9, u"Thursday"_s);
-    row("below 1", limit(1, 0), 9, u"T"_s);
-    row("negative", limit(1, -7), 9, u"T"_s);
-    QVariantMap both = width(6, 4, 0);
-    both.insert(limit(1, 4));
-    row("padded, then cut", both, 7, u"____"_s);
-}
-
-void TestDateRule::paddingAndLimit()
-{
-    QFETCH(QVariantMap, settings);
-    const TRulePtr rule = makeRule(u"Date"_s, settings);
-    TFileObject file;
-    TRuleDict dict;
-    dict.now = kNow;
-    QTEST(rule->processWithFileObject(file, nullptr, dict), "expected");
-}
-
-void TestDateRule::aCutRaisesTheLimitForGood()
-{
-    TDateRule rule;
-    rule.setLimitSize(1);
-    rule.setMaxSize(0);
-    QString text = u"Monday"_s;
-    rule.handleMaxSizeFor(text);
-    QCOMPARE(text, u"M"_s);
-    QCOMPARE(rule.maxSize(), 1);
-    QCOMPARE(rule.properties().value(u"maxSize"_s), QVariant(1LL));
-}
-
-void TestDateRule::aShortTextLeavesTheLimitAlone()
-{
-    TDateRule rule;
-    rule.setLimitSize(1);
-    rule.setMaxSize(0);
-    QString text;
-    rule.handleMaxSizeFor(text);
-    QCOMPARE(rule.maxSize(), 0);
-    rule.setMaxSize(6);
-    text = u"Monday"_s;
-    rule.handleMaxSizeFor(text);
-    QCOMPARE(text, u"Monday"_s);
-    QCOMPARE(rule.maxSize(), 6);
-}
-
-void TestDateRule::paddingOperations_data()
-{
-    QTest::addColumn<qint64>("padding");
-    QTest::addColumn<qint64>("position");
-    QTest::addColumn<QString>("texts"); // in front, after, by position
-    QTest::newRow("front") << qint64{4} << qint64{0} << u"**ab|ab**|**ab"_s;
-    QTest::newRow("end") << qint64{4} << qint64{1} << u"**ab|ab**|ab**"_s;
-    QTest::newRow("negative") << qint64{-4} << qint64{0} << u"ab|ab|ab"_s;
-}
-
-void TestDateRule::paddingOperations()
-{
-    QFETCH(qint64, padding);
-    QFETCH(qint64, position);
-    TDateRule rule;
-    rule.setPadding(padding);
-    rule.setPaddingChar(2);
-    rule.setPaddingPosition(position);
-    QStringList texts{u"ab"_s, u"ab"_s, u"ab"_s};
-    rule.handlePaddingFor(texts[0]);
-    rule.handlePaddingAfter(texts[1]);
-    rule.handlePaddingBothSidesWith(texts[2]);
-    QTEST(texts.join(u'|'), "texts");
-}
-
-void TestDateRule::anUnsetDateGivesNothing()
-{
-    TDateRule rule;
-    for (const qint64 format : {0, 4, 5, 11, 12, 14}) {
-        rule.setDateFormat(format);
-        QCOMPARE(rule.getDateFromDate({}), u""_s);
+    void paddingAndLimit_data()
+    {
+        Table<QVariantMap, QString>("settings", "expected");
+        const auto row = [](const char *name, QVariantMap settings, qint64 format,
+                            const QString &expected) {
+            settings.insert(u"dateFormat"_s, format);
+            QTest::newRow(name) << settings << expected;
+        };
+        const auto width = [](qint64 units, qint64 character, qint64 position) {
+            return QVariantMap{{u"padding"_s, units},
+                               {u"paddingChar"_s, character},
+                               {u"paddingPosition"_s, position}};
+        };
+        const auto limit = [](qint64 on, qint64 units) {
+            return QVariantMap{{u"limitSize"_s, on}, {u"maxSize"_s, units}};
+        };
+        row("zero in front", width(2, 0, 0), 7, u"07"_s);
+        row("blanks in front", width(3, 1, 0), 7, u"  7"_s);
+        row("at the end", width(4, 9, 1), 8, u"3xxx"_s);
+        row("any position but 0 is the end", width(3, 2, -1), 8, u"3**"_s);
+        row("wide enough", width(4, 0, 0), 4, u"2025"_s);
+        row("no width", width(0, 0, 0), 7, u"7"_s);
+        row("negative width", width(std::numeric_limits<qint64>::min(), 0, 0), 7, u"7"_s);
+        row("cut", limit(1, 3), 9, u"Thu"_s);
+        row("any limit but 0 is on", limit(-1, 3), 9, u"Thu"_s);
+        row("limit off", limit(0, 3), 9, u"Thursday"_s);
+        row("below 1", limit(1, 0), 9, u"T"_s);
+        row("negative", limit(1, -7), 9, u"T"_s);
+        QVariantMap both = width(6, 4, 0);
+        both.insert(limit(1, 4));
+        row("padded, then cut", both, 7, u"____"_s);
     }
-}
 
-void TestDateRule::theSystemClockIsTheDefault()
-{
-    TDateRule rule;
-    rule.setDateFormat(0);
-    TFileObject file;
-    TRuleDict dict;
-    const QString before = TimeUtils::systemLongDate(SystemClock().now());
-    const QString text = rule.processWithFileObject(file, nullptr, dict);
-    const QString after = TimeUtils::systemLongDate(SystemClock().now());
-    QVERIFY(text == before || text == after);
-}
+    void paddingAndLimit()
+    {
+        QFETCH(QVariantMap, settings);
+        const TRulePtr rule = makeRule(u"Date"_s, settings);
+        TFileObject file;
+        TRuleDict dict;
+        dict.now = kNow;
+        QTEST(rule->processWithFileObject(file, nullptr, dict), "expected");
+    }
+
+    void aCutRaisesTheLimitForGood()
+    {
+        TDateRule rule;
+        rule.setLimitSize(1);
+        rule.setMaxSize(0);
+        QString text = u"Monday"_s;
+        rule.handleMaxSizeFor(text);
+        QCOMPARE(text, u"M"_s);
+        QCOMPARE(rule.maxSize(), 1);
+        QCOMPARE(rule.properties().value(u"maxSize"_s), QVariant(1LL));
+    }
+
+    void aShortTextLeavesTheLimitAlone()
+    {
+        TDateRule rule;
+        rule.setLimitSize(1);
+        rule.setMaxSize(0);
+        QString text;
+        rule.handleMaxSizeFor(text);
+        QCOMPARE(rule.maxSize(), 0);
+        rule.setMaxSize(6);
+        text = u"Monday"_s;
+        rule.handleMaxSizeFor(text);
+        QCOMPARE(text, u"Monday"_s);
+        QCOMPARE(rule.maxSize(), 6);
+    }
+
+    void paddingOperations_data()
+    {
+        // texts: in front, after, by position
+        const Table<qint64, qint64, QString> row("padding", "position", "texts");
+        row("front", 4, 0, u"**ab|ab**|**ab");
+        row("end", 4, 1, u"**ab|ab**|ab**");
+        row("negative", -4, 0, u"ab|ab|ab");
+    }
+
+    void paddingOperations()
+    {
+        QFETCH(qint64, padding);
+        QFETCH(qint64, position);
+        TDateRule rule;
+        rule.setPadding(padding);
+        rule.setPaddingChar(2);
+        rule.setPaddingPosition(position);
+        QStringList texts{u"ab"_s, u"ab"_s, u"ab"_s};
+        rule.handlePaddingFor(texts[0]);
+        rule.handlePaddingAfter(texts[1]);
+        rule.handlePaddingBothSidesWith(texts[2]);
+        QTEST(texts.join(u'|'), "texts");
+    }
+
+    void anUnsetDateGivesNothing()
+    {
+        TDateRule rule;
+        for (const qint64 format : {0, 4, 5, 11, 12, 14}) {
+            rule.setDateFormat(format);
+            QCOMPARE(rule.getDateFromDate({}), u""_s);
+        }
+    }
+
+    void theSystemClockIsTheDefault()
+    {
+        TDateRule rule;
+        rule.setDateFormat(0);
+        TFileObject file;
+        TRuleDict dict;
+        const QString before = TimeUtils::systemLongDate(SystemClock().now());
+        const QString text = rule.processWithFileObject(file, nullptr, dict);
+        const QString after = TimeUtils::systemLongDate(SystemClock().now());
+        QVERIFY(text == before || text == after);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestDateRule)
 #include "tst_daterule.moc"

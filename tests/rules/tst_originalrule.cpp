@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "rules/TOriginalRule.h"
 #include "support/Rules.h"
-#include "support/TemporaryTree.h"
-
-#include <QTest>
+#include "support/Table.h"
 
 #include <limits>
 
@@ -48,277 +46,237 @@ class TestOriginalRule : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void nameSteps_data();
-    void nameSteps();
-    void stepsByProperty_data();
-    void stepsByProperty();
-    void parentFolders_data();
-    void parentFolders();
-    void sizes_data();
-    void sizes();
-    void dates_data();
-    void dates();
-    void aFileWithoutLocation();
-    void aRealFile();
-    void tiles_data();
-    void tiles();
-};
+    void nameSteps_data()
+    {
+        Table<QVariantMap, QString, QString>("settings", "name", "expected");
+        const auto row = [](const char *name, const QVariantMap &settings, const QString &fileName,
+                            const QString &expected) {
+            QTest::newRow(name) << settings << fileName << expected;
+        };
+        const auto drop = [](qint64 front, qint64 end) {
+            return QVariantMap{{u"dropFromBeginning"_s, front}, {u"dropFromEnd"_s, end}};
+        };
+        const auto replace = [](const QString &from, const QString &to, qint64 ignoreCase) {
+            return QVariantMap{{u"stringToLookFor"_s, from},
+                               {u"stringToReplace"_s, to},
+                               {u"caseSensitiveSearch"_s, ignoreCase}};
+        };
+        const auto strip = [](const QString &characters) {
+            return QVariantMap{{u"charsToStrip"_s, characters}};
+        };
+        const auto blanks = [](qint64 handling) {
+            return QVariantMap{{u"blankHandling"_s, handling}};
+        };
+        const auto toCase = [](qint64 to) { return QVariantMap{{u"caseConversion"_s, to}}; };
 
-void TestOriginalRule::nameSteps_data()
-{
-    QTest::addColumn<QVariantMap>("settings");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *name, const QVariantMap &settings, const QString &fileName,
-                        const QString &expected) {
-        QTest::newRow(name) << settings << fileName << expected;
-    };
-    const auto drop = [](qint64 front, qint64 end) {
-        return QVariantMap{{u"dropFromBeginning"_s, front}, {u"dropFromEnd"_s, end}};
-    };
-    const auto replace = [](const QString &from, const QString &to, qint64 ignoreCase) {
-        return QVariantMap{{u"stringToLookFor"_s, from},
-                           {u"stringToReplace"_s, to},
-                           {u"caseSensitiveSearch"_s, ignoreCase}};
-    };
-    const auto strip = [](const QString &characters) {
-        return QVariantMap{{u"charsToStrip"_s, characters}};
-    };
-    const auto blanks = [](qint64 handling) { return QVariantMap{{u"blankHandling"_s, handling}}; };
-    const auto toCase = [](qint64 to) { return QVariantMap{{u"caseConversion"_s, to}}; };
+        row("as it is", {}, u"My Photo.jpg"_s, u"My Photo"_s);
+        row("two dots", {}, u"archive.tar.gz"_s, u"archive.tar"_s);
+        row("leading dot", {}, u".bashrc"_s, u".bashrc"_s);
+        row("colons and backslashes go by default", {}, u"a:b\\c.jpg"_s, u"abc"_s);
+        row("strip nothing", strip(u""_s), u"a:b.jpg"_s, u"a:b"_s);
+        row("strip others", strip(u"aeiou"_s), u"education.jpg"_s, u"dctn"_s);
 
-    row("as it is", {}, u"My Photo.jpg"_s, u"My Photo"_s);
-    row("two dots", {}, u"archive.tar.gz"_s, u"archive.tar"_s);
-    row("leading dot", {}, u".bashrc"_s, u".bashrc"_s);
-    row("colons and backslashes go by default", {}, u"a:b\\c.jpg"_s, u"abc"_s);
-    row("strip nothing", strip(u""_s), u"a:b.jpg"_s, u"a:b"_s);
-    row("strip others", strip(u"aeiou"_s), u"education.jpg"_s, u"dctn"_s);
+        row("drop in front", drop(3, 0), u"Holiday.jpg"_s, u"iday"_s);
+        row("drop at the end", drop(0, 3), u"Holiday.jpg"_s, u"Holi"_s);
+        row("drop both", drop(2, 2), u"Holiday.jpg"_s, u"lid"_s);
+        row("drop more than there is", drop(10, 0), u"Holiday.jpg"_s, u""_s);
+        row("drop all from both", drop(4, 4), u"Holiday.jpg"_s, u""_s);
+        row("drop very much", drop(kMost, kMost), u"Holiday.jpg"_s, u""_s);
+        row("drop negative", drop(-1, -1), u"Holiday.jpg"_s, u"Holiday"_s);
 
-    row("drop in front", drop(3, 0), u"Holiday.jpg"_s, u"iday"_s);
-    row("drop at the end", drop(0, 3), u"Holiday.jpg"_s, u"Holi"_s);
-    row("drop both", drop(2, 2), u"Holiday.jpg"_s, u"lid"_s);
-    row("drop more than there is", drop(10, 0), u"Holiday.jpg"_s, u""_s);
-    row("drop all from both", drop(4, 4), u"Holiday.jpg"_s, u""_s);
-    row("drop very much", drop(kMost, kMost), u"Holiday.jpg"_s, u""_s);
-    row("drop negative", drop(-1, -1), u"Holiday.jpg"_s, u"Holiday"_s);
+        row("not 0 ignores case", replace(u"img"_s, u"Photo"_s, 1), u"IMG_1.jpg"_s, u"Photo_1"_s);
+        row("0 regards case", replace(u"img"_s, u"Photo"_s, 0), u"IMG_1 img.jpg"_s,
+            u"IMG_1 Photo"_s);
+        row("replace by nothing", replace(u"a"_s, QString(), 1), u"banana.jpg"_s, u"bnn"_s);
+        row("no patterns", replace(u"."_s, u"-"_s, 1), u"a.b.jpg"_s, u"a-b"_s);
+        row("nothing to look for", replace(u""_s, u"x"_s, 1), u"ab.jpg"_s, u"ab"_s);
 
-    row("not 0 ignores case", replace(u"img"_s, u"Photo"_s, 1), u"IMG_1.jpg"_s, u"Photo_1"_s);
-    row("0 regards case", replace(u"img"_s, u"Photo"_s, 0), u"IMG_1 img.jpg"_s, u"IMG_1 Photo"_s);
-    row("replace by nothing", replace(u"a"_s, QString(), 1), u"banana.jpg"_s, u"bnn"_s);
-    row("no patterns", replace(u"."_s, u"-"_s, 1), u"a.b.jpg"_s, u"a-b"_s);
-    row("nothing to look for", replace(u""_s, u"x"_s, 1), u"ab.jpg"_s, u"ab"_s);
+        row("remove blanks only", blanks(1), u"a b\tc\u00A0d.jpg"_s, u"ab\tc\u00A0d"_s);
+        row("insert blanks", blanks(2), u"myHolidayPhoto.jpg"_s, u"my Holiday Photo"_s);
+        row("blanks otherwise", blanks(3), u"a bC.jpg"_s, u"a bC"_s);
+        row("upper case", toCase(1), u"straße.jpg"_s, u"STRASSE"_s);
+        row("lower case", toCase(2), u"ÄB.jpg"_s, u"äb"_s);
+        row("case otherwise", toCase(3), u"aB.jpg"_s, u"aB"_s);
 
-    row("remove blanks only", blanks(1), u"a b\tc\u00A0d.jpg"_s, u"ab\tc\u00A0d"_s);
-    row("insert blanks", blanks(2), u"myHolidayPhoto.jpg"_s, u"my Holiday Photo"_s);
-    row("blanks otherwise", blanks(3), u"a bC.jpg"_s, u"a bC"_s);
-    row("upper case", toCase(1), u"straße.jpg"_s, u"STRASSE"_s);
-    row("lower case", toCase(2), u"ÄB.jpg"_s, u"äb"_s);
-    row("case otherwise", toCase(3), u"aB.jpg"_s, u"aB"_s);
+        row("postprocessing has no effect", {{u"postprocessing"_s, 5}}, u"aB.jpg"_s, u"aB"_s);
 
-    row("postprocessing has no effect", {{u"postprocessing"_s, 5}}, u"aB.jpg"_s, u"aB"_s);
-
-    // Every step sees what the one before it left.
-    QVariantMap all = drop(1, 1);
-    all.insert(replace(u"ab"_s, u":B"_s, 1));
-    all.insert(blanks(2));
-    all.insert(toCase(1));
-    all.insert({{u"padding"_s, 8}, {u"paddingChar"_s, 4}, {u"limitSize"_s, 1}, {u"maxSize"_s, 7}});
-    row("in order", all, u"xxab cax.jpg"_s, u"__X B C"_s);
-    row("replaced text is stripped", replace(u"a"_s, u":x:"_s, 1), u"bab.jpg"_s, u"bxb"_s);
-    row("a cut never leaves the name alone", {{u"limitSize"_s, 1}, {u"maxSize"_s, 0}}, u"abc"_s,
-        u"a"_s);
-}
-
-void TestOriginalRule::nameSteps()
-{
-    QFETCH(QVariantMap, settings);
-    QFETCH(QString, name);
-    QTEST(evaluated(settings, u"/batch/"_s + name), "expected");
-}
-
-void TestOriginalRule::stepsByProperty_data()
-{
-    QTest::addColumn<qint64>("property");
-    QTest::addColumn<QString>("expected");
-    // A file /Abc Abc/Abc Abc.Abc Abc with every step on; see stepsByProperty().
-    QTest::newRow("name") << qint64{FileName} << u"Z__"_s;
-    QTest::newRow("parent folder, not replaced") << qint64{ParentFolder} << u"CA_"_s;
-    QTest::newRow("size, not limited and padded in front") << qint64{FileSize} << u"___7 B"_s;
-    QTest::newRow("date, padded and limited only") << qint64{FileDate} << u"202"_s;
-    QTest::newRow("extension") << qint64{Extension} << u"Z__"_s;
-    QTest::newRow("unknown, untouched") << qint64{5} << u"Error - end reached"_s;
-    QTest::newRow("negative, untouched") << qint64{-1} << u"Error - end reached"_s;
-}
-
-void TestOriginalRule::stepsByProperty()
-{
-    QFETCH(qint64, property);
-    const QVariantMap settings{{u"whichProperty"_s, property},
-                               {u"dropFromBeginning"_s, 2},
-                               {u"dropFromEnd"_s, 1},
-                               {u"stringToLookFor"_s, u"c a"_s},
-                               {u"stringToReplace"_s, u"z b"_s},
-                               {u"charsToStrip"_s, u"b"_s},
-                               {u"blankHandling"_s, 1},
-                               {u"caseConversion"_s, 1},
-                               {u"padding"_s, 4},
-                               {u"paddingChar"_s, 4},
-                               {u"paddingPosition"_s, 1},
-                               {u"limitSize"_s, 1},
-                               {u"maxSize"_s, 3},
-                               {u"dateFormat"_s, 4}};
-    QTEST(evaluated(settings, u"/Abc Abc/Abc Abc.Abc Abc"_s, 7), "expected");
-}
-
-void TestOriginalRule::parentFolders_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<qint64>("level");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *name, const QString &path, qint64 level,
-                        const QString &expected) {
-        QTest::newRow(name) << path << level << expected;
-    };
-    const QString path = u"/Users/x/Pictures/a.jpg"_s;
-    row("the folder itself", path, 0, u"Pictures"_s);
-    row("one above", path, 1, u"x"_s);
-    row("the top-most", path, 2, u"Users"_s);
-    row("above the top", path, 5, u"Users"_s);
-    row("far above", path, kMost, u"Users"_s);
-    row("negative", path, -3, u"Pictures"_s);
-    row("in the root", u"/a.jpg"_s, 0, u"a.jpg"_s);
-    row("in the root, higher", u"/a.jpg"_s, 4, u"a.jpg"_s);
-    row("the root", u"/"_s, 0, u""_s);
-    row("a folder with a dot", u"/x/y.app/a"_s, 0, u"y.app"_s);
-}
-
-void TestOriginalRule::parentFolders()
-{
-    QFETCH(QString, path);
-    QFETCH(qint64, level);
-    QTEST(evaluated(of(ParentFolder, {{u"parentLevel"_s, level}}), path), "expected");
-}
-
-void TestOriginalRule::sizes_data()
-{
-    QTest::addColumn<qint64>("size");
-    QTest::addColumn<qint64>("format");
-    QTest::addColumn<QVariantMap>("settings");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *name, qint64 size, qint64 format, const QString &expected,
-                        const QVariantMap &settings = {}) {
-        QTest::newRow(name) << size << format << settings << expected;
-    };
-    row("none", 0, 0, u"0 B"_s);
-    row("bytes", kKilo - 1, 0, u"1023 B"_s);
-    row("one kilobyte", kKilo, 0, u"1 KB"_s);
-    row("kilobytes are cut off", 1536, 0, u"1 KB"_s);
-    row("below a megabyte", kMega - 1, 0, u"1023 KB"_s);
-    row("megabytes are cut off", 5'000'000, 0, u"4.0 MB"_s);
-    row("almost four megabytes", 4 * kMega - 1, 0, u"3.0 MB"_s);
-    row("below a gigabyte", kGiga - 1, 0, u"1023.0 MB"_s);
-    row("one gigabyte", kGiga, 0, u"1.00 GB"_s);
-    row("exactly one terabyte", kTera, 0, u"1024.00 GB"_s);
-    row("more than a terabyte", kTera + 1, 0, u"1.000 TB"_s);
-    row("as bytes", 1536, 1, u"1536 B"_s);
-    row("as kilobytes", 5'000'000, 2, u"4882 KB"_s);
-    row("as megabytes", 100, 3, u"0.0 MB"_s);
-    row("as gigabytes", 3 * kGiga, 4, u"3.00 GB"_s);
-    row("as terabytes", kTera, 5, u"1.000 TB"_s);
-    row("format above", 1536, 6, u"1 KB"_s);
-    row("format below", 1536, -1, u"1 KB"_s);
-    row("no unit", 1023, 0, u"1023"_s, {{u"showSizeUnit"_s, false}});
-    row("unit attached", 1536, 0, u"1KB"_s, {{u"separateUnit"_s, false}});
-    row("padded before the unit", 1536, 0, u"__1 KB"_s,
-        {{u"padding"_s, 3}, {u"paddingChar"_s, 4}, {u"paddingPosition"_s, 1}});
-    row("negative padding", 1536, 0, u"1 KB"_s, {{u"padding"_s, -3}});
-    row("not limited", 1536, 0, u"1 KB"_s, {{u"limitSize"_s, 1}, {u"maxSize"_s, 1}});
-}
-
-void TestOriginalRule::sizes()
-{
-    QFETCH(qint64, size);
-    QFETCH(qint64, format);
-    QFETCH(QVariantMap, settings);
-    settings.insert(u"sizeFormat"_s, format);
-    QTEST(evaluated(of(FileSize, settings), u"/a/b.jpg"_s, size), "expected");
-}
-
-void TestOriginalRule::dates_data()
-{
-    QTest::addColumn<QVariantMap>("settings");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("modification by default") << QVariantMap{} << u"Jul 3, 2025"_s;
-    QTest::newRow("creation") << QVariantMap{{u"whichDate"_s, 0}} << u"Jan 7, 2007"_s;
-    QTest::newRow("any other is modification")
-        << QVariantMap{{u"whichDate"_s, 2}} << u"Jul 3, 2025"_s;
-    QTest::newRow("month, padded")
-        << QVariantMap{{u"dateFormat"_s, 7}, {u"padding"_s, 2}, {u"paddingChar"_s, 0}} << u"07"_s;
-    QTest::newRow("short year") << QVariantMap{{u"whichDate"_s, 0}, {u"dateFormat"_s, 5}} << u"7"_s;
-    QTest::newRow("limited") << QVariantMap{{u"dateFormat"_s, 6},
-                                            {u"limitSize"_s, 1},
-                                            {u"maxSize"_s, 2}}
-                             << u"Ju"_s;
-    QTest::newRow("not edited") << QVariantMap{{u"dropFromBeginning"_s, 3},
-                                               {u"caseConversion"_s, 1}}
-                                << u"Jul 3, 2025"_s;
-}
-
-void TestOriginalRule::dates()
-{
-    QFETCH(QVariantMap, settings);
-    QTEST(evaluated(of(FileDate, settings), u"/a/b.jpg"_s), "expected");
-}
-
-void TestOriginalRule::aFileWithoutLocation()
-{
-    const auto file = TFileObject::dummyObjectWithName(u"sample"_s);
-    TRuleDict dict;
-    TOriginalRule rule;
-    QCOMPARE(rule.processWithFileObject(*file, nullptr, dict), u"sample"_s);
-    rule.setWhichProperty(ParentFolder);
-    QCOMPARE(rule.processWithFileObject(*file, nullptr, dict), u""_s);
-    rule.setWhichProperty(FileDate);
-    QCOMPARE(rule.processWithFileObject(*file, nullptr, dict), u""_s);
-}
-
-void TestOriginalRule::aRealFile()
-{
-    const TemporaryTree tree;
-    const QString path = tree.file(u"Trip/IMG_1.JPG"_s, QByteArray(2100, 'x'));
-    const auto file = TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(path));
-    TRuleDict dict;
-    QStringList texts;
-    for (const qint64 property : {FileName, ParentFolder, FileSize, Extension}) {
-        texts.append(makeRule(u"Original"_s, {{u"whichProperty"_s, property}})
-                         ->processWithFileObject(*file, nullptr, dict));
+        // Every step sees what the one before it left.
+        QVariantMap all = drop(1, 1);
+        all.insert(replace(u"ab"_s, u":B"_s, 1));
+        all.insert(blanks(2));
+        all.insert(toCase(1));
+        all.insert(
+            {{u"padding"_s, 8}, {u"paddingChar"_s, 4}, {u"limitSize"_s, 1}, {u"maxSize"_s, 7}});
+        row("in order", all, u"xxab cax.jpg"_s, u"__X B C"_s);
+        row("replaced text is stripped", replace(u"a"_s, u":x:"_s, 1), u"bab.jpg"_s, u"bxb"_s);
+        row("a cut never leaves the name alone", {{u"limitSize"_s, 1}, {u"maxSize"_s, 0}}, u"abc"_s,
+            u"a"_s);
     }
-    QCOMPARE(texts, (QStringList{u"IMG_1"_s, u"Trip"_s, u"2 KB"_s, u"JPG"_s}));
-}
 
-void TestOriginalRule::tiles_data()
-{
-    QTest::addColumn<qint64>("property");
-    QTest::addColumn<qint64>("level");
-    QTest::addColumn<QString>("tile");
-    QTest::newRow("name") << qint64{FileName} << qint64{0} << u"(File Name)"_s;
-    QTest::newRow("folder") << qint64{ParentFolder} << qint64{0} << u"(Folder 1 up)"_s;
-    QTest::newRow("higher folder") << qint64{ParentFolder} << qint64{4} << u"(Folder 5 up)"_s;
-    QTest::newRow("size") << qint64{FileSize} << qint64{0} << u"(File Size)"_s;
-    QTest::newRow("date") << qint64{FileDate} << qint64{0} << u"(File Date)"_s;
-    QTest::newRow("extension") << qint64{Extension} << qint64{0} << u"(.EXT)"_s;
-    QTest::newRow("unknown") << qint64{5} << qint64{0} << u""_s;
-}
+    void nameSteps()
+    {
+        QFETCH(QVariantMap, settings);
+        QFETCH(QString, name);
+        QTEST(evaluated(settings, u"/batch/"_s + name), "expected");
+    }
 
-void TestOriginalRule::tiles()
-{
-    QFETCH(qint64, property);
-    QFETCH(qint64, level);
-    const TRulePtr rule =
-        makeRule(u"Original"_s, {{u"whichProperty"_s, property}, {u"parentLevel"_s, level}});
-    QTEST(rule->name(), "tile");
-    QTEST(TRuleKinds::copyArrayViaEncode({rule}).front()->name(), "tile");
-}
+    void stepsByProperty_data()
+    {
+        const Table<qint64, QString> row("property", "expected");
+        // A file /Abc Abc/Abc Abc.Abc Abc with every step on; see stepsByProperty().
+        row("name", FileName, u"Z__");
+        row("parent folder, not replaced", ParentFolder, u"CA_");
+        row("size, not limited and padded in front", FileSize, u"___7 B");
+        row("date, padded and limited only", FileDate, u"202");
+        row("extension", Extension, u"Z__");
+        row("unknown, untouched", 5, u"Error - end reached");
+        row("negative, untouched", -1, u"Error - end reached");
+    }
+
+    void stepsByProperty()
+    {
+        QFETCH(qint64, property);
+        const QVariantMap settings{{u"whichProperty"_s, property},
+                                   {u"dropFromBeginning"_s, 2},
+                                   {u"dropFromEnd"_s, 1},
+                                   {u"stringToLookFor"_s, u"c a"_s},
+                                   {u"stringToReplace"_s, u"z b"_s},
+                                   {u"charsToStrip"_s, u"b"_s},
+                                   {u"blankHandling"_s, 1},
+                                   {u"caseConversion"_s, 1},
+                                   {u"padding"_s, 4},
+                                   {u"paddingChar"_s, 4},
+                                   {u"paddingPosition"_s, 1},
+                                   {u"limitSize"_s, 1},
+                                   {u"maxSize"_s, 3},
+                                   {u"dateFormat"_s, 4}};
+        QTEST(evaluated(settings, u"/Abc Abc/Abc Abc.Abc Abc"_s, 7), "expected");
+    }
+
+    void parentFolders_data()
+    {
+        Table<QString, qint64, QString>("path", "level", "expected");
+        const auto row = [](const char *name, const QString &path, qint64 level,
+                            const QString &expected) {
+            QTest::newRow(name) << path << level << expected;
+        };
+        const QString path = u"/Users/x/Pictures/a.jpg"_s;
+        row("the folder itself", path, 0, u"Pictures"_s);
+        row("one above", path, 1, u"x"_s);
+        row("the top-most", path, 2, u"Users"_s);
+        row("above the top", path, 5, u"Users"_s);
+        row("far above", path, kMost, u"Users"_s);
+        row("negative", path, -3, u"Pictures"_s);
+        row("in the root", u"/a.jpg"_s, 0, u"a.jpg"_s);
+        row("in the root, higher", u"/a.jpg"_s, 4, u"a.jpg"_s);
+        row("the root", u"/"_s, 0, u""_s);
+        row("a folder with a dot", u"/x/y.app/a"_s, 0, u"y.app"_s);
+    }
+
+    void parentFolders()
+    {
+        QFETCH(QString, path);
+        QFETCH(qint64, level);
+        QTEST(evaluated(of(ParentFolder, {{u"parentLevel"_s, level}}), path), "expected");
+    }
+
+    void sizes_data()
+    {
+        Table<qint64, qint64, QVariantMap, QString>("size", "format", "settings", "expected");
+        const auto row = [](const char *name, qint64 size, qint64 format, const QString &expected,
+                            const QVariantMap &settings = {}) {
+            QTest::newRow(name) << size << format << settings << expected;
+        };
+        row("none", 0, 0, u"0 B"_s);
+        row("bytes", kKilo - 1, 0, u"1023 B"_s);
+        row("one kilobyte", kKilo, 0, u"1 KB"_s);
+        row("kilobytes are cut off", 1536, 0, u"1 KB"_s);
+        row("below a megabyte", kMega - 1, 0, u"1023 KB"_s);
+        row("megabytes are cut off", 5'000'000, 0, u"4.0 MB"_s);
+        row("almost four megabytes", 4 * kMega - 1, 0, u"3.0 MB"_s);
+        row("below a gigabyte", kGiga - 1, 0, u"1023.0 MB"_s);
+        row("one gigabyte", kGiga, 0, u"1.00 GB"_s);
+        row("exactly one terabyte", kTera, 0, u"1024.00 GB"_s);
+        row("more than a terabyte", kTera + 1, 0, u"1.000 TB"_s);
+        row("as bytes", 1536, 1, u"1536 B"_s);
+        row("as kilobytes", 5'000'000, 2, u"4882 KB"_s);
+        row("as megabytes", 100, 3, u"0.0 MB"_s);
+        row("as gigabytes", 3 * kGiga, 4, u"3.00 GB"_s);
+        row("as terabytes", kTera, 5, u"1.000 TB"_s);
+        row("format above", 1536, 6, u"1 KB"_s);
+        row("format below", 1536, -1, u"1 KB"_s);
+        row("no unit", 1023, 0, u"1023"_s, {{u"showSizeUnit"_s, false}});
+        row("unit attached", 1536, 0, u"1KB"_s, {{u"separateUnit"_s, false}});
+        row("padded before the unit", 1536, 0, u"__1 KB"_s,
+            {{u"padding"_s, 3}, {u"paddingChar"_s, 4}, {u"paddingPosition"_s, 1}});
+        row("negative padding", 1536, 0, u"1 KB"_s, {{u"padding"_s, -3}});
+        row("not limited", 1536, 0, u"1 KB"_s, {{u"limitSize"_s, 1}, {u"maxSize"_s, 1}});
+    }
+
+    void sizes()
+    {
+        QFETCH(qint64, size);
+        QFETCH(qint64, format);
+        QFETCH(QVariantMap, settings);
+        settings.insert(u"sizeFormat"_s, format);
+        QTEST(evaluated(of(FileSize, settings), u"/a/b.jpg"_s, size), "expected");
+    }
+
+    void dates_data()
+    {
+        const Table<QVariantMap, QString> row("settings", "expected");
+        row("modification by default", QVariantMap{}, u"Jul 3, 2025");
+        row("creation", QVariantMap{{u"whichDate"_s, 0}}, u"Jan 7, 2007");
+        row("any other is modification", QVariantMap{{u"whichDate"_s, 2}}, u"Jul 3, 2025");
+        row("month, padded",
+            QVariantMap{{u"dateFormat"_s, 7}, {u"padding"_s, 2}, {u"paddingChar"_s, 0}}, u"07");
+        row("short year", QVariantMap{{u"whichDate"_s, 0}, {u"dateFormat"_s, 5}}, u"7");
+        row("limited", QVariantMap{{u"dateFormat"_s, 6}, {u"limitSize"_s, 1}, {u"maxSize"_s, 2}},
+            u"Ju");
+        row("not edited", QVariantMap{{u"dropFromBeginning"_s, 3}, {u"caseConversion"_s, 1}},
+            u"Jul 3, 2025");
+    }
+
+    void dates()
+    {
+        QFETCH(QVariantMap, settings);
+        QTEST(evaluated(of(FileDate, settings), u"/a/b.jpg"_s), "expected");
+    }
+
+    void aFileWithoutLocation()
+    {
+        const auto file = TFileObject::dummyObjectWithName(u"sample"_s);
+        TRuleDict dict;
+        TOriginalRule rule;
+        QCOMPARE(rule.processWithFileObject(*file, nullptr, dict), u"sample"_s);
+        rule.setWhichProperty(ParentFolder);
+        QCOMPARE(rule.processWithFileObject(*file, nullptr, dict), u""_s);
+        rule.setWhichProperty(FileDate);
+        QCOMPARE(rule.processWithFileObject(*file, nullptr, dict), u""_s);
+    }
+
+    void tiles_data()
+    {
+        const Table<qint64, qint64, QString> row("property", "level", "tile");
+        row("name", FileName, 0, u"(File Name)");
+        row("folder", ParentFolder, 0, u"(Folder 1 up)");
+        row("higher folder", ParentFolder, 4, u"(Folder 5 up)");
+        row("size", FileSize, 0, u"(File Size)");
+        row("date", FileDate, 0, u"(File Date)");
+        row("extension", Extension, 0, u"(.EXT)");
+        row("unknown", 5, 0, u"");
+    }
+
+    void tiles()
+    {
+        QFETCH(qint64, property);
+        QFETCH(qint64, level);
+        const TRulePtr rule =
+            makeRule(u"Original"_s, {{u"whichProperty"_s, property}, {u"parentLevel"_s, level}});
+        QTEST(rule->name(), "tile");
+        QTEST(TRuleKinds::copyArrayViaEncode({rule}).front()->name(), "tile");
+    }
+};
 
 QTEST_GUILESS_MAIN(TestOriginalRule)
 #include "tst_originalrule.moc"

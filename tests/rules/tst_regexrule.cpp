@@ -2,8 +2,7 @@
 #include "document/TColorPalette.h"
 #include "platform/TreeCoder.h"
 #include "rules/TRegExRule.h"
-
-#include <QTest>
+#include "support/Table.h"
 
 using namespace Qt::StringLiterals;
 
@@ -40,227 +39,185 @@ class RegExRuleTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void rewritesTheFilesName_data();
-    void rewritesTheFilesName();
-    void readsTheAssembledName();
-    void replacesTheAssembledName_data();
-    void replacesTheAssembledName();
-    void followsEditsOfItsPairs();
-    void reportsPatternsThatTakeTooLong();
-    void sharesOneBudgetAmongItsPairs();
-    void copiesShareThePairsAndTakeANewColor();
-    void takesPairsFromDictionaries();
-    void archivesEverything();
-    void anArchiveWithoutPairsLeavesThemUnset();
-};
+    void rewritesTheFilesName_data()
+    {
+        const Table<Pairs, QString, QString> row("pairs", "name", "expected");
 
-void RegExRuleTest::rewritesTheFilesName_data()
-{
-    QTest::addColumn<Pairs>("pairs");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("no pairs") << Pairs{} << u"a.txt"_s << u"???RegEx???"_s;
-    QTest::newRow("blanks") << Pairs{{u"\\s"_s, u"_"_s}} << u"my file name.txt"_s
-                            << u"my_file_name"_s;
-    QTest::newRow("group") << Pairs{{u"(\\d+)"_s, u"#$1"_s}} << u"img12.jpg"_s << u"img#12"_s;
-    QTest::newRow("in order") << Pairs{{u"a"_s, u"b"_s}, {u"b"_s, u"c"_s}} << u"ab"_s << u"cc"_s;
-    QTest::newRow("bad pattern first")
-        << Pairs{{u"("_s, u"x"_s}, {u"b"_s, u"c"_s}} << u"abc"_s << u""_s;
-    QTest::newRow("later pairs go on from nothing")
-        << Pairs{{u"("_s, u"x"_s}, {u"^$"_s, u"new"_s}} << u"abc"_s << u"new"_s;
-    QTest::newRow("bad template, no match") << Pairs{{u"z"_s, u"$1"_s}} << u"abc"_s << u""_s;
-    QTest::newRow("empty pattern") << Pairs{{u""_s, u""_s}} << u"abc"_s << u""_s;
-    QTest::newRow("two digits, one group") << Pairs{{u"(a)"_s, u"$12"_s}} << u"a"_s << u"a2"_s;
-}
-
-void RegExRuleTest::rewritesTheFilesName()
-{
-    QFETCH(Pairs, pairs);
-    QFETCH(QString, name);
-    QFETCH(QString, expected);
-    TRegExRule rule;
-    rule.setRegArray(pairArray(pairs));
-    TFileObject file = fileNamed(name);
-    TErrorLog log;
-    TRuleDict dict;
-    const QString text = rule.processWithFileObject(file, &log, dict);
-    QCOMPARE(text, expected);
-    QVERIFY(!text.isNull());
-    QVERIFY(log.isEmpty());
-    QVERIFY(file.errLog().isEmpty());
-    QVERIFY(!dict.tookTooLong);
-}
-
-void RegExRuleTest::readsTheAssembledName()
-{
-    TRegExRule rule;
-    rule.setRegArray(pairArray({{u" "_s, u"-"_s}}));
-    TFileObject file = fileNamed(u"own name"_s);
-    TRuleDict dict;
-    dict.result = u"Holiday 01"_s;
-    for (const auto &[source, expected] : {std::pair{0, u"own-name"_s},
-                                           {1, u"Holiday-01"_s},
-                                           {7, u"Holiday-01"_s},
-                                           {-1, u"Holiday-01"_s}}) {
-        rule.setSource(source);
-        QCOMPARE(rule.processWithFileObject(file, nullptr, dict), expected);
+        row("no pairs", Pairs{}, u"a.txt", u"???RegEx???");
+        row("blanks", Pairs{{u"\\s"_s, u"_"_s}}, u"my file name.txt", u"my_file_name");
+        row("group", Pairs{{u"(\\d+)"_s, u"#$1"_s}}, u"img12.jpg", u"img#12");
+        row("in order", Pairs{{u"a"_s, u"b"_s}, {u"b"_s, u"c"_s}}, u"ab", u"cc");
+        row("bad pattern first", Pairs{{u"("_s, u"x"_s}, {u"b"_s, u"c"_s}}, u"abc", u"");
+        row("later pairs go on from nothing", Pairs{{u"("_s, u"x"_s}, {u"^$"_s, u"new"_s}}, u"abc",
+            u"new");
+        row("bad template, no match", Pairs{{u"z"_s, u"$1"_s}}, u"abc", u"");
+        row("empty pattern", Pairs{{u""_s, u""_s}}, u"abc", u"");
+        row("two digits, one group", Pairs{{u"(a)"_s, u"$12"_s}}, u"a", u"a2");
     }
-}
 
-void RegExRuleTest::replacesTheAssembledName_data()
-{
-    QTest::addColumn<int>("source");
-    QTest::addColumn<int>("replaceAll");
-    QTest::addColumn<QString>("partial");
-    QTest::addColumn<bool>("replaces");
+    void rewritesTheFilesName()
+    {
+        QFETCH(Pairs, pairs);
+        QFETCH(QString, name);
+        QFETCH(QString, expected);
+        TRegExRule rule;
+        rule.setRegArray(pairArray(pairs));
+        TFileObject file = fileNamed(name);
+        TErrorLog log;
+        TRuleDict dict;
+        const QString text = rule.processWithFileObject(file, &log, dict);
+        QCOMPARE(text, expected);
+        QVERIFY(!text.isNull());
+        QVERIFY(log.isEmpty());
+        QVERIFY(file.errLog().isEmpty());
+        QVERIFY(!dict.tookTooLong);
+    }
 
-    QTest::newRow("both on") << 1 << 1 << u"new"_s << true;
-    QTest::newRow("any positive source, any flag") << 2 << -1 << u"new"_s << true;
-    QTest::newRow("empty fragment") << 1 << 1 << u""_s << true;
-    QTest::newRow("no fragment") << 1 << 1 << QString() << false;
-    QTest::newRow("appended") << 1 << 0 << u"new"_s << false;
-    QTest::newRow("file's name") << 0 << 1 << u"new"_s << false;
-    QTest::newRow("negative source") << -1 << 1 << u"new"_s << false;
-}
+    void readsTheAssembledName()
+    {
+        TRegExRule rule;
+        rule.setRegArray(pairArray({{u" "_s, u"-"_s}}));
+        TFileObject file = fileNamed(u"own name"_s);
+        TRuleDict dict;
+        dict.result = u"Holiday 01"_s;
+        for (const auto &[source, expected] : {std::pair{0, u"own-name"_s},
+                                               {1, u"Holiday-01"_s},
+                                               {7, u"Holiday-01"_s},
+                                               {-1, u"Holiday-01"_s}}) {
+            rule.setSource(source);
+            QCOMPARE(rule.processWithFileObject(file, nullptr, dict), expected);
+        }
+    }
 
-void RegExRuleTest::replacesTheAssembledName()
-{
-    QFETCH(int, source);
-    QFETCH(int, replaceAll);
-    QFETCH(QString, partial);
-    QFETCH(bool, replaces);
-    TRegExRule rule;
-    rule.setSource(source);
-    rule.setReplaceAll(replaceAll);
-    TRuleDict dict;
-    dict.partial = partial;
-    QString name = u"old"_s;
-    QCOMPARE(rule.postProcessResult(name, nullptr, dict), replaces);
-    QCOMPARE(name, replaces ? partial : u"old"_s);
-}
+    void replacesTheAssembledName_data()
+    {
+        const Table<int, int, QString, bool> row("source", "replaceAll", "partial", "replaces");
 
-void RegExRuleTest::followsEditsOfItsPairs()
-{
-    TRegExRule rule;
-    rule.setRegArray(pairArray({{u"a"_s, u"1"_s}}));
-    QCOMPARE(processed(rule, u"abc"_s), u"1bc"_s);
-    rule.regArray()->front()->match = u"b"_s;
-    QCOMPARE(processed(rule, u"abc"_s), u"a1c"_s);
-    rule.regArray()->front()->replace = u"2"_s;
-    QCOMPARE(processed(rule, u"abc"_s), u"a2c"_s);
-    rule.regArray()->push_back(std::make_shared<TRegExMatchReplace>(u"c"_s, u""_s));
-    QCOMPARE(processed(rule, u"abc"_s), u"a2"_s);
-    rule.regArray()->erase(rule.regArray()->begin());
-    QCOMPARE(processed(rule, u"abc"_s), u"ab"_s);
-}
+        row("both on", 1, 1, u"new", true);
+        row("any positive source, any flag", 2, -1, u"new", true);
+        row("empty fragment", 1, 1, u"", true);
+        row("no fragment", 1, 1, QString(), false);
+        row("appended", 1, 0, u"new", false);
+        row("file's name", 0, 1, u"new", false);
+        row("negative source", -1, 1, u"new", false);
+    }
 
-void RegExRuleTest::reportsPatternsThatTakeTooLong()
-{
-    const TErrorTypes expected{TErrorTypes::kCritical,
-                               u"The regular expression takes too long for this name."_s};
-    TRegExRule rule;
-    rule.setRegArray(pairArray({{u"(a+)+b"_s, u""_s}, {u"^$"_s, u"new"_s}}));
-    TFileObject file = fileNamed(QString(100, u'a'));
-    TErrorLog log;
-    TRuleDict dict;
-    QCOMPARE(rule.processWithFileObject(file, &log, dict), u""_s);
-    QVERIFY(dict.tookTooLong);
-    QCOMPARE(log.count(), 1);
-    QCOMPARE(log.entries().front(), expected);
-    QCOMPARE(file.errLog(), log);
+    void replacesTheAssembledName()
+    {
+        QFETCH(int, source);
+        QFETCH(int, replaceAll);
+        QFETCH(QString, partial);
+        QFETCH(bool, replaces);
+        TRegExRule rule;
+        rule.setSource(source);
+        rule.setReplaceAll(replaceAll);
+        TRuleDict dict;
+        dict.partial = partial;
+        QString name = u"old"_s;
+        QCOMPARE(rule.postProcessResult(name, nullptr, dict), replaces);
+        QCOMPARE(name, replaces ? partial : u"old"_s);
+    }
 
-    // The next name has a budget of its own.
-    TRuleDict next;
-    TFileObject harmless = fileNamed(u"aab-"_s);
-    QCOMPARE(rule.processWithFileObject(harmless, &log, next), u"-"_s);
-    QVERIFY(!next.tookTooLong);
-}
+    void followsEditsOfItsPairs()
+    {
+        TRegExRule rule;
+        rule.setRegArray(pairArray({{u"a"_s, u"1"_s}}));
+        QCOMPARE(processed(rule, u"abc"_s), u"1bc"_s);
+        rule.regArray()->front()->match = u"b"_s;
+        QCOMPARE(processed(rule, u"abc"_s), u"a1c"_s);
+        rule.regArray()->front()->replace = u"2"_s;
+        QCOMPARE(processed(rule, u"abc"_s), u"a2c"_s);
+        rule.regArray()->push_back(std::make_shared<TRegExMatchReplace>(u"c"_s, u""_s));
+        QCOMPARE(processed(rule, u"abc"_s), u"a2"_s);
+        rule.regArray()->erase(rule.regArray()->begin());
+        QCOMPARE(processed(rule, u"abc"_s), u"ab"_s);
+    }
 
-void RegExRuleTest::sharesOneBudgetAmongItsPairs()
-{
-    const QString name(28, u'a');
-    const std::pair<QString, QString> costly{u"(a|aa)+b"_s, u""_s};
-    TRegExRule rule;
-    Pairs pairs;
-    TRuleDict dict;
-    TFileObject file = fileNamed(name);
-    pairs.append(costly);
-    rule.setRegArray(pairArray(pairs));
-    QCOMPARE(rule.processWithFileObject(file, nullptr, dict), name);
-    pairs.append(Pairs(3, costly));
-    rule.setRegArray(pairArray(pairs));
-    QCOMPARE(rule.processWithFileObject(file, nullptr, dict), u""_s);
-    QVERIFY(dict.tookTooLong);
-}
+    void reportsPatternsThatTakeTooLong()
+    {
+        const TErrorTypes expected{TErrorTypes::kCritical,
+                                   u"The regular expression takes too long for this name."_s};
+        TRegExRule rule;
+        rule.setRegArray(pairArray({{u"(a+)+b"_s, u""_s}, {u"^$"_s, u"new"_s}}));
+        TFileObject file = fileNamed(QString(100, u'a'));
+        TErrorLog log;
+        TRuleDict dict;
+        QCOMPARE(rule.processWithFileObject(file, &log, dict), u""_s);
+        QVERIFY(dict.tookTooLong);
+        QCOMPARE(log.count(), 1);
+        QCOMPARE(log.entries().front(), expected);
+        QCOMPARE(file.errLog(), log);
 
-void RegExRuleTest::copiesShareThePairsAndTakeANewColor()
-{
-    TColorPalette::sharedPalette().reset();
-    TRegExRule rule;
-    rule.setName(u"mine"_s);
-    rule.setSource(1);
-    rule.setReplaceAll(1);
-    const auto copy = std::dynamic_pointer_cast<TRegExRule>(rule.copy());
-    QVERIFY(copy);
-    QCOMPARE(copy->regArray(), rule.regArray());
-    QCOMPARE(copy->source(), 1);
-    QCOMPARE(copy->replaceAll(), 1);
-    QCOMPARE(copy->name(), u"(RegEx)"_s);
-    QCOMPARE(rule.theColor(), TColor::fromHex(u"9C988A"));
-    QCOMPARE(copy->theColor(), TColor::fromHex(u"8DCDC1"));
-    QCOMPARE(QStringList(rule.properties().keys()),
-             (QStringList{u"regArray"_s, u"replaceAll"_s, u"source"_s}));
-}
+        // The next name has a budget of its own.
+        TRuleDict next;
+        TFileObject harmless = fileNamed(u"aab-"_s);
+        QCOMPARE(rule.processWithFileObject(harmless, &log, next), u"-"_s);
+        QVERIFY(!next.tookTooLong);
+    }
 
-void RegExRuleTest::takesPairsFromDictionaries()
-{
-    TRegExRule rule;
-    rule.setProperties(
-        {{u"regArray"_s, QVariantList{QVariantMap{{u"match"_s, u"a"_s}, {u"replace"_s, u"b"_s}},
-                                      QVariantMap{{u"match"_s, u"c"_s}}}},
-         {u"theID"_s, 7}});
-    QCOMPARE(*rule.regArray()->at(0), TRegExMatchReplace(u"a"_s, u"b"_s));
-    QCOMPARE(*rule.regArray()->at(1), TRegExMatchReplace(u"c"_s, u"replace with this"_s));
-    QCOMPARE(rule.theID(), 0);
-    rule.setProperties({});
-    QCOMPARE(rule.regArray()->size(), 2);
-}
+    void sharesOneBudgetAmongItsPairs()
+    {
+        const QString name(28, u'a');
+        const std::pair<QString, QString> costly{u"(a|aa)+b"_s, u""_s};
+        TRegExRule rule;
+        Pairs pairs;
+        TRuleDict dict;
+        TFileObject file = fileNamed(name);
+        pairs.append(costly);
+        rule.setRegArray(pairArray(pairs));
+        QCOMPARE(rule.processWithFileObject(file, nullptr, dict), name);
+        pairs.append(Pairs(3, costly));
+        rule.setRegArray(pairArray(pairs));
+        QCOMPARE(rule.processWithFileObject(file, nullptr, dict), u""_s);
+        QVERIFY(dict.tookTooLong);
+    }
 
-void RegExRuleTest::archivesEverything()
-{
-    TRegExRule rule;
-    rule.setRegArray(pairArray({{u"a"_s, u""_s}, {u"\\d"_s, u"$0"_s}}));
-    rule.setSource(-3);
-    rule.setReplaceAll(1);
-    rule.setTheID(4);
-    TreeArchive archive;
-    archive.appendObject(rule.archiveClass(),
-                         [&](TEncoder &coder) { rule.encodeWithCoder(coder); });
-    const auto decoded = TRegExRule::decoding();
-    archive.forEachObject([&](const TDecoder &coder) { decoded->initWithCoder(coder); });
-    QVERIFY(decoded->regArray() != rule.regArray());
-    QCOMPARE(decoded->regArray()->size(), 2);
-    QCOMPARE(*decoded->regArray()->at(0), TRegExMatchReplace(u"a"_s, u""_s));
-    QCOMPARE(*decoded->regArray()->at(1), TRegExMatchReplace(u"\\d"_s, u"$0"_s));
-    QCOMPARE(decoded->source(), -3);
-    QCOMPARE(decoded->replaceAll(), 1);
-    QCOMPARE(decoded->theID(), 4);
-    QCOMPARE(decoded->theColor(), rule.theColor());
-}
+    void copiesShareThePairsAndTakeANewColor()
+    {
+        TColorPalette::sharedPalette().reset();
+        TRegExRule rule;
+        rule.setName(u"mine"_s);
+        rule.setSource(1);
+        rule.setReplaceAll(1);
+        const auto copy = std::dynamic_pointer_cast<TRegExRule>(rule.copy());
+        QVERIFY(copy);
+        QCOMPARE(copy->regArray(), rule.regArray());
+        QCOMPARE(copy->source(), 1);
+        QCOMPARE(copy->replaceAll(), 1);
+        QCOMPARE(copy->name(), u"(RegEx)"_s);
+        QCOMPARE(rule.theColor(), TColor::fromHex(u"9C988A"));
+        QCOMPARE(copy->theColor(), TColor::fromHex(u"8DCDC1"));
+        QCOMPARE(QStringList(rule.properties().keys()),
+                 (QStringList{u"regArray"_s, u"replaceAll"_s, u"source"_s}));
+    }
 
-void RegExRuleTest::anArchiveWithoutPairsLeavesThemUnset()
-{
-    TreeArchive archive;
-    archive.appendObject(TRegExRule().archiveClass(), [](TEncoder &) {});
-    const auto decoded = TRegExRule::decoding();
-    archive.forEachObject([&](const TDecoder &coder) { decoded->initWithCoder(coder); });
-    QVERIFY(!decoded->regArray());
-    QVERIFY(!decoded->properties().contains(u"regArray"_s));
-    QVERIFY(!decoded->theColor().isSet());
-    QCOMPARE(decoded->name(), u"(RegEx)"_s);
-    QCOMPARE(processed(*decoded, u"a"_s), u"???RegEx???"_s);
-}
+    void takesPairsFromDictionaries()
+    {
+        TRegExRule rule;
+        rule.setProperties(
+            {{u"regArray"_s, QVariantList{QVariantMap{{u"match"_s, u"a"_s}, {u"replace"_s, u"b"_s}},
+                                          QVariantMap{{u"match"_s, u"c"_s}}}},
+             {u"theID"_s, 7}});
+        QCOMPARE(*rule.regArray()->at(0), TRegExMatchReplace(u"a"_s, u"b"_s));
+        QCOMPARE(*rule.regArray()->at(1), TRegExMatchReplace(u"c"_s, u"replace with this"_s));
+        QCOMPARE(rule.theID(), 0);
+        rule.setProperties({});
+        QCOMPARE(rule.regArray()->size(), 2);
+    }
+
+    void anArchiveWithoutPairsLeavesThemUnset()
+    {
+        TreeArchive archive;
+        archive.appendObject(TRegExRule().archiveClass(), [](TEncoder &) {});
+        const auto decoded = TRegExRule::decoding();
+        archive.forEachObject([&](const TDecoder &coder) { decoded->initWithCoder(coder); });
+        QVERIFY(!decoded->regArray());
+        QVERIFY(!decoded->properties().contains(u"regArray"_s));
+        QVERIFY(!decoded->theColor().isSet());
+        QCOMPARE(decoded->name(), u"(RegEx)"_s);
+        QCOMPARE(processed(*decoded, u"a"_s), u"???RegEx???"_s);
+    }
+};
 
 QTEST_GUILESS_MAIN(RegExRuleTest)
 #include "tst_regexrule.moc"
