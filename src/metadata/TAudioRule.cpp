@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "metadata/TAudioRule.h"
 
-#include "metadata/FileConformance.h"
 #include "platform/TypeIdentifiers.h"
 
 using namespace Qt::StringLiterals;
@@ -16,10 +15,6 @@ constexpr QStringView kInitialTag = u"title";
 constexpr QStringView kEditor = u"TEditAudioTagRuleViewController";
 
 constexpr QStringView kPrefix = u"%@ Meta data request: %@ -- ";
-constexpr QStringView kOtherKind = u"%@File is not %@. Default text used. File: %@";
-constexpr QStringView kNotRead =
-    u"%@ meta data not yet processed, not yet ready to run. Default text used";
-constexpr QStringView kNoMetadata = u"%@No meta data. Default text used. File: %@";
 constexpr QStringView kNoValue = u"No value for '%@' in meta data. Default text used. File: %@";
 
 } // namespace
@@ -48,27 +43,20 @@ void TAudioRule::resetKind()
     m_utiString = kWord.toString();
 }
 
+QString TAudioRule::messagePrefix() const
+{
+    return formatted(kPrefix, {m_utiString, theTag()});
+}
+
 QVariant TAudioRule::tagValue(TFileObject &file, TErrorLog *errorLog) const
 {
-    const auto report = [&](int level, const QString &problem) {
-        file.logErrorType(level, problem, errorLog);
-        return QVariant();
-    };
-    const auto path = [&file] { return file.sourceURL().path(); };
-    const auto prefix = [this] { return formatted(kPrefix, {m_utiString, theTag()}); };
-
-    if (!fileConformsTo(file.item(), m_fileUTI)) {
-        return report(TErrorTypes::kWarning,
-                      formatted(kOtherKind, {prefix(), m_utiString, path()}));
+    if (!hasMetadata(file.ID3(), m_fileUTI, m_utiString, file, errorLog))
+        return {};
+    QVariant value = file.ID3()->value(theTag());
+    if (!value.isValid()) {
+        file.logErrorType(TErrorTypes::kWarning,
+                          formatted(kNoValue, {theTag(), file.sourceURL().path()}), errorLog);
     }
-    const TMetadataPtr &metadata = file.ID3();
-    if (!metadata)
-        return report(TErrorTypes::kCritical, formatted(kNotRead, {path()}));
-    if (metadata->isEmpty())
-        return report(TErrorTypes::kWarning, formatted(kNoMetadata, {prefix(), path()}));
-    const QVariant value = metadata->value(theTag());
-    if (!value.isValid())
-        return report(TErrorTypes::kWarning, formatted(kNoValue, {theTag(), path()}));
     return value;
 }
 

@@ -28,6 +28,7 @@ public:
 
 protected:
     QVariant tagValue(TFileObject &file, TErrorLog *errorLog) const override;
+    QString messagePrefix() const override;
     virtual void resetKind();
 
 private:

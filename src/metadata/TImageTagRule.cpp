@@ -2,7 +2,6 @@
 #include "metadata/TImageTagRule.h"
 
 #include "metadata/EXIFSupport.h"
-#include "metadata/FileConformance.h"
 #include "platform/TypeIdentifiers.h"
 
 using namespace Qt::StringLiterals;
@@ -18,10 +17,7 @@ constexpr QStringView kTileName = u"%@:%@";
 constexpr QStringView kEditor = u"TEditImageTagRuleViewController";
 
 constexpr QStringView kPrefix = u"Image Meta data request: %@:%@ -- ";
-constexpr QStringView kNotAnImage = u"%@File is not an image. Default text used. File: %@";
-constexpr QStringView kNotRead =
-    u"%@ meta data not yet processed, not yet ready to run. Default text used";
-constexpr QStringView kNoMetadata = u"%@No meta data. Default text used. File: %@";
+constexpr QStringView kKind = u"an image";
 constexpr QStringView kNoCategory = u"%@No '%@' meta data. Default text used. File: %@";
 constexpr QStringView kNoValue =
     u"No value for '%@' in its '%@' meta data. Default text used. File: %@";
@@ -54,33 +50,28 @@ std::span<const TRuleField<TImageTagRule>> TImageTagRule::fields()
     return kFields;
 }
 
+QString TImageTagRule::messagePrefix() const
+{
+    return formatted(kPrefix, {m_category, theTag()});
+}
+
 QVariant TImageTagRule::tagValue(TFileObject &file, TErrorLog *errorLog) const
 {
-    const auto report = [&](int level, const QString &problem) {
-        file.logErrorType(level, problem, errorLog);
+    const TMetadataPtr &metadata = file.imageProperties();
+    if (!hasMetadata(metadata, TypeIdentifiers::kImage, kKind, file, errorLog))
+        return {};
+    const auto warn = [&](const QString &problem) {
+        file.logErrorType(TErrorTypes::kWarning, problem, errorLog);
         return QVariant();
     };
-    const auto path = [&file] { return file.sourceURL().path(); };
-    const auto prefix = [this] { return formatted(kPrefix, {m_category, theTag()}); };
-
-    if (!fileConformsTo(file.item(), TypeIdentifiers::kImage))
-        return report(TErrorTypes::kWarning, formatted(kNotAnImage, {prefix(), path()}));
-    const TMetadataPtr &metadata = file.imageProperties();
-    if (!metadata)
-        return report(TErrorTypes::kCritical, formatted(kNotRead, {path()}));
-    if (metadata->isEmpty())
-        return report(TErrorTypes::kWarning, formatted(kNoMetadata, {prefix(), path()}));
-
     const QString key = EXIFSupport::categoryForTitle(m_category);
     const bool isGeneral = m_category == kGeneral;
     if (!isGeneral && !metadata->hasDictionary(key)) {
-        return report(TErrorTypes::kWarning,
-                      formatted(kNoCategory, {prefix(), m_category, path()}));
+        return warn(formatted(kNoCategory, {messagePrefix(), m_category, file.sourceURL().path()}));
     }
-    const QVariant value = isGeneral ? metadata->value(theTag()) : metadata->value(key, theTag());
-    if (!value.isValid()) {
-        return report(TErrorTypes::kWarning, formatted(kNoValue, {theTag(), m_category, path()}));
-    }
+    QVariant value = isGeneral ? metadata->value(theTag()) : metadata->value(key, theTag());
+    if (!value.isValid())
+        return warn(formatted(kNoValue, {theTag(), m_category, file.sourceURL().path()}));
     return value;
 }
 

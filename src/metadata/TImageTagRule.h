@@ -26,6 +26,7 @@ public:
 
 protected:
     QVariant tagValue(TFileObject &file, TErrorLog *errorLog) const override;
+    QString messagePrefix() const override;
 
 private:
     static std::span<const TRuleField<TImageTagRule>> fields();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "metadata/TTagRule.h"
 
+#include "metadata/FileConformance.h"
 #include "platform/TDate.h"
 
 #include <QVariantList>
@@ -20,6 +21,10 @@ constexpr QStringView kDictionary = u"NSDictionary";
 constexpr QStringView kDate = u"NSDate";
 constexpr QStringView kData = u"NSData";
 constexpr QStringView kNull = u"NSNull";
+constexpr QStringView kOtherKind = u"%@File is not %@. Default text used. File: %@";
+constexpr QStringView kNotRead =
+    u"%@ meta data not yet processed, not yet ready to run. Default text used";
+constexpr QStringView kNoMetadata = u"%@No meta data. Default text used. File: %@";
 constexpr QChar kElementSeparator = u'.';
 constexpr int kSignificantDigits = 16;
 constexpr std::size_t kLongestNumber = 32;
@@ -88,6 +93,26 @@ QString TTagRule::processWithFileObject(TFileObject &file, TErrorLog *errorLog,
     handlePaddingBothSidesWith(fragment);
     handleMaxSizeFor(fragment);
     return fragment;
+}
+
+bool TTagRule::hasMetadata(const TMetadataPtr &metadata, QLatin1StringView type, QStringView kind,
+                           TFileObject &file, TErrorLog *errorLog) const
+{
+    const auto report = [&](int level, const QString &problem) {
+        file.logErrorType(level, problem, errorLog);
+        return false;
+    };
+    const auto path = [&file] { return file.sourceURL().path(); };
+
+    if (!fileConformsTo(file.item(), type)) {
+        return report(TErrorTypes::kWarning,
+                      formatted(kOtherKind, {messagePrefix(), kind.toString(), path()}));
+    }
+    if (!metadata)
+        return report(TErrorTypes::kCritical, formatted(kNotRead, {path()}));
+    if (metadata->isEmpty())
+        return report(TErrorTypes::kWarning, formatted(kNoMetadata, {messagePrefix(), path()}));
+    return true;
 }
 
 QString TTagRule::stringFromTagValue(const QVariant &value)

@@ -35,6 +35,12 @@ protected:
 
     /// The file's value for the tag; invalid when there is none, which is then reported.
     virtual QVariant tagValue(TFileObject &file, TErrorLog *errorLog) const = 0;
+    /// How messages begin that tell why a file has nothing to look into.
+    virtual QString messagePrefix() const = 0;
+    /// True when the file is of the type and its metadata was read and holds something; otherwise
+    /// that is reported. The kind is the type's word in messages.
+    bool hasMetadata(const TMetadataPtr &metadata, QLatin1StringView type, QStringView kind,
+                     TFileObject &file, TErrorLog *errorLog) const;
 
 private:
     static std::span<const TRuleField<TTagRule>> fields();
