@@ -2,11 +2,11 @@
 #include "metadata/TCSVAggregator.h"
 #include "metadata/TCSVParser.h"
 #include "settings/logging.h"
+#include "support/Table.h"
 #include "support/TemporaryTree.h"
 
 #include <QBuffer>
 #include <QStringEncoder>
-#include <QTest>
 
 #include <stdexcept>
 
@@ -72,352 +72,322 @@ QByteArray operator""_b(const char *text, size_t size)
 
 } // namespace
 
+Q_DECLARE_METATYPE(TCSVStream::Encoding)
+
 class TestCsvReader : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void cleanup() { setLogSink({}); }
-    void textBecomesRows_data();
-    void textBecomesRows();
-    void otherDelimiters();
-    void malformedTextHasNoRows_data();
-    void malformedTextHasNoRows();
-    void encodings_data();
-    void encodings();
-    void undecodableTextIsRefused_data();
-    void undecodableTextIsRefused();
-    void whatStandsBeforeBadBytesDecides();
-    void macRomanIsAnnounced();
-    void blocksMayCutAnything();
-    void eventsComeInOrder();
-    void delegateMayEndParsing();
-    void impossibleParsersThrow_data();
-    void impossibleParsersThrow();
-    void repeatedFieldsShareTheirText();
-    void filesAreRead_data();
-    void filesAreRead();
-    void hugeFileIsRefused();
-    void nameNeedNotBeUtf8();
+
+    void textBecomesRows_data()
+    {
+        Table<QByteArray, Rows>("text", "rows");
+        const auto row = [](const char *name, const QByteArray &text, const Rows &rows) {
+            QTest::newRow(name) << text << rows;
+        };
+        const QString none = u""_s;
+        row("empty", "", {{none}});
+        row("one cell", "a", {{u"a"_s}});
+        row("blanks stay", " a , b ", {{u" a "_s, u" b "_s}});
+        row("empty cells", ",", {{none, none}});
+        row("last cell empty", "a,", {{u"a"_s, none}});
+        row("final break", "a\n", {{u"a"_s}, {none}});
+        row("only a break", "\n", {{none}, {none}});
+        row("leading blank lines", "\r\n\r\na", {{none}, {u"a"_s}});
+        row("blank lines vanish", "a\n\n\r\n\rb", {{u"a"_s}, {u"b"_s}});
+        row("every kind of break",
+            "a\nb\x0b"
+            "c\fd\re\xC2\x85"
+            "f\xE2\x80\xA8g\xE2\x80\xA9h",
+            {{u"a"_s}, {u"b"_s}, {u"c"_s}, {u"d"_s}, {u"e"_s}, {u"f"_s}, {u"g"_s}, {u"h"_s}});
+        row("ragged", "a\nb,c,d\ne,f", {{u"a"_s}, {u"b"_s, u"c"_s, u"d"_s}, {u"e"_s, u"f"_s}});
+        row("quotes stay", "\"a\",b", {{u"\"a\""_s, u"b"_s}});
+        row("doubled quotes stay", "\"a\"\"b\"", {{u"\"a\"\"b\""_s}});
+        row("only quotes", "\"\",\"\"\"\"", {{u"\"\""_s, u"\"\"\"\""_s}});
+        row("quoted break and comma", "\"a\r\n,b\",c", {{u"\"a\r\n,b\""_s, u"c"_s}});
+        row("unclosed", "x\na,\"b\nc", {{u"x"_s}, {u"a"_s}});
+        row("unclosed at once", "\"", {{}});
+        row("unclosed after doubled", "\"\"\"", {{}});
+        row("NUL ends", "a\0b,c"_b, {{u"a"_s}});
+        row("NUL ends a quoted one", "a,\"b\0\""_b, {{u"a"_s}});
+        row("octothorpe is text", "#a,b#", {{u"#a"_s, u"b#"_s}});
+        row("beyond the BMP", "\xF0\x9F\x98\x80,\xE2\x82\xAC", {{u"\U0001F600"_s, u"€"_s}});
+    }
+
+    void textBecomesRows()
+    {
+        QFETCH(QByteArray, text);
+        const TStringTablePtr table = read(text);
+        QVERIFY(table);
+        QTEST(rowsOf(table), "rows");
+    }
+
+    void otherDelimiters()
+    {
+        QCOMPARE(rowsOf(read("a,b;\"c;d\"\n", nullptr, u';')),
+                 Rows({{u"a,b"_s, u"\"c;d\""_s}, {u""_s}}));
+    }
+
+    void malformedTextHasNoRows_data()
+    {
+        const Table<QByteArray, QString> row("text", "error");
+        row("quote after a blank", "a\nb, \"c\"\nd"_b,
+            u"Unexpected delimiter. Expected ',' (0x2C), but got '\"' (0x22)");
+        row("text after a quote", "\"a\"b"_b,
+            u"Unexpected delimiter. Expected ',' (0x2C), but got 'b' (0x62)");
+        row("tab after a quote", "\"a\"\t"_b,
+            u"Unexpected delimiter. Expected ',' (0x2C), but got '\t' (0x9)");
+        row("quote in a text", "a%1\"b"_b,
+            u"Unexpected delimiter. Expected ',' (0x2C), but got '\"' (0x22)");
+        row("percent sign", "\"a\"%2"_b,
+            u"Unexpected delimiter. Expected ',' (0x2C), but got '%' (0x25)");
+    }
+
+    void malformedTextHasNoRows()
+    {
+        QFETCH(QByteArray, text);
+        QString error;
+        QVERIFY(!read(text, &error));
+        QTEST(error, "error");
+    }
+
+    void encodings_data()
+    {
+        Table<QByteArray, Encoding, QString>("bytes", "encoding", "cell");
+        const QString text = u"é€\U0001F600"_s;
+        const QByteArray utf8 = text.toUtf8();
+        const auto encoded = [&text](QStringConverter::Encoding encoding) {
+            return QByteArray(QStringEncoder(encoding)(text));
+        };
+        const auto row = [](const char *name, const QByteArray &bytes, Encoding encoding,
+                            const QString &cell) {
+            QTest::newRow(name) << bytes << encoding << cell;
+        };
+        row("UTF-8", utf8, Encoding::Utf8, text);
+        row("UTF-8 with mark", "\xEF\xBB\xBF" + utf8, Encoding::Utf8, text);
+        row("only the first mark goes", "\xEF\xBB\xBF\xEF\xBB\xBF", Encoding::Utf8, u"\uFEFF"_s);
+        row("UTF-16LE", "\xFF\xFE" + encoded(QStringConverter::Utf16LE), Encoding::Utf16LE, text);
+        row("UTF-16BE", "\xFE\xFF" + encoded(QStringConverter::Utf16BE), Encoding::Utf16BE, text);
+        row("UTF-16 of two bytes", "\xFF\xFE", Encoding::Utf16LE, u""_s);
+        row("half a pair in UTF-16", "\xFE\xFF\xD8\x3D\0a"_b, Encoding::Utf16BE,
+            QString(QChar(0xD83D)) + 'a'_L1);
+        row("UTF-32LE", "\xFF\xFE\0\0"_b + encoded(QStringConverter::Utf32LE), Encoding::Utf32LE,
+            text);
+        row("UTF-32BE", "\0\0\xFE\xFF"_b + encoded(QStringConverter::Utf32BE), Encoding::Utf32BE,
+            text);
+        row("ISO-2022-KR",
+            "\x1B$)Ca\x0E\x30\x21\x31\x40\x0F"
+            "b",
+            Encoding::Iso2022Kr, u"a가굼b"_s);
+        row("Korean signs and a second designator", "\x1B$)C\x1B$)C\x0E!$!*\x0F\x0E\x0F",
+            Encoding::Iso2022Kr, u"·―"_s);
+        row("Korean over the end of the first block",
+            "\x1B$)C" + QByteArray(505, 'x') + "\x0E\x30\x21\x31\x40\x1B$)C\x0Fy",
+            Encoding::Iso2022Kr, QString(505, 'x'_L1) + u"가굼y"_s);
+        row("Korean designator over the end of the block",
+            "\x1B$)C" + QByteArray(506, 'x') + "\x1B$)Cy", Encoding::Iso2022Kr,
+            QString(506, 'x'_L1) + 'y'_L1);
+        row("Mac OS Roman", "caf\x8E \xDB\xF0 and so on", Encoding::MacRoman,
+            u"café €\uF8FF and so on"_s);
+        row("character cut by the first block", QByteArray(511, 'x') + utf8, Encoding::Utf8,
+            QString(511, 'x'_L1) + text);
+        row("bad byte before the last three of the block", QByteArray(508, 'x') + "\xE9xxxxx",
+            Encoding::MacRoman, QString(508, 'x'_L1) + u"Èxxxxx"_s);
+    }
+
+    void encodings()
+    {
+        QFETCH(QByteArray, bytes);
+        setLogSink([](const QString &) {});
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::ReadOnly);
+        QTEST(TCSVStream(buffer).encoding(), "encoding");
+        QFETCH(QString, cell);
+        QCOMPARE(rowsOf(read(bytes)), Rows({{cell}}));
+    }
+
+    void undecodableTextIsRefused_data()
+    {
+        const Table<QByteArray, QString> row("bytes", "where");
+        row("after the first block", QByteArray(600, 'x') + "\xE9,b", u"number 601.");
+        row("across two blocks", QByteArray(512 + 65536 - 1, 'x') + "\xC3x", u"number 66048.");
+        row("character cut at the end", "abcdef\xE2\x82"_b, u"number 7.");
+        row("odd UTF-16",
+            "\xFF\xFE"
+            "a\0b"_b,
+            u"number 5.");
+        row("half a pair in UTF-32", "\xFF\xFE\0\0\0\xD8\0\0"_b, u"number 5.");
+        row("Korean with an eighth bit", "\x1B$)Ca\xB0\xA1"_b, u"ISO-2022-KR");
+        row("half a Korean character", "\x1B$)C\x0E\x30\n"_b, u"ISO-2022-KR");
+        row("Korean cut at the end", "\x1B$)C\x0E\x30"_b, u"ISO-2022-KR");
+        row("no such Korean character", "\x1B$)C\x0E\x2D\x21"_b, u"ISO-2022-KR");
+        row("cut UTF-32", "\xFF\xFE\0\0a\0\0\0b"_b, u"number 9.");
+    }
+
+    void undecodableTextIsRefused()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, where);
+        QString error;
+        QVERIFY(!read(bytes, &error));
+        QVERIFY2(error.contains(where), qPrintable(error));
+    }
+
+    void whatStandsBeforeBadBytesDecides()
+    {
+        const QByteArray bad = QByteArray(600, 'y') + '\xFF';
+        QCOMPARE(rowsOf(read("a,b\0"_b + bad)), Rows({{u"a"_s, u"b"_s}}));
+        QCOMPARE(rowsOf(read(QByteArray(600, 'x') + ",b\0\xFF"_b)),
+                 Rows({{QString(600, 'x'_L1), u"b"_s}}));
+        QString error;
+        QVERIFY(!read("a\n\"b\"c" + bad, &error));
+        QVERIFY2(error.startsWith("Unexpected delimiter."_L1), qPrintable(error));
+    }
+
+    void macRomanIsAnnounced()
+    {
+        QStringList lines;
+        setLogSink([&lines](const QString &line) { lines << line; });
+        read("plain");
+        QVERIFY(lines.isEmpty());
+        read("caf\x8E and so on");
+        QCOMPARE(lines, {u"unable to determine stream encoding; assuming MacOSRoman"_s});
+    }
+
+    void blocksMayCutAnything()
+    {
+        // Shifts quotes, breaks, commas and characters of several bytes over the ends of the
+        // blocks.
+        const QByteArray record = "\"\"\"é\"\"\r\n,\",\U0001F600,\"\"\r\n";
+        QByteArray body;
+        while (body.size() < 200'000)
+            body += record;
+        const QStringList row{u"\"\"\"é\"\"\r\n,\""_s, u"\U0001F600"_s, u"\"\""_s};
+        for (int shift = 0; shift < record.size(); ++shift) {
+            const Rows rows = rowsOf(read(QByteArray(shift, 'x') + '\n' + body));
+            QCOMPARE(rows.size(), body.size() / record.size() + 2);
+            QVERIFY2(rows.count(row) == rows.size() - 2, qPrintable(QString::number(shift)));
+        }
+    }
+
+    void eventsComeInOrder()
+    {
+        QByteArray text = "a,b\nc\"";
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        TCSVStream stream(buffer);
+        TCSVParser parser(&stream, u',');
+        Recorder recorder;
+        parser.setDelegate(&recorder);
+        parser.parse();
+        QCOMPARE(recorder.events(),
+                 QStringList({u"document"_s, u"line 1"_s, u"0 a"_s, u"1 b"_s, u"end 1"_s,
+                              u"line 2"_s, u"0 c"_s, u"end 2"_s, u"error 1 in 2"_s}));
+    }
+
+    void delegateMayEndParsing()
+    {
+        struct Limited : Recorder
+        {
+            void parserDidReadField(TCSVParser &parser, QStringView field, qsizetype index) override
+            {
+                Recorder::parserDidReadField(parser, field, index);
+                parser.fail(TCSVError::kTooLarge, u"enough"_s);
+            }
+        };
+        QByteArray text = "a\nb\nc";
+        QBuffer buffer(&text);
+        buffer.open(QIODevice::ReadOnly);
+        TCSVStream stream(buffer);
+        TCSVParser parser(&stream, u',');
+        Limited limited;
+        parser.setDelegate(&limited);
+        parser.parse();
+        QCOMPARE(limited.events(), QStringList({u"document"_s, u"line 1"_s, u"0 a"_s, u"end 1"_s,
+                                                u"error 3 in 1"_s}));
+    }
+
+    void impossibleParsersThrow_data()
+    {
+        const Table<bool, char16_t, QByteArray> row("withStream", "delimiter", "text");
+        const QByteArray newline = "The field delimiter may not be a newline";
+        row("stream", false, u',', QByteArray("Invalid parameter not satisfying: stream"));
+        row("zero", true, u'\0', QByteArray("Invalid parameter not satisfying: delimiter"));
+        row("line feed", true, u'\n', newline);
+        row("vertical tab", true, u'\v', newline);
+        row("next line", true, u'\u0085', newline);
+        row("paragraph", true, u'\u2029', newline);
+        row("quote", true, u'"', QByteArray("The field delimiter may not be a double quote"));
+        row("octothorpe", true, u'#', QByteArray("The field delimiter may not be an octothorpe"));
+    }
+
+    void impossibleParsersThrow()
+    {
+        QFETCH(bool, withStream);
+        QFETCH(char16_t, delimiter);
+        QBuffer buffer;
+        buffer.open(QIODevice::ReadOnly);
+        TCSVStream stream(buffer);
+        QByteArray thrown;
+        try {
+            const TCSVParser parser(withStream ? &stream : nullptr, delimiter);
+        } catch (const std::logic_error &error) {
+            thrown = error.what();
+        }
+        QTEST(thrown, "text");
+    }
+
+    void repeatedFieldsShareTheirText()
+    {
+        const Rows rows = rowsOf(read("Berlin,x\ny,Berlin"));
+        QCOMPARE(rows[0][0], u"Berlin"_s);
+        QCOMPARE(rows[0][0].constData(), rows[1][1].constData());
+    }
+
+    void filesAreRead_data()
+    {
+        const Table<QByteArray, Rows, QString> row("content", "rows", "problem");
+        row("table", "a,b\nc"_b, Rows({{u"a"_s, u"b"_s}, {u"c"_s}}), QString());
+        row("empty", QByteArray(""), Rows({{u""_s}}), QString());
+        row("malformed", "a\n\"b\"c"_b, Rows(),
+            u"Unexpected delimiter. Expected ',' (0x2C), but got 'c' (0x63) (row 2)");
+    }
+
+    void filesAreRead()
+    {
+        QFETCH(QByteArray, content);
+        const TemporaryTree tree;
+        QString problem = u"old"_s;
+        QTEST(rowsOf(rowsWithContentsOfCSVFile(tree.file(u"t.csv"_s, content), &problem)), "rows");
+        QTEST(problem, "problem");
+
+        QVERIFY(!rowsWithContentsOfCSVFile(tree.path(u"missing.csv"_s), &problem));
+        QVERIFY(!problem.isEmpty());
+        problem.clear();
+        QVERIFY(!rowsWithContentsOfCSVFile(tree.folder(u"folder.csv"_s), &problem));
+        QVERIFY(!problem.isEmpty());
+    }
+
+    void hugeFileIsRefused()
+    {
+        const TemporaryTree tree;
+        QFile file(tree.file(u"huge.csv"_s));
+        QVERIFY(file.resize(qint64{1} << 31)); // takes no space
+        QString problem;
+        QVERIFY(!rowsWithContentsOfCSVFile(file.fileName(), &problem));
+        QVERIFY2(problem.contains("2 GiB"_L1), qPrintable(problem));
+    }
+
+    void nameNeedNotBeUtf8()
+    {
+        const TemporaryTree tree;
+        tree.rawFile("caf\xE9.csv", "a");
+        const QString path = tree.path() + u"/caf"_s + QChar(0xDCE9) + u".csv"_s;
+        QCOMPARE(rowsOf(rowsWithContentsOfCSVFile(path, nullptr)), Rows({{u"a"_s}}));
+    }
 };
 
-void TestCsvReader::textBecomesRows_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<Rows>("rows");
-    const auto row = [](const char *name, const QByteArray &text, const Rows &rows) {
-        QTest::newRow(name) << text << rows;
-    };
-    const QString none = u""_s;
-    row("empty", "", {{none}});
-    row("one cell", "a", {{u"a"_s}});
-    row("blanks stay", " a , b ", {{u" a "_s, u" b "_s}});
-    row("empty cells", ",", {{none, none}});
-    row("last cell empty", "a,", {{u"a"_s, none}});
-    row("final break", "a\n", {{u"a"_s}, {none}});
-    row("only a break", "\n", {{none}, {none}});
-    row("leading blank lines", "\r\n\r\na", {{none}, {u"a"_s}});
-    row("blank lines vanish", "a\n\n\r\n\rb", {{u"a"_s}, {u"b"_s}});
-    row("every kind of break",
-        "a\nb\x0b"
-        "c\fd\re\xC2\x85"
-        "f\xE2\x80\xA8g\xE2\x80\xA9h",
-        {{u"a"_s}, {u"b"_s}, {u"c"_s}, {u"d"_s}, {u"e"_s}, {u"f"_s}, {u"g"_s}, {u"h"_s}});
-    row("ragged", "a\nb,c,d\ne,f", {{u"a"_s}, {u"b"_s, u"c"_s, u"d"_s}, {u"e"_s, u"f"_s}});
-    row("quotes stay", "\"a\",b", {{u"\"a\""_s, u"b"_s}});
-    row("doubled quotes stay", "\"a\"\"b\"", {{u"\"a\"\"b\""_s}});
-    row("only quotes", "\"\",\"\"\"\"", {{u"\"\""_s, u"\"\"\"\""_s}});
-    row("quoted break and comma", "\"a\r\n,b\",c", {{u"\"a\r\n,b\""_s, u"c"_s}});
-    row("unclosed", "x\na,\"b\nc", {{u"x"_s}, {u"a"_s}});
-    row("unclosed at once", "\"", {{}});
-    row("unclosed after doubled", "\"\"\"", {{}});
-    row("NUL ends", "a\0b,c"_b, {{u"a"_s}});
-    row("NUL ends a quoted one", "a,\"b\0\""_b, {{u"a"_s}});
-    row("octothorpe is text", "#a,b#", {{u"#a"_s, u"b#"_s}});
-    row("beyond the BMP", "\xF0\x9F\x98\x80,\xE2\x82\xAC", {{u"\U0001F600"_s, u"€"_s}});
-}
-
-void TestCsvReader::textBecomesRows()
-{
-    QFETCH(QByteArray, text);
-    const TStringTablePtr table = read(text);
-    QVERIFY(table);
-    QTEST(rowsOf(table), "rows");
-}
-
-void TestCsvReader::otherDelimiters()
-{
-    QCOMPARE(rowsOf(read("a,b;\"c;d\"\n", nullptr, u';')),
-             Rows({{u"a,b"_s, u"\"c;d\""_s}, {u""_s}}));
-}
-
-void TestCsvReader::malformedTextHasNoRows_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("error");
-    QTest::newRow("quote after a blank")
-        << "a\nb, \"c\"\nd"_b
-        << u"Unexpected delimiter. Expected ',' (0x2C), but got '\"' (0x22)"_s;
-    QTest::newRow("text after a quote")
-        << "\"a\"b"_b << u"Unexpected delimiter. Expected ',' (0x2C), but got 'b' (0x62)"_s;
-    QTest::newRow("tab after a quote")
-        << "\"a\"\t"_b << u"Unexpected delimiter. Expected ',' (0x2C), but got '\t' (0x9)"_s;
-    QTest::newRow("quote in a text")
-        << "a%1\"b"_b << u"Unexpected delimiter. Expected ',' (0x2C), but got '\"' (0x22)"_s;
-    QTest::newRow("percent sign")
-        << "\"a\"%2"_b << u"Unexpected delimiter. Expected ',' (0x2C), but got '%' (0x25)"_s;
-}
-
-void TestCsvReader::malformedTextHasNoRows()
-{
-    QFETCH(QByteArray, text);
-    QString error;
-    QVERIFY(!read(text, &error));
-    QTEST(error, "error");
-}
-
-void TestCsvReader::encodings_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<Encoding>("encoding");
-    QTest::addColumn<QString>("cell");
-    const QString text = u"é€\U0001F600"_s;
-    const QByteArray utf8 = text.toUtf8();
-    const auto encoded = [&text](QStringConverter::Encoding encoding) {
-        return QByteArray(QStringEncoder(encoding)(text));
-    };
-    const auto row = [](const char *name, const QByteArray &bytes, Encoding encoding,
-                        const QString &cell) { QTest::newRow(name) << bytes << encoding << cell; };
-    row("UTF-8", utf8, Encoding::Utf8, text);
-    row("UTF-8 with mark", "\xEF\xBB\xBF" + utf8, Encoding::Utf8, text);
-    row("only the first mark goes", "\xEF\xBB\xBF\xEF\xBB\xBF", Encoding::Utf8, u"\uFEFF"_s);
-    row("UTF-16LE", "\xFF\xFE" + encoded(QStringConverter::Utf16LE), Encoding::Utf16LE, text);
-    row("UTF-16BE", "\xFE\xFF" + encoded(QStringConverter::Utf16BE), Encoding::Utf16BE, text);
-    row("UTF-16 of two bytes", "\xFF\xFE", Encoding::Utf16LE, u""_s);
-    row("half a pair in UTF-16", "\xFE\xFF\xD8\x3D\0a"_b, Encoding::Utf16BE,
-        QString(QChar(0xD83D)) + 'a'_L1);
-    row("UTF-32LE", "\xFF\xFE\0\0"_b + encoded(QStringConverter::Utf32LE), Encoding::Utf32LE, text);
-    row("UTF-32BE", "\0\0\xFE\xFF"_b + encoded(QStringConverter::Utf32BE), Encoding::Utf32BE, text);
-    row("ISO-2022-KR",
-        "\x1B$)Ca\x0E\x30\x21\x31\x40\x0F"
-        "b",
-        Encoding::Iso2022Kr, u"a가굼b"_s);
-    row("Korean signs and a second designator", "\x1B$)C\x1B$)C\x0E!$!*\x0F\x0E\x0F",
-        Encoding::Iso2022Kr, u"·―"_s);
-    row("Korean over the end of the first block",
-        "\x1B$)C" + QByteArray(505, 'x') + "\x0E\x30\x21\x31\x40\x1B$)C\x0Fy", Encoding::Iso2022Kr,
-        QString(505, 'x'_L1) + u"가굼y"_s);
-    row("Korean designator over the end of the block",
-        "\x1B$)C" + QByteArray(506, 'x') + "\x1B$)Cy", Encoding::Iso2022Kr,
-        QString(506, 'x'_L1) + 'y'_L1);
-    row("Mac OS Roman", "caf\x8E \xDB\xF0 and so on", Encoding::MacRoman,
-        u"café €\uF8FF and so on"_s);
-    row("character cut by the first block", QByteArray(511, 'x') + utf8, Encoding::Utf8,
-        QString(511, 'x'_L1) + text);
-    row("bad byte before the last three of the block", QByteArray(508, 'x') + "\xE9xxxxx",
-        Encoding::MacRoman, QString(508, 'x'_L1) + u"Èxxxxx"_s);
-}
-
-void TestCsvReader::encodings()
-{
-    QFETCH(QByteArray, bytes);
-    setLogSink([](const QString &) {});
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QTEST(TCSVStream(buffer).encoding(), "encoding");
-    QFETCH(QString, cell);
-    QCOMPARE(rowsOf(read(bytes)), Rows({{cell}}));
-}
-
-void TestCsvReader::undecodableTextIsRefused_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("where");
-    QTest::newRow("after the first block") << QByteArray(600, 'x') + "\xE9,b" << u"number 601."_s;
-    QTest::newRow("across two blocks")
-        << QByteArray(512 + 65536 - 1, 'x') + "\xC3x" << u"number 66048."_s;
-    QTest::newRow("character cut at the end") << "abcdef\xE2\x82"_b << u"number 7."_s;
-    QTest::newRow("odd UTF-16") << "\xFF\xFE"
-                                   "a\0b"_b
-                                << u"number 5."_s;
-    QTest::newRow("half a pair in UTF-32") << "\xFF\xFE\0\0\0\xD8\0\0"_b << u"number 5."_s;
-    QTest::newRow("Korean with an eighth bit") << "\x1B$)Ca\xB0\xA1"_b << u"ISO-2022-KR"_s;
-    QTest::newRow("half a Korean character") << "\x1B$)C\x0E\x30\n"_b << u"ISO-2022-KR"_s;
-    QTest::newRow("Korean cut at the end") << "\x1B$)C\x0E\x30"_b << u"ISO-2022-KR"_s;
-    QTest::newRow("no such Korean character") << "\x1B$)C\x0E\x2D\x21"_b << u"ISO-2022-KR"_s;
-    QTest::newRow("cut UTF-32") << "\xFF\xFE\0\0a\0\0\0b"_b << u"number 9."_s;
-}
-
-void TestCsvReader::undecodableTextIsRefused()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(QString, where);
-    QString error;
-    QVERIFY(!read(bytes, &error));
-    QVERIFY2(error.contains(where), qPrintable(error));
-}
-
-void TestCsvReader::whatStandsBeforeBadBytesDecides()
-{
-    const QByteArray bad = QByteArray(600, 'y') + '\xFF';
-    QCOMPARE(rowsOf(read("a,b\0"_b + bad)), Rows({{u"a"_s, u"b"_s}}));
-    QCOMPARE(rowsOf(read(QByteArray(600, 'x') + ",b\0\xFF"_b)),
-             Rows({{QString(600, 'x'_L1), u"b"_s}}));
-    QString error;
-    QVERIFY(!read("a\n\"b\"c" + bad, &error));
-    QVERIFY2(error.startsWith("Unexpected delimiter."_L1), qPrintable(error));
-}
-
-void TestCsvReader::macRomanIsAnnounced()
-{
-    QStringList lines;
-    setLogSink([&lines](const QString &line) { lines << line; });
-    read("plain");
-    QVERIFY(lines.isEmpty());
-    read("caf\x8E and so on");
-    QCOMPARE(lines, {u"unable to determine stream encoding; assuming MacOSRoman"_s});
-}
-
-void TestCsvReader::blocksMayCutAnything()
-{
-    // Shifts quotes, breaks, commas and characters of several bytes over the ends of the blocks.
-    const QByteArray record = "\"\"\"é\"\"\r\n,\",\U0001F600,\"\"\r\n";
-    QByteArray body;
-    while (body.size() < 200'000)
-        body += record;
-    const QStringList row{u"\"\"\"é\"\"\r\n,\""_s, u"\U0001F600"_s, u"\"\""_s};
-    for (int shift = 0; shift < record.size(); ++shift) {
-        const Rows rows = rowsOf(read(QByteArray(shift, 'x') + '\n' + body));
-        QCOMPARE(rows.size(), body.size() / record.size() + 2);
-        QVERIFY2(rows.count(row) == rows.size() - 2, qPrintable(QString::number(shift)));
-    }
-}
-
-void TestCsvReader::eventsComeInOrder()
-{
-    QByteArray text = "a,b\nc\"";
-    QBuffer buffer(&text);
-    buffer.open(QIODevice::ReadOnly);
-    TCSVStream stream(buffer);
-    TCSVParser parser(&stream, u',');
-    Recorder recorder;
-    parser.setDelegate(&recorder);
-    parser.parse();
-    QCOMPARE(recorder.events(),
-             QStringList({u"document"_s, u"line 1"_s, u"0 a"_s, u"1 b"_s, u"end 1"_s, u"line 2"_s,
-                          u"0 c"_s, u"end 2"_s, u"error 1 in 2"_s}));
-}
-
-void TestCsvReader::delegateMayEndParsing()
-{
-    struct Limited : Recorder
-    {
-        void parserDidReadField(TCSVParser &parser, QStringView field, qsizetype index) override
-        {
-            Recorder::parserDidReadField(parser, field, index);
-            parser.fail(TCSVError::kTooLarge, u"enough"_s);
-        }
-    };
-    QByteArray text = "a\nb\nc";
-    QBuffer buffer(&text);
-    buffer.open(QIODevice::ReadOnly);
-    TCSVStream stream(buffer);
-    TCSVParser parser(&stream, u',');
-    Limited limited;
-    parser.setDelegate(&limited);
-    parser.parse();
-    QCOMPARE(limited.events(),
-             QStringList({u"document"_s, u"line 1"_s, u"0 a"_s, u"end 1"_s, u"error 3 in 1"_s}));
-}
-
-void TestCsvReader::impossibleParsersThrow_data()
-{
-    QTest::addColumn<bool>("withStream");
-    QTest::addColumn<char16_t>("delimiter");
-    QTest::addColumn<QByteArray>("text");
-    const QByteArray newline = "The field delimiter may not be a newline";
-    QTest::newRow("stream") << false << u','
-                            << QByteArray("Invalid parameter not satisfying: stream");
-    QTest::newRow("zero") << true << u'\0'
-                          << QByteArray("Invalid parameter not satisfying: delimiter");
-    QTest::newRow("line feed") << true << u'\n' << newline;
-    QTest::newRow("vertical tab") << true << u'\v' << newline;
-    QTest::newRow("next line") << true << u'\u0085' << newline;
-    QTest::newRow("paragraph") << true << u'\u2029' << newline;
-    QTest::newRow("quote") << true << u'"'
-                           << QByteArray("The field delimiter may not be a double quote");
-    QTest::newRow("octothorpe") << true << u'#'
-                                << QByteArray("The field delimiter may not be an octothorpe");
-}
-
-void TestCsvReader::impossibleParsersThrow()
-{
-    QFETCH(bool, withStream);
-    QFETCH(char16_t, delimiter);
-    QBuffer buffer;
-    buffer.open(QIODevice::ReadOnly);
-    TCSVStream stream(buffer);
-    QByteArray thrown;
-    try {
-        const TCSVParser parser(withStream ? &stream : nullptr, delimiter);
-    } catch (const std::logic_error &error) {
-        thrown = error.what();
-    }
-    QTEST(thrown, "text");
-}
-
-void TestCsvReader::repeatedFieldsShareTheirText()
-{
-    const Rows rows = rowsOf(read("Berlin,x\ny,Berlin"));
-    QCOMPARE(rows[0][0], u"Berlin"_s);
-    QCOMPARE(rows[0][0].constData(), rows[1][1].constData());
-}
-
-void TestCsvReader::filesAreRead_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<Rows>("rows");
-    QTest::addColumn<QString>("problem");
-    QTest::newRow("table") << "a,b\nc"_b << Rows({{u"a"_s, u"b"_s}, {u"c"_s}}) << QString();
-    QTest::newRow("empty") << QByteArray("") << Rows({{u""_s}}) << QString();
-    QTest::newRow("malformed")
-        << "a\n\"b\"c"_b << Rows()
-        << u"Unexpected delimiter. Expected ',' (0x2C), but got 'c' (0x63) (row 2)"_s;
-}
-
-void TestCsvReader::filesAreRead()
-{
-    QFETCH(QByteArray, content);
-    const TemporaryTree tree;
-    QString problem = u"old"_s;
-    QTEST(rowsOf(rowsWithContentsOfCSVFile(tree.file(u"t.csv"_s, content), &problem)), "rows");
-    QTEST(problem, "problem");
-
-    QVERIFY(!rowsWithContentsOfCSVFile(tree.path(u"missing.csv"_s), &problem));
-    QVERIFY(!problem.isEmpty());
-    problem.clear();
-    QVERIFY(!rowsWithContentsOfCSVFile(tree.folder(u"folder.csv"_s), &problem));
-    QVERIFY(!problem.isEmpty());
-}
-
-void TestCsvReader::hugeFileIsRefused()
-{
-    const TemporaryTree tree;
-    QFile file(tree.file(u"huge.csv"_s));
-    QVERIFY(file.resize(qint64{1} << 31)); // takes no space
-    QString problem;
-    QVERIFY(!rowsWithContentsOfCSVFile(file.fileName(), &problem));
-    QVERIFY2(problem.contains("2 GiB"_L1), qPrintable(problem));
-}
-
-void TestCsvReader::nameNeedNotBeUtf8()
-{
-    const TemporaryTree tree;
-    tree.rawFile("caf\xE9.csv", "a");
-    const QString path = tree.path() + u"/caf"_s + QChar(0xDCE9) + u".csv"_s;
-    QCOMPARE(rowsOf(rowsWithContentsOfCSVFile(path, nullptr)), Rows({{u"a"_s}}));
-}
-
-Q_DECLARE_METATYPE(TCSVStream::Encoding)
 QTEST_GUILESS_MAIN(TestCsvReader)
 #include "tst_csvreader.moc"

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "metadata/TCSVRule.h"
 #include "platform/TreeCoder.h"
-
-#include <QTest>
+#include "support/Table.h"
 
 #include <limits>
 
@@ -50,220 +49,195 @@ class TestCsvRule : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void rowsInTurn_data();
-    void rowsInTurn();
-    void cells_data();
-    void cells();
-    void noTableCountsNothing();
-    void unsetDefaultBecomesEmpty();
-    void runsStartAgain();
-    void tile_data();
-    void tile();
-    void archiveKeepsAllButTheCounter();
-    void emptyArchiveReadsAsUnset();
-    void copySharesTheTable();
-    void propertiesAreTakenWhenPresent();
+    void rowsInTurn_data()
+    {
+        const Table<QVariantMap, TStringTablePtr, QString, QStringList> row("settings", "rows",
+                                                                            "expected", "problems");
+        const auto settings = [](bool skipFirst, bool wrap) {
+            return QVariantMap{{u"skipFirst"_s, skipFirst}, {u"wrap"_s, wrap}};
+        };
+        const auto noRow = [](int number, int file) {
+            return u"1 CSV table: Row %1 does not exist. Default used. File: /d/%2.txt"_s
+                .arg(number)
+                .arg(file);
+        };
+        const QString missing = u"(csv err)"_s;
+        row("wrap", settings(false, true), threeRows(), u"r0 r1 r2 r0 r1", {});
+        row("header, wrap", settings(true, true), threeRows(), u"r1 r2 r1 r2 r1", {});
+        row("header, no wrap", settings(true, false), threeRows(),
+            u"r1 r2 (csv err) (csv err) (csv err)", {noRow(3, 2), noRow(4, 3), noRow(5, 4)});
+        row("no wrap", settings(false, false), table({{u"a"_s}, {u"b"_s}, {u"c"_s}, {u"d"_s}}),
+            u"a b c d (csv err)", {noRow(4, 4)});
+        const QString fiveMissing = QStringList(5, missing).join(' '_L1);
+        row("no rows, wrap", settings(false, true), table({}), fiveMissing,
+            {noRow(0, 0), noRow(1, 1), noRow(2, 2), noRow(3, 3), noRow(4, 4)});
+        row("only a header, wrap", settings(true, true), table({{u"head"_s}}), fiveMissing,
+            {noRow(1, 0), noRow(2, 1), noRow(3, 2), noRow(4, 3), noRow(5, 4)});
+    }
+
+    void rowsInTurn()
+    {
+        QFETCH(QVariantMap, settings);
+        QFETCH(TStringTablePtr, rows);
+        TCSVRule rule;
+        rule.setProperties(settings);
+        rule.setTheRows(rows);
+        QStringList problems;
+        QTEST(evaluated(rule, 5, &problems), "expected");
+        QTEST(problems, "problems");
+        QCOMPARE(rule.globalCounter(), quint64{5});
+    }
+
+    void cells_data()
+    {
+        Table<QString, qint64, bool, QString, QStringList>("cell", "column", "trim", "expected",
+                                                           "problems");
+        const auto row = [](const char *name, const QString &cell, bool trim,
+                            const QString &expected) {
+            QTest::newRow(name) << cell << qint64{1} << trim << expected << QStringList();
+        };
+        row("plain", u"Smith"_s, true, u"Smith"_s);
+        row("quoted", u"\"Smith\""_s, true, u"Smith"_s);
+        row("quotes kept", u"\"Smith\""_s, false, u"\"Smith\""_s);
+        row("inner doubled quote", u"\"a\"\"b\""_s, true, u"a\"\"b"_s);
+        row("quotes inside blanks", u" \"a\" "_s, true, u" \"a\" "_s);
+        row("nothing but quotes", u"\"\"\"\""_s, true, u""_s);
+        row("empty", u""_s, true, u""_s);
+        const auto noColumn = [](qint64 column) {
+            return QStringList{
+                u"1 CSV table: Column %1 does not exist for row 0. Default used. File: /d/0.txt"_s
+                    .arg(column)};
+        };
+        for (const qint64 column : {qint64{2}, qint64{-1}, kMost, -kMost})
+            QTest::addRow("column %lld", static_cast<long long>(column))
+                << u"a"_s << column << true << u"(csv err)"_s << noColumn(column);
+    }
+
+    void cells()
+    {
+        QFETCH(QString, cell);
+        QFETCH(qint64, column);
+        QFETCH(bool, trim);
+        TCSVRule rule;
+        rule.setTheRows(table({{u"first"_s, cell}}));
+        rule.setUseColumn(column);
+        rule.setTrimQuotes(trim);
+        QStringList problems;
+        QTEST(evaluated(rule, 1, &problems), "expected");
+        QTEST(problems, "problems");
+        QCOMPARE(rule.globalCounter(), quint64{1});
+    }
+
+    void noTableCountsNothing()
+    {
+        TCSVRule rule;
+        QStringList problems;
+        QCOMPARE(evaluated(rule, 2, &problems), u"(csv err) (csv err)"_s);
+        QCOMPARE(problems, QStringList({u"1 No CSV loaded. Default text used. File: /d/0.txt"_s,
+                                        u"1 No CSV loaded. Default text used. File: /d/1.txt"_s}));
+        QCOMPARE(rule.globalCounter(), quint64{0});
+    }
+
+    void unsetDefaultBecomesEmpty()
+    {
+        TCSVRule rule;
+        rule.setDefaultText({});
+        QCOMPARE(evaluated(rule, 1), u""_s);
+        QVERIFY(rule.properties().contains(u"defaultText"_s));
+    }
+
+    void runsStartAgain()
+    {
+        TCSVRule rule;
+        rule.setTheRows(threeRows());
+        QCOMPARE(evaluated(rule, 2), u"r0 r1"_s);
+        rule.prepareToStart();
+        QCOMPARE(evaluated(rule, 1), u"r0"_s);
+        rule.setProperties({});
+        QCOMPARE(evaluated(rule, 1), u"r0"_s);
+    }
+
+    void tile_data()
+    {
+        const Table<bool, qint64, QString> row("loaded", "column", "name");
+        row("none", false, 4, u"CSV:!!no Data !!");
+        row("first", true, 0, u"CSV: Col(1)");
+        row("tenth", true, 9, u"CSV: Col(10)");
+        row("last number", true, kMost, u"CSV: Col(-9223372036854775808)");
+    }
+
+    void tile()
+    {
+        QFETCH(bool, loaded);
+        QFETCH(qint64, column);
+        TCSVRule rule;
+        QCOMPARE(rule.name(), u"CSV:!!no Data !!"_s);
+        rule.setTheRows(loaded ? threeRows() : nullptr);
+        rule.setUseColumn(column);
+        rule.updatePreview();
+        QTEST(rule.name(), "name");
+    }
+
+    void archiveKeepsAllButTheCounter()
+    {
+        TCSVRule rule;
+        rule.setProperties({{u"theRows"_s, QVariant::fromValue(threeRows())},
+                            {u"skipFirst"_s, true},
+                            {u"wrap"_s, false},
+                            {u"trimQuotes"_s, false},
+                            {u"useColumn"_s, 1},
+                            {u"defaultText"_s, u"none"_s}});
+        rule.updatePreview();
+        QCOMPARE(evaluated(rule, 1), u"x1"_s);
+        TreeArchive archive;
+        archive.appendObject(rule.archiveClass(),
+                             [&rule](TEncoder &coder) { rule.encodeWithCoder(coder); });
+        const auto decoded = TCSVRule::decoding();
+        archive.forEachObject([&decoded](const TDecoder &coder) { decoded->initWithCoder(coder); });
+        QCOMPARE(decoded->properties(), rule.properties());
+        QCOMPARE(decoded->theRows(), rule.theRows());
+        QCOMPARE(evaluated(*decoded, 3), u"x1 x2 none"_s);
+    }
+
+    void emptyArchiveReadsAsUnset()
+    {
+        TreeArchive archive;
+        archive.appendObject(TCSVRule().archiveClass(), [](TEncoder &) {});
+        const auto decoded = TCSVRule::decoding();
+        archive.forEachObject([&decoded](const TDecoder &coder) { decoded->initWithCoder(coder); });
+        QVERIFY(!decoded->wrap());
+        QVERIFY(!decoded->trimQuotes());
+        QVERIFY(!decoded->theRows());
+        QVERIFY(decoded->defaultText().isNull());
+        QVERIFY(!decoded->theColor().isSet());
+        QCOMPARE(decoded->name(), u"CSV:!!no Data !!"_s);
+    }
+
+    void copySharesTheTable()
+    {
+        TCSVRule rule;
+        rule.setTheRows(threeRows());
+        evaluated(rule, 2);
+        const auto copy = std::dynamic_pointer_cast<TCSVRule>(rule.copy());
+        QVERIFY(copy);
+        QCOMPARE(copy->theRows().get(), rule.theRows().get());
+        QCOMPARE(evaluated(*copy, 1), u"r0"_s);
+        QCOMPARE(copy->theColor(), rule.theColor());
+    }
+
+    void propertiesAreTakenWhenPresent()
+    {
+        TCSVRule rule;
+        QVERIFY(!rule.properties().contains(u"theRows"_s));
+        rule.setProperties({{u"useColumn"_s, 2}});
+        QVERIFY(rule.wrap());
+        QCOMPARE(rule.defaultText(), u"(csv err)"_s);
+        QCOMPARE(rule.useColumn(), 2);
+        rule.setTheRows(threeRows());
+        rule.setProperties({{u"wrap"_s, false}});
+        QVERIFY(rule.theRows());
+    }
 };
-
-void TestCsvRule::rowsInTurn_data()
-{
-    QTest::addColumn<QVariantMap>("settings");
-    QTest::addColumn<TStringTablePtr>("rows");
-    QTest::addColumn<QString>("expected");
-    QTest::addColumn<QStringList>("problems");
-    const auto settings = [](bool skipFirst, bool wrap) {
-        return QVariantMap{{u"skipFirst"_s, skipFirst}, {u"wrap"_s, wrap}};
-    };
-    const auto noRow = [](int row, int file) {
-        return u"1 CSV table: Row %1 does not exist. Default used. File: /d/%2.txt"_s.arg(row).arg(
-            file);
-    };
-    const QString missing = u"(csv err)"_s;
-    QTest::newRow("wrap") << settings(false, true) << threeRows() << u"r0 r1 r2 r0 r1"_s
-                          << QStringList();
-    QTest::newRow("header, wrap") << settings(true, true) << threeRows() << u"r1 r2 r1 r2 r1"_s
-                                  << QStringList();
-    QTest::newRow("header, no wrap")
-        << settings(true, false) << threeRows() << u"r1 r2 (csv err) (csv err) (csv err)"_s
-        << QStringList{noRow(3, 2), noRow(4, 3), noRow(5, 4)};
-    QTest::newRow("no wrap") << settings(false, false)
-                             << table({{u"a"_s}, {u"b"_s}, {u"c"_s}, {u"d"_s}})
-                             << u"a b c d (csv err)"_s << QStringList{noRow(4, 4)};
-    const QString fiveMissing = QStringList(5, missing).join(' '_L1);
-    QTest::newRow("no rows, wrap")
-        << settings(false, true) << table({}) << fiveMissing
-        << QStringList{noRow(0, 0), noRow(1, 1), noRow(2, 2), noRow(3, 3), noRow(4, 4)};
-    QTest::newRow("only a header, wrap")
-        << settings(true, true) << table({{u"head"_s}}) << fiveMissing
-        << QStringList{noRow(1, 0), noRow(2, 1), noRow(3, 2), noRow(4, 3), noRow(5, 4)};
-}
-
-void TestCsvRule::rowsInTurn()
-{
-    QFETCH(QVariantMap, settings);
-    QFETCH(TStringTablePtr, rows);
-    TCSVRule rule;
-    rule.setProperties(settings);
-    rule.setTheRows(rows);
-    QStringList problems;
-    QTEST(evaluated(rule, 5, &problems), "expected");
-    QTEST(problems, "problems");
-    QCOMPARE(rule.globalCounter(), quint64{5});
-}
-
-void TestCsvRule::cells_data()
-{
-    QTest::addColumn<QString>("cell");
-    QTest::addColumn<qint64>("column");
-    QTest::addColumn<bool>("trim");
-    QTest::addColumn<QString>("expected");
-    QTest::addColumn<QStringList>("problems");
-    const auto row = [](const char *name, const QString &cell, bool trim, const QString &expected) {
-        QTest::newRow(name) << cell << qint64{1} << trim << expected << QStringList();
-    };
-    row("plain", u"Smith"_s, true, u"Smith"_s);
-    row("quoted", u"\"Smith\""_s, true, u"Smith"_s);
-    row("quotes kept", u"\"Smith\""_s, false, u"\"Smith\""_s);
-    row("inner doubled quote", u"\"a\"\"b\""_s, true, u"a\"\"b"_s);
-    row("quotes inside blanks", u" \"a\" "_s, true, u" \"a\" "_s);
-    row("nothing but quotes", u"\"\"\"\""_s, true, u""_s);
-    row("empty", u""_s, true, u""_s);
-    const auto noColumn = [](qint64 column) {
-        return QStringList{
-            u"1 CSV table: Column %1 does not exist for row 0. Default used. File: /d/0.txt"_s.arg(
-                column)};
-    };
-    for (const qint64 column : {qint64{2}, qint64{-1}, kMost, -kMost})
-        QTest::addRow("column %lld", static_cast<long long>(column))
-            << u"a"_s << column << true << u"(csv err)"_s << noColumn(column);
-}
-
-void TestCsvRule::cells()
-{
-    QFETCH(QString, cell);
-    QFETCH(qint64, column);
-    QFETCH(bool, trim);
-    TCSVRule rule;
-    rule.setTheRows(table({{u"first"_s, cell}}));
-    rule.setUseColumn(column);
-    rule.setTrimQuotes(trim);
-    QStringList problems;
-    QTEST(evaluated(rule, 1, &problems), "expected");
-    QTEST(problems, "problems");
-    QCOMPARE(rule.globalCounter(), quint64{1});
-}
-
-void TestCsvRule::noTableCountsNothing()
-{
-    TCSVRule rule;
-    QStringList problems;
-    QCOMPARE(evaluated(rule, 2, &problems), u"(csv err) (csv err)"_s);
-    QCOMPARE(problems, QStringList({u"1 No CSV loaded. Default text used. File: /d/0.txt"_s,
-                                    u"1 No CSV loaded. Default text used. File: /d/1.txt"_s}));
-    QCOMPARE(rule.globalCounter(), quint64{0});
-}
-
-void TestCsvRule::unsetDefaultBecomesEmpty()
-{
-    TCSVRule rule;
-    rule.setDefaultText({});
-    QCOMPARE(evaluated(rule, 1), u""_s);
-    QVERIFY(rule.properties().contains(u"defaultText"_s));
-}
-
-void TestCsvRule::runsStartAgain()
-{
-    TCSVRule rule;
-    rule.setTheRows(threeRows());
-    QCOMPARE(evaluated(rule, 2), u"r0 r1"_s);
-    rule.prepareToStart();
-    QCOMPARE(evaluated(rule, 1), u"r0"_s);
-    rule.setProperties({});
-    QCOMPARE(evaluated(rule, 1), u"r0"_s);
-}
-
-void TestCsvRule::tile_data()
-{
-    QTest::addColumn<bool>("loaded");
-    QTest::addColumn<qint64>("column");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("none") << false << qint64{4} << u"CSV:!!no Data !!"_s;
-    QTest::newRow("first") << true << qint64{0} << u"CSV: Col(1)"_s;
-    QTest::newRow("tenth") << true << qint64{9} << u"CSV: Col(10)"_s;
-    QTest::newRow("last number") << true << kMost << u"CSV: Col(-9223372036854775808)"_s;
-}
-
-void TestCsvRule::tile()
-{
-    QFETCH(bool, loaded);
-    QFETCH(qint64, column);
-    TCSVRule rule;
-    QCOMPARE(rule.name(), u"CSV:!!no Data !!"_s);
-    rule.setTheRows(loaded ? threeRows() : nullptr);
-    rule.setUseColumn(column);
-    rule.updatePreview();
-    QTEST(rule.name(), "name");
-}
-
-void TestCsvRule::archiveKeepsAllButTheCounter()
-{
-    TCSVRule rule;
-    rule.setProperties({{u"theRows"_s, QVariant::fromValue(threeRows())},
-                        {u"skipFirst"_s, true},
-                        {u"wrap"_s, false},
-                        {u"trimQuotes"_s, false},
-                        {u"useColumn"_s, 1},
-                        {u"defaultText"_s, u"none"_s}});
-    rule.updatePreview();
-    QCOMPARE(evaluated(rule, 1), u"x1"_s);
-    TreeArchive archive;
-    archive.appendObject(rule.archiveClass(),
-                         [&rule](TEncoder &coder) { rule.encodeWithCoder(coder); });
-    const auto decoded = TCSVRule::decoding();
-    archive.forEachObject([&decoded](const TDecoder &coder) { decoded->initWithCoder(coder); });
-    QCOMPARE(decoded->properties(), rule.properties());
-    QCOMPARE(decoded->theRows(), rule.theRows());
-    QCOMPARE(evaluated(*decoded, 3), u"x1 x2 none"_s);
-}
-
-void TestCsvRule::emptyArchiveReadsAsUnset()
-{
-    TreeArchive archive;
-    archive.appendObject(TCSVRule().archiveClass(), [](TEncoder &) {});
-    const auto decoded = TCSVRule::decoding();
-    archive.forEachObject([&decoded](const TDecoder &coder) { decoded->initWithCoder(coder); });
-    QVERIFY(!decoded->wrap());
-    QVERIFY(!decoded->trimQuotes());
-    QVERIFY(!decoded->theRows());
-    QVERIFY(decoded->defaultText().isNull());
-    QVERIFY(!decoded->theColor().isSet());
-    QCOMPARE(decoded->name(), u"CSV:!!no Data !!"_s);
-}
-
-void TestCsvRule::copySharesTheTable()
-{
-    TCSVRule rule;
-    rule.setTheRows(threeRows());
-    evaluated(rule, 2);
-    const auto copy = std::dynamic_pointer_cast<TCSVRule>(rule.copy());
-    QVERIFY(copy);
-    QCOMPARE(copy->theRows().get(), rule.theRows().get());
-    QCOMPARE(evaluated(*copy, 1), u"r0"_s);
-    QCOMPARE(copy->theColor(), rule.theColor());
-}
-
-void TestCsvRule::propertiesAreTakenWhenPresent()
-{
-    TCSVRule rule;
-    QVERIFY(!rule.properties().contains(u"theRows"_s));
-    rule.setProperties({{u"useColumn"_s, 2}});
-    QVERIFY(rule.wrap());
-    QCOMPARE(rule.defaultText(), u"(csv err)"_s);
-    QCOMPARE(rule.useColumn(), 2);
-    rule.setTheRows(threeRows());
-    rule.setProperties({{u"wrap"_s, false}});
-    QVERIFY(rule.theRows());
-}
 
 QTEST_GUILESS_MAIN(TestCsvRule)
 #include "tst_csvrule.moc"
