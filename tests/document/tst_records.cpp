@@ -3,10 +3,10 @@
 #include "document/TFileObject.h"
 #include "platform/KeyedArchiver.h"
 #include "platform/KeyedUnarchiver.h"
+#include "support/Table.h"
 #include "support/TemporaryTree.h"
 
 #include <QBuffer>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -15,184 +15,153 @@ class TestRecords : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void logStatus_data();
-    void logStatus();
-    void paletteRepeatsItsCycle();
-    void entryOfARealFile_data();
-    void entryOfARealFile();
-    void entryKnowsItsFacts();
-    void placeholderNames();
-    void propertiesHoldWhatIsSet();
-    void setPropertiesLeavesTheRest();
-    void copySharesFieldsButNotProblems();
-    void archiveRoundTrip();
+    void logStatus_data()
+    {
+        const Table<QList<int>, int, QString> row("levels", "status", "image");
+        row("empty", QList<int>{}, 0, u"tick");
+        row("level 0 only", QList<int>{0}, 0, u"tick");
+        row("warnings", QList<int>{1, 1}, 1, u"achtung");
+        row("critical first", QList<int>{2, 1}, 2, u"stop");
+        row("critical last", QList<int>{1, 2}, 2, u"stop");
+    }
+
+    void logStatus()
+    {
+        QFETCH(QList<int>, levels);
+        TErrorLog log;
+        for (const int level : levels)
+            log.addErrorOfType(level, u"x"_s);
+        QTEST(log.currentStatus(), "status");
+        QTEST(log.currentStatusImage().name(), "image");
+        QCOMPARE(log.numberOfErrorsWithType(1), levels.count(1));
+    }
+
+    void entryOfARealFile_data()
+    {
+        const Table<QString, QString, QString> row("name", "fileName", "extension");
+        row("plain", u"a.txt", u"a", u"txt");
+        row("leading dot", u".bashrc", u".bashrc", u"");
+    }
+
+    void entryOfARealFile()
+    {
+        QFETCH(QString, name);
+        const TemporaryTree tree;
+        const QString path = tree.file(u"Folder/"_s + name, "12345");
+        const auto entry = TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(path));
+        QCOMPARE(entry->thePath(), path);
+        QTEST(entry->fileName(), "fileName");
+        QTEST(entry->extension(), "extension");
+        QCOMPARE(entry->parent(), u"Folder"_s);
+        QCOMPARE(entry->targetName(), u"target-"_s + entry->fileName());
+        QCOMPARE(entry->size(), 5);
+        QCOMPARE(entry->errLevel(), 0);
+    }
+
+    void entryKnowsItsFacts()
+    {
+        QVERIFY(!TFileObject::newFileObjectWithURL(TFileURL()));
+        const TemporaryTree tree;
+        const QString path = tree.file(u"a.txt"_s);
+        const auto entry = TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(path));
+        QVERIFY(entry->modificationDate().isSet());
+        QVERIFY(entry->creationDate().isSet());
+        QVERIFY(entry->item().facts.inode != 0);
+        const auto root = TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(u"/"_s));
+        QCOMPARE(root->parent(), u""_s);
+    }
+
+    void placeholderNames()
+    {
+        const auto dummy = TFileObject::dummyObjectWithName(u"a"_s);
+        QCOMPARE(dummy->fileName(), u"a"_s);
+        QCOMPARE(dummy->targetName(), u"target a"_s);
+    }
+
+    void propertiesHoldWhatIsSet()
+    {
+        const TFileObject empty;
+        const QStringList always{u"errLog"_s, u"hasBeenProcessed"_s, u"size"_s};
+        QCOMPARE(empty.properties().keys(), always);
+    }
+
+    void setPropertiesLeavesTheRest()
+    {
+        const TemporaryTree tree;
+        const auto entry =
+            TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(tree.file(u"d/a.txt"_s)));
+        entry->setProperties({{u"fileName"_s, u"other"_s}, {u"size"_s, qint64{7}}});
+        QCOMPARE(entry->fileName(), u"other"_s);
+        QCOMPARE(entry->size(), 7);
+        QCOMPARE(entry->extension(), u"txt"_s);
+        QCOMPARE(entry->parent(), u"d"_s);
+        entry->setProperties({});
+        QCOMPARE(entry->fileName(), u"other"_s);
+    }
+
+    void copySharesFieldsButNotProblems()
+    {
+        const TemporaryTree tree;
+        const auto entry =
+            TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(tree.file(u"a.txt"_s)));
+        entry->setImageProperties(TMetadata::fromVariantMap({{u"PixelWidth"_s, 4032}}));
+        entry->setTargetName(u"new"_s);
+        entry->logErrorType(1, u"w"_s, nullptr);
+        const auto copy = entry->copy();
+        copy->logErrorType(2, u"c"_s, nullptr);
+        QCOMPARE(copy->imageProperties(), entry->imageProperties());
+        QCOMPARE(copy->targetName(), u"new"_s);
+        QCOMPARE(copy->thePath(), entry->thePath());
+        QCOMPARE(entry->errLevel(), 1);
+        QCOMPARE(copy->errLevel(), 2);
+    }
+
+    void archiveRoundTrip()
+    {
+        const TemporaryTree tree;
+        const auto entry = TFileObject::newFileObjectWithURL(
+            TFileURL::fileURLWithPath(tree.file(u"d/ä b.txt"_s, "1")));
+        TAttributedString shown(u"New"_s, TColor(1, 2, 3), {});
+        shown.append(u"Name", TColor(4, 5, 6));
+        entry->setTargetName(shown.string());
+        entry->setAttributedTargetName(shown);
+        entry->setAttributedTargetExtension(TAttributedString(u".TXT"_s));
+        entry->setImageProperties(
+            TMetadata::fromVariantMap({{u"{Exif}"_s, QVariantMap{{u"FNumber"_s, 2.8}}}}));
+        entry->setHasBeenProcessed(true);
+        entry->setTargetURL(TFileURL::fileURLWithPath(u"/x/NewName.TXT"_s));
+        TErrorLog batch;
+        entry->logErrorType(1, u"careful"_s, &batch);
+        QCOMPARE(batch, entry->errLog());
+
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        KeyedArchiver archiver(buffer);
+        archiver.appendObject(TFileObject::archiveClass(),
+                              [&](TEncoder &coder) { entry->encodeWithCoder(coder); });
+        QVERIFY(archiver.finish());
+        auto archive = KeyedUnarchiver::fromData(buffer.data());
+        QVERIFY2(archive, qPrintable(archive.message()));
+        TFileObject read;
+        archive.value().forEachObject([&](const TDecoder &coder) { read.initWithCoder(coder); });
+
+        QCOMPARE(read.thePath(), entry->thePath());
+        QVERIFY(read.sourceURL() == entry->sourceURL());
+        QVERIFY(read.targetURL() == entry->targetURL());
+        QCOMPARE(read.fileName(), u"ä b"_s);
+        QCOMPARE(read.extension(), u"txt"_s);
+        QCOMPARE(read.parent(), u"d"_s);
+        QVERIFY(read.attributedTargetName() == shown);
+        QVERIFY(read.attributedTargetExtension() == entry->attributedTargetExtension());
+        QCOMPARE(read.size(), 1);
+        QCOMPARE(read.errLog(), entry->errLog());
+        QVERIFY(read.hasBeenProcessed());
+        QCOMPARE(read.imageProperties()->value(u"{Exif}"_s, u"FNumber"_s).toDouble(), 2.8);
+        QVERIFY(!read.ID3());
+        // Archived dates are in seconds as a double, so microseconds are what survives.
+        QVERIFY(std::abs(read.modificationDate().nanos - entry->modificationDate().nanos) < 1000);
+    }
 };
-
-void TestRecords::logStatus_data()
-{
-    QTest::addColumn<QList<int>>("levels");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("image");
-    QTest::newRow("empty") << QList<int>{} << 0 << u"tick"_s;
-    QTest::newRow("level 0 only") << QList<int>{0} << 0 << u"tick"_s;
-    QTest::newRow("warnings") << QList<int>{1, 1} << 1 << u"achtung"_s;
-    QTest::newRow("critical first") << QList<int>{2, 1} << 2 << u"stop"_s;
-    QTest::newRow("critical last") << QList<int>{1, 2} << 2 << u"stop"_s;
-}
-
-void TestRecords::logStatus()
-{
-    QFETCH(QList<int>, levels);
-    TErrorLog log;
-    for (const int level : levels)
-        log.addErrorOfType(level, u"x"_s);
-    QTEST(log.currentStatus(), "status");
-    QTEST(log.currentStatusImage().name(), "image");
-    QCOMPARE(log.numberOfErrorsWithType(1), levels.count(1));
-}
-
-void TestRecords::paletteRepeatsItsCycle()
-{
-    TColorPalette palette;
-    QStringList colors;
-    for (int i = 0; i < 6; ++i)
-        colors += palette.nextColor().hex();
-    QCOMPARE(colors, (QStringList{u"9C988A"_s, u"8DCDC1"_s, u"D3E397"_s, u"FFF5C3"_s, u"EB6E44"_s,
-                                  u"9C988A"_s}));
-}
-
-void TestRecords::entryOfARealFile_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("fileName");
-    QTest::addColumn<QString>("extension");
-    QTest::newRow("plain") << u"a.txt"_s << u"a"_s << u"txt"_s;
-    QTest::newRow("two dots") << u"archive.tar.gz"_s << u"archive.tar"_s << u"gz"_s;
-    QTest::newRow("none") << u"README"_s << u"README"_s << u""_s;
-    QTest::newRow("leading dot") << u".bashrc"_s << u".bashrc"_s << u""_s;
-    QTest::newRow("trailing dot") << u"end."_s << u"end."_s << u""_s;
-    QTest::newRow("blank in extension") << u"Dr. No"_s << u"Dr"_s << u" No"_s;
-    QTest::newRow("hidden with extension") << u".a.txt"_s << u".a"_s << u"txt"_s;
-}
-
-void TestRecords::entryOfARealFile()
-{
-    QFETCH(QString, name);
-    const TemporaryTree tree;
-    const QString path = tree.file(u"Folder/"_s + name, "12345");
-    const auto entry = TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(path));
-    QCOMPARE(entry->thePath(), path);
-    QTEST(entry->fileName(), "fileName");
-    QTEST(entry->extension(), "extension");
-    QCOMPARE(entry->parent(), u"Folder"_s);
-    QCOMPARE(entry->targetName(), u"target-"_s + entry->fileName());
-    QCOMPARE(entry->size(), 5);
-    QCOMPARE(entry->errLevel(), 0);
-}
-
-void TestRecords::entryKnowsItsFacts()
-{
-    QVERIFY(!TFileObject::newFileObjectWithURL(TFileURL()));
-    const TemporaryTree tree;
-    const QString path = tree.file(u"a.txt"_s);
-    const auto entry = TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(path));
-    QVERIFY(entry->modificationDate().isSet());
-    QVERIFY(entry->creationDate().isSet());
-    QVERIFY(entry->item().facts.inode != 0);
-    const auto root = TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(u"/"_s));
-    QCOMPARE(root->parent(), u""_s);
-}
-
-void TestRecords::placeholderNames()
-{
-    const auto dummy = TFileObject::dummyObjectWithName(u"a"_s);
-    QCOMPARE(dummy->fileName(), u"a"_s);
-    QCOMPARE(dummy->targetName(), u"target a"_s);
-}
-
-void TestRecords::propertiesHoldWhatIsSet()
-{
-    const TFileObject empty;
-    const QStringList always{u"errLog"_s, u"hasBeenProcessed"_s, u"size"_s};
-    QCOMPARE(empty.properties().keys(), always);
-}
-
-void TestRecords::setPropertiesLeavesTheRest()
-{
-    const TemporaryTree tree;
-    const auto entry =
-        TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(tree.file(u"d/a.txt"_s)));
-    entry->setProperties({{u"fileName"_s, u"other"_s}, {u"size"_s, qint64{7}}});
-    QCOMPARE(entry->fileName(), u"other"_s);
-    QCOMPARE(entry->size(), 7);
-    QCOMPARE(entry->extension(), u"txt"_s);
-    QCOMPARE(entry->parent(), u"d"_s);
-    entry->setProperties({});
-    QCOMPARE(entry->fileName(), u"other"_s);
-}
-
-void TestRecords::copySharesFieldsButNotProblems()
-{
-    const TemporaryTree tree;
-    const auto entry =
-        TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(tree.file(u"a.txt"_s)));
-    entry->setImageProperties(TMetadata::fromVariantMap({{u"PixelWidth"_s, 4032}}));
-    entry->setTargetName(u"new"_s);
-    entry->logErrorType(1, u"w"_s, nullptr);
-    const auto copy = entry->copy();
-    copy->logErrorType(2, u"c"_s, nullptr);
-    QCOMPARE(copy->imageProperties(), entry->imageProperties());
-    QCOMPARE(copy->targetName(), u"new"_s);
-    QCOMPARE(copy->thePath(), entry->thePath());
-    QCOMPARE(entry->errLevel(), 1);
-    QCOMPARE(copy->errLevel(), 2);
-}
-
-void TestRecords::archiveRoundTrip()
-{
-    const TemporaryTree tree;
-    const auto entry = TFileObject::newFileObjectWithURL(
-        TFileURL::fileURLWithPath(tree.file(u"d/ä b.txt"_s, "1")));
-    TAttributedString shown(u"New"_s, TColor(1, 2, 3), {});
-    shown.append(u"Name", TColor(4, 5, 6));
-    entry->setTargetName(shown.string());
-    entry->setAttributedTargetName(shown);
-    entry->setAttributedTargetExtension(TAttributedString(u".TXT"_s));
-    entry->setImageProperties(
-        TMetadata::fromVariantMap({{u"{Exif}"_s, QVariantMap{{u"FNumber"_s, 2.8}}}}));
-    entry->setHasBeenProcessed(true);
-    entry->setTargetURL(TFileURL::fileURLWithPath(u"/x/NewName.TXT"_s));
-    TErrorLog batch;
-    entry->logErrorType(1, u"careful"_s, &batch);
-    QCOMPARE(batch, entry->errLog());
-
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    KeyedArchiver archiver(buffer);
-    archiver.appendObject(TFileObject::archiveClass(),
-                          [&](TEncoder &coder) { entry->encodeWithCoder(coder); });
-    QVERIFY(archiver.finish());
-    auto archive = KeyedUnarchiver::fromData(buffer.data());
-    QVERIFY2(archive, qPrintable(archive.message()));
-    TFileObject read;
-    archive.value().forEachObject([&](const TDecoder &coder) { read.initWithCoder(coder); });
-
-    QCOMPARE(read.thePath(), entry->thePath());
-    QVERIFY(read.sourceURL() == entry->sourceURL());
-    QVERIFY(read.targetURL() == entry->targetURL());
-    QCOMPARE(read.fileName(), u"ä b"_s);
-    QCOMPARE(read.extension(), u"txt"_s);
-    QCOMPARE(read.parent(), u"d"_s);
-    QVERIFY(read.attributedTargetName() == shown);
-    QVERIFY(read.attributedTargetExtension() == entry->attributedTargetExtension());
-    QCOMPARE(read.size(), 1);
-    QCOMPARE(read.errLog(), entry->errLog());
-    QVERIFY(read.hasBeenProcessed());
-    QCOMPARE(read.imageProperties()->value(u"{Exif}"_s, u"FNumber"_s).toDouble(), 2.8);
-    QVERIFY(!read.ID3());
-    // Archived dates are in seconds as a double, so microseconds are what survives.
-    QVERIFY(std::abs(read.modificationDate().nanos - entry->modificationDate().nanos) < 1000);
-}
 
 QTEST_GUILESS_MAIN(TestRecords)
 #include "tst_records.moc"
