@@ -62,6 +62,7 @@ constexpr Signature kSignatures[] = {
     {0, bytes("\x06\x0E\x2B\x34\x02\x05\x01\x01"), 0, {}, {MediaFamily::Libav, "mxf"}},
     {0, bytes("\0\0\x01\xBA"), 0, {}, {MediaFamily::Libav, "mpeg"}},
     {0, bytes("\0\0\x01\xB3"), 0, {}, {MediaFamily::Libav, "mpegvideo"}},
+    {0, bytes("\x1F\x07\0"), 0, {}, {MediaFamily::Libav, "dv"}},
     {0, bytes("\x0B\x77"), 0, {}, {MediaFamily::Libav, "ac3"}},
     {0, bytes("\x7F\xFE\x80\x01"), 0, {}, {MediaFamily::Libav, "dts"}},
 };

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "readers/Id3v2Places.h"
+#include "readers/MediaFormat.h"
+#include "readers/MemorySource.h"
+#include "readers/Mp4Items.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+
+namespace {
+
+constexpr qint64 kMostCoverBytes = 1 << 20;
+
+void require(bool condition)
+{
+    if (!condition)
+        std::abort();
+}
+
+} // namespace
+
+/// Any bytes have a format or none, and as a film they hold nothing that is larger than the file.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    const auto length = static_cast<qsizetype>(size);
+    MemorySource source(QByteArray(reinterpret_cast<const char *>(data), length));
+    mediaFormatOf(source);
+    const Id3v2Places places = id3v2PlacesOf(source);
+    for (const qint64 at : places.appended)
+        require(at >= 0 && at < length);
+    require(mp4Cover(source, kMostCoverBytes).size() <= length);
+    const std::optional<MediaReading> reading = readMp4(source);
+    if (!reading)
+        return 0;
+    require(std::isfinite(reading->duration) && reading->duration >= 0);
+    for (const MediaItem &item : reading->items) {
+        require(!item.key.toString().isEmpty());
+        require(item.commonKey.isEmpty() == (item.value.typeId() == QMetaType::QByteArray));
+    }
+    return 0;
+}
