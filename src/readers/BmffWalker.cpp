@@ -10,6 +10,8 @@ namespace {
 constexpr qint64 kLargestMeta = 16 * 1024 * 1024;
 constexpr qint64 kLargestBlock = 16 * 1024 * 1024;
 constexpr int kMostTopBoxes = 1000;
+// Quarter turns against the clock, as Exif counts orientations.
+constexpr int kTurns[] = {1, 8, 3, 6};
 constexpr const char *kAlphaKinds[] = {"urn:mpeg:mpegB:cicp:systems:auxiliary:alpha",
                                        "urn:mpeg:hevc:2015:auxid:1", "urn:mpeg:avc:2015:auxid:1"};
 
@@ -46,6 +48,8 @@ private:
             m_facts.depth = static_cast<int>(number(box.start + 5, 1));
             if (number(box.start + 4, 1) == 1)
                 m_facts.colorModel = kModelGray;
+        } else if (box.type == "irot") {
+            m_facts.orientation = kTurns[number(box.start, 1) & 3];
         } else if (box.type == "colr") {
             readColor(box);
         } else if (m_facts.depth == 0) {

@@ -32,6 +32,9 @@ Exiv2::Image::AutoPtr openExivImage(ByteSource &source)
     auto image = Exiv2::ImageFactory::open(Exiv2::BasicIo::AutoPtr(new SourceIo(source)));
     if (!image.get() || !isPicture(*image))
         return Exiv2::Image::AutoPtr();
-    image->readMetadata();
+    try {
+        image->readMetadata();
+    } catch (const Exiv2::Error &) { // a broken end; what stood before it has been read
+    }
     return image;
 }

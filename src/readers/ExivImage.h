@@ -8,5 +8,6 @@
 /// Makes Exiv2 ready and silent; every use of it goes through here first. May be called often.
 void prepareExiv2();
 
-/// A picture with its metadata read; null when the source is none. Throws what Exiv2 throws.
+/// A picture with as much of its metadata as could be read; null when the source is none. Throws
+/// what Exiv2 throws.
 Exiv2::Image::AutoPtr openExivImage(ByteSource &source);

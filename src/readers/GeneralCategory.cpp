@@ -97,6 +97,15 @@ void insertDpi(QVariantMap &map, const ImageFacts &facts, const Exiv2::ExifData 
     insertPositive(map, u"DPIHeight"_s, isStated ? y : facts.dpiHeight);
 }
 
+/// 0 when nobody states one. What a container does to the picture holds, whatever the Exif says.
+int orientationOf(const ImageFacts &facts, const Exiv2::ExifData &exif)
+{
+    if (facts.orientation > 0)
+        return facts.orientation;
+    const double stated = numberAt(exif, "Exif.Image.Orientation");
+    return stated >= 1 && stated <= 8 ? static_cast<int>(stated) : 0;
+}
+
 QString profileNameOf(const ImageFacts &facts, const ImageTags &tags)
 {
     const QByteArray &profile = facts.profile.isEmpty() ? tags.profile : facts.profile;
@@ -141,8 +150,7 @@ QVariantMap generalProperties(const ImageFacts &facts, const ImageTags &tags)
         map.insert(u"IsIndexed"_s, 1);
     if (facts.isFloat)
         map.insert(u"IsFloat"_s, 1);
-    const auto orientation = static_cast<int>(numberAt(tags.exif, "Exif.Image.Orientation"));
-    if (orientation >= 1 && orientation <= 8)
+    if (const int orientation = orientationOf(facts, tags.exif); orientation > 0)
         map.insert(u"Orientation"_s, orientation);
     insertDpi(map, facts, tags.exif);
     if (const QString name = profileNameOf(facts, tags); !name.isEmpty())

@@ -13,7 +13,8 @@ struct ImageFacts
 {
     qint64 width = 0; ///< of the pixels as stored; 0 when not known
     qint64 height = 0;
-    int depth = 0; ///< bits per sample
+    int depth = 0;       ///< bits per sample
+    int orientation = 0; ///< as Exif counts it; 0 when the container does not turn the picture
     double dpiWidth = 0;
     double dpiHeight = 0;
     QString colorModel;           ///< "RGB", "Gray", "CMYK", "Lab"

@@ -112,8 +112,8 @@ QByteArray heif()
             fullBox("ispe", big(64, 4) + big(48, 4)) +
             fullBox("pixi", big(3, 1) + QByteArray(3, '\x0A')) +
             fullBox("auxC", QByteArray("urn:mpeg:hevc:2015:auxid:1\0", 27)) +
-            fullBox("ispe", big(9, 4) + big(9, 4));
-        const QByteArray associations = big(2, 4) + big(1, 2) + QByteArray("\x02\x81\x02", 3) +
+            fullBox("ispe", big(9, 4) + big(9, 4)) + box("irot", big(1, 1));
+        const QByteArray associations = big(2, 4) + big(1, 2) + QByteArray("\x03\x81\x02\x05", 4) +
                                         big(2, 2) + QByteArray("\x02\x04\x03", 3);
         const QByteArray meta =
             fullBox("pitm", big(1, 2)) + fullBox("iinf", big(3, 2) + infos) +
@@ -254,6 +254,7 @@ std::vector<PictureSample> pictureSamples()
          {{u"PixelWidth"_s, 64},
           {u"PixelHeight"_s, 48},
           {u"Depth"_s, 10},
+          {u"Orientation"_s, 8},
           {u"HasAlpha"_s, 1},
           {u"{TIFF}/Make"_s, u"Maker"_s}}},
         {"webp",

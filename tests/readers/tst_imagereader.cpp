@@ -250,7 +250,7 @@ void TestImageReader::flippedBitsDoNoHarm()
 {
     QRandomGenerator random(7);
     for (const PictureSample &sample : pictureSamples()) {
-        for (int round = 0; round < 200; ++round) {
+        for (int round = 0; round < 60; ++round) {
             QByteArray bytes = sample.bytes;
             for (int i = 0; i <= round % 3; ++i) {
                 const auto at =
