@@ -122,7 +122,7 @@ private Q_SLOTS:
 
     void trustsOnlyWhatRunsProduce_data()
     {
-        // path: "originalPath"
+        // path: "originalPath", or "originalURL" when it is one
         // url: "renamedURL"
         const Table<QString, QString, bool> row("path", "url", "trusted");
         row("same folder", u"/f/a", u"file:///f/b", true);
@@ -142,6 +142,8 @@ private Q_SLOTS:
         row("other scheme", u"/f/a", u"http:///f/b", false);
         row("no target", u"/f/a", QString(), false);
         row("root itself", u"/", u"file:///", false);
+        row("URL alone", u"file:///f/a", u"file:///f/b", true);
+        row("URL alone, parent parts", u"file:///f/../etc/a", u"file:///f/../etc/b", false);
     }
 
     void trustsOnlyWhatRunsProduce()
@@ -151,7 +153,10 @@ private Q_SLOTS:
         QFETCH(bool, trusted);
         withDecoder(
             [&](TEncoder &coder) {
-                coder.encodeString("originalPath"_L1, path);
+                if (path.startsWith("file:"_L1))
+                    coder.encodeUrl("originalURL"_L1, {}, path);
+                else
+                    coder.encodeString("originalPath"_L1, path);
                 coder.encodeUrl("renamedURL"_L1, {}, url);
                 coder.encodeBool("renameComplete"_L1, true);
             },
