@@ -168,7 +168,7 @@ public:
     void showTestRunLog();
     static qsizetype numberOfErrorsWithType(int errClass, const TErrorLog &log);
     /// True from a change until the names and problems that belong to it are there.
-    bool isAnalysing() const { return m_analysis.isRunning(); }
+    bool isAnalysing() const { return m_isCollecting || m_analysis.isRunning(); }
 
     // Rename
     /// The checks in their order, the confirmation, and the run. While names are being worked out
@@ -265,6 +265,8 @@ private:
     // TDocumentRuns.cpp
     TDocumentAnalysis::Output analysisOutput();
     TDocumentFacts facts();
+    void collectFacts();
+    void startBackgroundRun();
     TRuleList preparedCopy() const;
     TDocumentAnalysis::Input analysisInput();
     AnalysisRun analysisRun();
@@ -316,7 +318,13 @@ private:
     std::unique_ptr<TDocumentPresets> m_presets; ///< null once the window has gone
 
     std::optional<TErrorLog> m_errorLog;
-    TDocumentFacts m_facts; ///< null when list or metadata have changed since
+    TDocumentFacts m_facts;                 ///< null when list or metadata have changed since
+    std::vector<TDocumentFact> m_collected; ///< the first ones, for a run that is about to start
+    quint64 m_collectedVersion = 0;         ///< of the list that they are from
+    quint64 m_metadataVersion = 0;          ///< counts the files whose metadata have come
+    quint64 m_collectedMetadata = 0;        ///< what that was when collecting began
+    bool m_isCollecting = false;
+    bool m_isCollectingPosted = false;
     QHash<const TFileObject *, ForecastStepper::Forecast> m_forecasts;
     quint64 m_analysisVersion = 0; ///< of the list that the newest analysis is over
     qint64 m_remainingAOps = 0;

@@ -51,7 +51,7 @@ void TDocument::runRename()
 {
     if (m_isClosing || m_isPreparing || isReceivingDrop() || m_remainingAOps > 0)
         return;
-    if (m_analysis.isRunning() && !m_isRenaming) {
+    if (isAnalysing() && !m_isRenaming) {
         m_renameWanted = true;
         return;
     }

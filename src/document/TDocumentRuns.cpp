@@ -1,12 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/NameGeneration.h"
 #include "document/TDocument.h"
+#include "document/TDocumentSlice.h"
 
 #include <QCoreApplication>
 
 namespace {
 
 constexpr const char *kTestRun = QT_TRANSLATE_NOOP("TDocument", "Performing test run");
+
+/// What is known of so many files is collected at once; of more, in portions.
+constexpr std::size_t kCollectedAtOnce = 1000;
+
+TDocumentFact factOf(const TFileObject &file)
+{
+    return {file.item(), {file.imageProperties(), file.ID3()}};
+}
 
 } // namespace
 
@@ -33,7 +42,7 @@ TDocumentFacts TDocument::facts()
         std::vector<TDocumentFact> list;
         list.reserve(m_sourceObjectArray.size());
         for (const auto &file : m_sourceObjectArray)
-            list.push_back({file->item(), {file->imageProperties(), file->ID3()}});
+            list.push_back(factOf(*file));
         m_facts = std::make_shared<const std::vector<TDocumentFact>>(std::move(list));
     }
     return m_facts;
@@ -68,6 +77,7 @@ AnalysisRun TDocument::analysisRun()
 void TDocument::AOpComplete(TAnalyseOperation &)
 {
     m_facts.reset();
+    ++m_metadataVersion;
     batchChanged();
     if (--m_remainingAOps > 0)
         return;
@@ -82,9 +92,49 @@ void TDocument::doBackgroundRun()
     if (m_isClosing)
         return;
     tell(&TDocumentHost::showProgress, qint64{0}, static_cast<qint64>(m_sourceObjectArray.size()));
-    // The run evaluates a copy from before its own rules are prepared.
+    if (m_facts || m_sourceObjectArray.size() <= kCollectedAtOnce)
+        return startBackgroundRun();
+    m_analysis.cancel();
+    if (m_collectedMetadata != m_metadataVersion)
+        m_collected.clear();
+    m_collectedMetadata = m_metadataVersion;
+    m_isCollecting = true;
+    collectFacts();
+}
+
+void TDocument::startBackgroundRun()
+{
+    m_isCollecting = false;
+    // The run evaluates a copy from before the document's own rules are prepared.
     m_analysis.start(analysisInput());
     NameGeneration::prepareAllRules(m_ruleArray);
+}
+
+/// A portion of the facts of a long list, from which the run starts when all are there.
+void TDocument::collectFacts()
+{
+    if (!m_isCollecting || m_isCollectingPosted)
+        return;
+    if (m_collectedVersion != m_listVersion)
+        m_collected.clear();
+    m_collectedVersion = m_listVersion;
+    m_collected.reserve(m_sourceObjectArray.size());
+    const TDocumentSlice slice;
+    while (m_collected.size() < m_sourceObjectArray.size()) {
+        m_collected.push_back(factOf(*m_sourceObjectArray[m_collected.size()]));
+        if (!slice.isOver())
+            continue;
+        m_isCollectingPosted = true;
+        return m_mail->post([this] {
+            m_isCollectingPosted = false;
+            collectFacts();
+        });
+    }
+    m_facts = std::make_shared<const std::vector<TDocumentFact>>(std::move(m_collected));
+    m_collected.clear();
+    startBackgroundRun();
+    if (m_collectedMetadata != m_metadataVersion)
+        m_facts.reset();
 }
 
 void TDocument::doBackgroundRunIfUpdate()
@@ -144,6 +194,8 @@ const ForecastStepper::Forecast *TDocument::forecastFor(const TFileObject &file)
 void TDocument::cancelAnalysis()
 {
     m_analysis.cancel();
+    m_isCollecting = false;
+    m_collected.clear();
     m_renameWanted = false;
     tell(&TDocumentHost::hideProgress);
 }

@@ -473,17 +473,19 @@ void TestTDocumentRename::closingDuringARun()
         QVERIFY(batch.pumpUntil([&] { return closed.count() == 1; }));
     batch.mainThread.pump();
     QCOMPARE(batch.host.calls, calls);
-    // Every file is there, and what was renamed is in the log.
+    // Every file is there, and what was renamed is in the log. (Nothing was when the run had not
+    // begun.)
     QCOMPARE(batch.onDisk().size(), 200);
     const qsizetype renamed = batch.onDisk().filter(u"n"_s).size();
-    QCOMPARE(batch.logs().size(), moment == "question" ? 0 : 1);
-    if (moment == "question")
+    if (moment == "question" || moment == "end")
+        QCOMPARE(renamed, moment == "end" ? 200 : 0);
+    QVERIFY(batch.logs().size() == 1 || renamed == 0);
+    if (batch.logs().isEmpty())
         return;
     const auto records = readRollbackLog(batch.logs()[0]).value();
     QCOMPARE(std::count_if(records.begin(), records.end(),
                            [](const TRenameTRX &record) { return record.renameComplete; }),
              renamed);
-    QVERIFY(moment != "end" || renamed == 200);
 }
 
 QTEST_GUILESS_MAIN(TestTDocumentRename)
