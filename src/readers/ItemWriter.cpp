@@ -67,16 +67,7 @@ ItemWriter::~ItemWriter()
 
 void ItemWriter::add(const TagMeaning &tag, const QString &text)
 {
-    const QString clean = cleaned(text);
-    if (clean.isEmpty())
-        return;
-    if (tag.meaning.startsWith(u'#')) {
-        const auto [number, total] = numbersIn(clean);
-        addNumbers(tag, number, total);
-        return;
-    }
-    m_reading.items.push_back({m_format, QString(tag.key), QString(tag.meaning),
-                               tag.meaning == CommonKeys::kType ? genreText({clean}) : clean});
+    add(tag, QStringList(text));
 }
 
 void ItemWriter::add(const TagMeaning &tag, const QStringList &texts)
@@ -86,7 +77,16 @@ void ItemWriter::add(const TagMeaning &tag, const QStringList &texts)
         if (const QString part = cleaned(text); !part.isEmpty())
             clean.append(part);
     }
-    add(tag, tag.meaning == CommonKeys::kType ? genreText(clean) : clean.join(kBetweenValues));
+    if (clean.isEmpty())
+        return;
+    if (tag.meaning.startsWith(u'#')) {
+        const auto [number, total] = numbersIn(clean.constFirst());
+        addNumbers(tag, number, total);
+        return;
+    }
+    const bool isGenre = tag.meaning == CommonKeys::kType;
+    m_reading.items.push_back({m_format, QString(tag.key), QString(tag.meaning),
+                               isGenre ? genreText(clean) : clean.join(kBetweenValues)});
 }
 
 void ItemWriter::addNumbers(const TagMeaning &tag, int number, int total)

@@ -315,7 +315,7 @@ void TestMediaReader::cutAnywhere()
     const QByteArray whole = contentOf(dataPath(name));
     QVERIFY(!whole.isEmpty());
     TemporaryTree tree;
-    const qsizetype step = std::max<qsizetype>(1, whole.size() / 150);
+    const qsizetype step = std::max<qsizetype>(1, whole.size() / 80);
     for (qsizetype size = 0; size < whole.size(); size += step) {
         const QByteArray path = tree.rawFile("cut", whole.first(size));
         if (const std::optional<MediaReading> reading = readMedia(path))
