@@ -44,7 +44,7 @@ TableCell TRollBackWindowController::logName(qsizetype row) const
 
 void TRollBackWindowController::rowClicked(qsizetype row)
 {
-    m_selectedRow = isRow(row) ? row : -1;
+    m_selectedRow = row;
     if (std::exchange(m_chooseEnabled, isRow(row)) != m_chooseEnabled)
         Q_EMIT chooseButtonChanged();
 }

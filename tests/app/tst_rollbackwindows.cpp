@@ -232,7 +232,8 @@ void TestRollbackWindows::authorisation()
         int grants = 0;
         const auto subscription =
             t.notifications.subscribe(Notifications::kGotAuthorized, [&](const QVariantMap &info) {
-                grants += info.value(kTheFolderAccess).value<TFolderAccess>().haveAccess();
+                QVERIFY(info.value(kTheFolderAccess).value<TFolderAccess>().haveAccess());
+                ++grants;
             });
         t.load({u"x/a>x/1"_s, u"x/b>x/2"_s, u"y/c>y/3"_s});
         t.settle();
@@ -303,7 +304,7 @@ void TestRollbackWindows::leavingDuringAPass()
         t.window->rollBack();
     }
     reached.wait();
-    t.disk.fail(Call::Status, EIO, FaultyFileManager::kAlways, "n2.txt");
+    const int asked = t.disk.count(Call::Status);
     const State state = t.window->state();
     t.window->cancel();
     if (destroy)
@@ -312,7 +313,7 @@ void TestRollbackWindows::leavingDuringAPass()
     t.settle();
     QCOMPARE(t.ends, 1);
     QCOMPARE(t.tree.exists(u"a1.txt"_s), rolling);
-    QVERIFY(t.tree.exists(u"n2.txt"_s));
+    QVERIFY(rolling ? t.tree.exists(u"n2.txt"_s) : t.disk.count(Call::Status) <= asked + 1);
     QVERIFY(destroy || t.window->state() == state);
 }
 

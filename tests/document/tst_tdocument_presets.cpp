@@ -175,6 +175,7 @@ void TestTDocumentPresets::removing()
     window.removeLine(row);
     QVERIFY(!window.removeButtonEnabled());
     QCOMPARE(window.thePresets().size(), removable ? 3 : 4);
+    QCOMPARE(window.theEnablers().size(), removable ? 3U : 4U);
     t.settle();
     QTEST(t.names(), "left");
     if (name == u"Both"_s) // the user's is gone or still hides the shipped one
