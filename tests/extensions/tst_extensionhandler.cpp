@@ -104,6 +104,9 @@ private Q_SLOTS:
             u"a.ss"_s, u"hit"_s);
         row("row without original", method(2, {{u"mapArray"_s, rows({{u""_s, u"bin"_s}})}}),
             u"noextension"_s, u"bin"_s);
+        row("row without original when case counts",
+            method(2, {{u"mapArray"_s, rows({{u""_s, u"bin"_s}})}, {u"ignoreCase"_s, 0}}),
+            u"a.jpg"_s, u"jpg"_s);
         row("target keeps its case", method(2, {{u"mapArray"_s, rows({{u"a"_s, u"bC"_s}})}}),
             u"x.A"_s, u"bC"_s);
         row("empty table", method(2, {{u"mapArray"_s, rows({})}}), u"a.htm"_s, u"htm"_s);
