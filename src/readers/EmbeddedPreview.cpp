@@ -28,7 +28,7 @@ QByteArray bytesOf(const Exiv2::byte *bytes, long size)
 EmbeddedPreview previewOfPhoto(ByteSource &source, int edge)
 {
     const auto image = openExivImage(source);
-    if (!image.get())
+    if (!image)
         return {};
     Exiv2::PreviewManager manager(*image);
     const Exiv2::PreviewPropertiesList list = manager.getPreviewProperties(); // smallest first

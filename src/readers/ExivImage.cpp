@@ -8,6 +8,16 @@
 
 namespace {
 
+// The library's own pointers are of a kind that the language has given up.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+std::unique_ptr<Exiv2::Image> opened(ByteSource &source)
+{
+    Exiv2::BasicIo::AutoPtr io(new SourceIo(source));
+    return std::unique_ptr<Exiv2::Image>(Exiv2::ImageFactory::open(io).release());
+}
+#pragma GCC diagnostic pop
+
 bool isPicture(const Exiv2::Image &image)
 {
     // Exiv2 also opens films and bare XMP, which are no pictures.
@@ -26,12 +36,12 @@ void prepareExiv2()
     static_cast<void>(isDone);
 }
 
-Exiv2::Image::AutoPtr openExivImage(ByteSource &source)
+std::unique_ptr<Exiv2::Image> openExivImage(ByteSource &source)
 {
     prepareExiv2();
-    auto image = Exiv2::ImageFactory::open(Exiv2::BasicIo::AutoPtr(new SourceIo(source)));
-    if (!image.get() || !isPicture(*image))
-        return Exiv2::Image::AutoPtr();
+    std::unique_ptr<Exiv2::Image> image = opened(source);
+    if (!image || !isPicture(*image))
+        return nullptr;
     try {
         image->readMetadata();
     } catch (const Exiv2::Error &) { // a broken end; what stood before it has been read

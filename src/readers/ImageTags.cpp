@@ -24,7 +24,7 @@ bool isForExiv2(ImageFormat format)
 void readFile(ByteSource &source, ImageTags &tags)
 {
     const auto image = openExivImage(source);
-    if (!image.get())
+    if (!image)
         return;
     tags.isTiff = image->imageType() == Exiv2::ImageType::tiff;
     // Moved, because each of the many values would be copied by itself.
