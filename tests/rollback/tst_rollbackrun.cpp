@@ -192,8 +192,11 @@ private Q_SLOTS:
             tree.file(name + u".x"_s);
         DiskFileManager disk;
         RollbackRun run(disk, records(tree, {u"a.x>1.x"_s, u"b.x>2.x"_s, u"c.x>3.x"_s}));
+        std::atomic<bool> abort = true;
+        run.processLog({}, &abort);
+        QCOMPARE(told(tree, run), QStringList(3, u"0: 1 left by the rename"_s));
         run.processLog({});
-        std::atomic<bool> abort = false;
+        abort = false;
         run.performRollBack({}, abort, false, [&](qsizetype, const TFileURL &) { abort = true; });
         QCOMPARE(told(tree, run), (QStringList{u"100: "_s, u"1: "_s, u"1: "_s}));
         QCOMPARE(tree.list(), (QStringList{u"2.x"_s, u"3.x"_s, u"a.x"_s}));
