@@ -79,20 +79,16 @@ public:
     TFolderPtr visit(const FolderWalk::Entry &entry) override
     {
         QString name = ByteNames::fromBytes(entry.name);
-        if (entry.kind == TFileStatus::Kind::Folder && !isSingleItem(name))
-            return folderToEnter(*entry.folder, name);
-        TFileStatus status;
-        if (const int error =
-                m_expansion.m_fileManager.status(entry.descriptor, entry.name, false, status)) {
-            if (error != ENOENT) // else it has gone since the folder was listed
-                m_expansion.reportProblem(joined(entry.folder->path(), name), error);
+        if (entry.error != 0) {
+            if (entry.error != ENOENT) // else it has gone since the folder was listed
+                m_expansion.reportProblem(joined(entry.folder->path(), name), entry.error);
             return {};
         }
-        if (status.kind == TFileStatus::Kind::Folder && !isSingleItem(name))
+        if (entry.status.kind == TFileStatus::Kind::Folder && !isSingleItem(name))
             return folderToEnter(*entry.folder, name);
         if (m_expansion.m_named.size() == 0 ||
             !m_expansion.m_named.contains(Hash128::of(joined(entry.folder->path(), name))))
-            m_expansion.take(entry.folder, std::move(name), status);
+            m_expansion.take(entry.folder, std::move(name), entry.status);
         return {};
     }
 

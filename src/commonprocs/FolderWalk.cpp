@@ -3,11 +3,15 @@
 
 #include <algorithm>
 #include <cstring>
+#include <thread>
 
 namespace {
 
 constexpr std::size_t kOpenLevels = 32;
-constexpr std::size_t kLookAhead = 4; ///< names
+/// How many names are asked about at a time, so that memory stays small and stopping quick.
+constexpr std::size_t kAskedAtOnce = 4096;
+/// Below that, a second thread costs more than it saves.
+constexpr std::size_t kWorthAThread = 512;
 
 } // namespace
 
@@ -16,8 +20,14 @@ constexpr std::size_t kLookAhead = 4; ///< names
 struct FolderWalk::Slot
 {
     quint64 key = 0;
-    quint64 place : 56;
-    quint64 kind : 8;
+    quint64 place = 0;
+};
+
+/// The disk's answer about one name.
+struct FolderWalk::Known
+{
+    TFileStatus status;
+    int error = 0;
 };
 
 struct FolderWalk::Frame
@@ -27,21 +37,20 @@ struct FolderWalk::Frame
     std::vector<char> names; ///< each followed by a NUL
     std::vector<Slot> slots;
     std::size_t next = 0;
+    std::vector<Known> known; ///< about the slots from firstKnown on
+    std::size_t firstKnown = 0;
 
     const char *name(const Slot &slot) const { return names.data() + slot.place; }
-    void append(const char *name, TFileStatus::Kind kind);
+    void append(const char *name);
     void sort();
 
 private:
     std::size_t commonPrefix() const;
 };
 
-void FolderWalk::Frame::append(const char *name, TFileStatus::Kind kind)
+void FolderWalk::Frame::append(const char *name)
 {
-    Slot slot{};
-    slot.place = names.size() & ((quint64{1} << 56U) - 1);
-    slot.kind = static_cast<quint8>(kind);
-    slots.push_back(slot);
+    slots.push_back({0, names.size()});
     names.insert(names.end(), name, name + std::strlen(name) + 1);
 }
 
@@ -100,6 +109,32 @@ void FolderWalk::close(Frame &frame)
     frame.descriptor = -1;
 }
 
+/// Asks about the next names.
+void FolderWalk::ask(Frame &frame, const std::stop_token &stop)
+{
+    const std::size_t count = std::min(kAskedAtOnce, frame.slots.size() - frame.next);
+    frame.firstKnown = frame.next;
+    frame.known.assign(count, {});
+    const std::span<Known> all(frame.known);
+    const std::size_t half = count < kWorthAThread ? count : count / 2;
+    std::jthread second;
+    if (half < count)
+        second = std::jthread([this, &frame, &stop, all, half] {
+            askPart(frame, all.subspan(half), frame.firstKnown + half, stop);
+        });
+    askPart(frame, all.first(half), frame.firstKnown, stop);
+}
+
+void FolderWalk::askPart(const Frame &frame, std::span<Known> part, std::size_t firstSlot,
+                         const std::stop_token &stop) const
+{
+    for (std::size_t i = 0; i < part.size() && !stop.stop_requested(); ++i) {
+        const char *const name = frame.name(frame.slots[firstSlot + i]);
+        const auto bytes = QByteArray::fromRawData(name, static_cast<qsizetype>(std::strlen(name)));
+        part[i].error = m_fileManager.status(frame.descriptor, bytes, false, part[i].status);
+    }
+}
+
 void FolderWalk::push(std::vector<Frame> &frames, const TFolderPtr &folder, Visitor &visitor)
 {
     if (frames.size() >= kOpenLevels)
@@ -109,9 +144,9 @@ void FolderWalk::push(std::vector<Frame> &frames, const TFolderPtr &folder, Visi
     int error = open(frame);
     if (error == 0) {
         error = m_fileManager.list(frame.descriptor,
-                                   [&frame](const char *name, TFileStatus::Kind kind, quint64) {
+                                   [&frame](const char *name, TFileStatus::Kind, quint64) {
                                        if (name[0] != '.')
-                                           frame.append(name, kind);
+                                           frame.append(name);
                                    });
     }
     if (error != 0) {
@@ -139,15 +174,16 @@ void FolderWalk::walk(const TFolderPtr &start, Visitor &visitor, const std::stop
             frames.pop_back();
             continue;
         }
+        if (frame.next == frame.firstKnown + frame.known.size()) {
+            ask(frame, stop);
+            continue; // unless it was stopped meanwhile
+        }
+        const Known &known = frame.known[frame.next - frame.firstKnown];
         const Slot &slot = frame.slots[frame.next++];
-        // The sorted names lie all over the memory.
-        if (frame.next + kLookAhead < frame.slots.size())
-            __builtin_prefetch(frame.name(frame.slots[frame.next + kLookAhead]));
         const char *const name = frame.name(slot);
         const auto length = static_cast<qsizetype>(std::strlen(name));
-        const TFolderPtr inner =
-            visitor.visit({frame.folder, frame.descriptor, QByteArray::fromRawData(name, length),
-                           static_cast<TFileStatus::Kind>(slot.kind)});
+        const TFolderPtr inner = visitor.visit(
+            {frame.folder, QByteArray::fromRawData(name, length), known.status, known.error});
         if (inner != nullptr)
             push(frames, inner, visitor);
     }

@@ -6,22 +6,24 @@
 
 #include <QByteArray>
 
+#include <span>
 #include <stop_token>
 #include <vector>
 
 /// Goes through everything in a folder, to any depth: the names of each folder in the order of
 /// their bytes, so that every machine and file system gives the same order, and a folder's contents
 /// where the folder stands. Hidden names are passed over. Depth costs memory, never call stack, and
-/// at most 32 folders are open at a time. Used by one thread.
+/// at most 32 folders are open at a time. Used by one thread; large folders are asked about by
+/// two, since most of the time of a walk goes into the disk's answers.
 class FolderWalk
 {
 public:
     struct Entry
     {
         const TFolderPtr &folder;
-        int descriptor;         ///< the open folder, for status calls
-        QByteArray name;        ///< valid during the visit only; NUL-terminated
-        TFileStatus::Kind kind; ///< Other when the listing does not say
+        QByteArray name;           ///< valid during the visit only; NUL-terminated
+        const TFileStatus &status; ///< of the item itself, not of what a link leads to
+        int error;                 ///< why there is no status; 0 when there is
     };
 
     class Visitor
@@ -48,8 +50,13 @@ private:
     struct Slot;
     struct Frame;
 
+    struct Known;
+
     int open(Frame &frame);
     void close(Frame &frame);
+    void ask(Frame &frame, const std::stop_token &stop);
+    void askPart(const Frame &frame, std::span<Known> part, std::size_t firstSlot,
+                 const std::stop_token &stop) const;
     void push(std::vector<Frame> &frames, const TFolderPtr &folder, Visitor &visitor);
 
     FileManager &m_fileManager;

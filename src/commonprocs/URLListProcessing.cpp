@@ -80,8 +80,7 @@ public:
         const TFileURL url(entry.folder, ByteNames::fromBytes(entry.name));
         if (m_matches(url))
             m_result.append(url);
-        const bool isFolder = entry.kind == TFileStatus::Kind::Folder ||
-                              (entry.kind == TFileStatus::Kind::Other && isFolderItself(url));
+        const bool isFolder = entry.error == 0 && entry.status.kind == TFileStatus::Kind::Folder;
         if (!isFolder || isApplicationOrBundle(url))
             return {};
         return std::make_shared<const TFolder>(url.path());
