@@ -93,6 +93,8 @@ QString replacedIgnoringCase(const QString &string, const QString &needle,
     return found ? result.append(QStringView(string).sliced(copied)) : string;
 }
 
+constexpr char16_t kAsciiCaseBit = 0x20;
+
 bool isAscii(QStringView text)
 {
     return std::all_of(text.utf16(), text.utf16() + text.size(),
@@ -235,6 +237,16 @@ QString upperCased(const QString &string)
     if (isAscii(string))
         return string.toUpper();
     return converted(string, [](auto &&...arguments) { return u_strToUpper(arguments...); });
+}
+
+QString upperCased(QString &&string)
+{
+    if (!isAscii(string))
+        return upperCased(std::as_const(string));
+    for (QChar &unit : string)
+        if (unit >= u'a' && unit <= u'z')
+            unit = QChar(unit.unicode() & ~kAsciiCaseBit);
+    return std::move(string);
 }
 
 QString lowerCased(const QString &string)

@@ -32,6 +32,8 @@ QString stringByRemovingCharacters(const QString &string, const QString &charact
 QString stringByTrimmingWhitespace(const QString &string);
 /// Full Unicode case conversion without locale.
 QString upperCased(const QString &string);
+/// The same in place where possible.
+QString upperCased(QString &&string);
 QString lowerCased(const QString &string);
 /// The character for a padding index: "0", " ", "*", "-", "_", any other "x".
 QChar paddingCharacter(qint64 index);

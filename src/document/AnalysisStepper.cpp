@@ -25,7 +25,8 @@ public:
         m_key += targetName;
         m_key += u'.';
         m_key += extension;
-        return !m_seen.insert(Hash128::of(QStringView(upperCased(m_key))));
+        m_key = upperCased(std::move(m_key));
+        return !m_seen.insert(Hash128::of(QStringView(m_key)));
     }
 
 private:

@@ -54,6 +54,7 @@ TAttributedString applyRuleSet(const TRuleList *rules, TFileObject &file, qsizet
         const qint64 savedID = rule->theID();
         rule->setTheID(index);
         own.partial = postProcessFragment(rule->processWithFileObject(file, log, own), options);
+        own.result.clear(); // which shares the text, so that the text would be copied to grow
         name.append(own.partial, colorCode ? rule->theColor() : TColor());
         own.result = name.string();
         QString rewritten = name.string();

@@ -49,6 +49,7 @@ TEvaluatedName TRenameOperation::evaluate(const TRuleList *rules, TExtensionHand
         rule->setTheID(index);
         dict.partial = NameGeneration::postProcessFragment(
             rule->processWithFileObject(file, &name.errors, dict), options);
+        dict.result.clear(); // which shares the text, so that the text would be copied to grow
         assembled += dict.partial;
         dict.result = assembled;
         rule->postProcessResult(assembled, &name.errors, dict);
