@@ -229,22 +229,8 @@ BinaryPlistWriter::Ref BinaryPlistWriter::writeDictionary(std::span<const Entry>
     return ref;
 }
 
-BinaryPlistWriter::Ref BinaryPlistWriter::writeArrayOfMarked(Mark mark)
-{
-    closeLast();
-    Ref index = 0;
-    // The lengths of the objects so far are read while this array, the next one, is written.
-    const Ref ref = begin();
-    putCount(kArray, m_marked[static_cast<size_t>(mark)]);
-    forEachObject([&](quint64, Mark objectMark) {
-        if (objectMark == mark)
-            putRef(index);
-        ++index;
-    });
-    return ref;
-}
-
-void BinaryPlistWriter::forEachObject(const std::function<void(quint64, Mark)> &call) const
+template <class Call>
+void BinaryPlistWriter::forEachObject(Call call) const
 {
     quint64 offset = kMagicSize;
     quint64 value = 0;
@@ -259,6 +245,21 @@ void BinaryPlistWriter::forEachObject(const std::function<void(quint64, Mark)> &
         value = 0;
         shift = 0;
     }
+}
+
+BinaryPlistWriter::Ref BinaryPlistWriter::writeArrayOfMarked(Mark mark)
+{
+    closeLast();
+    Ref index = 0;
+    // The lengths of the objects so far are read while this array, the next one, is written.
+    const Ref ref = begin();
+    putCount(kArray, m_marked[static_cast<size_t>(mark)]);
+    forEachObject([&](quint64, Mark objectMark) {
+        if (objectMark == mark)
+            putRef(index);
+        ++index;
+    });
+    return ref;
 }
 
 bool BinaryPlistWriter::finish(Ref top)

@@ -8,7 +8,6 @@
 #include <QStringView>
 
 #include <deque>
-#include <functional>
 #include <span>
 #include <vector>
 
@@ -64,7 +63,8 @@ private:
     void putCount(BinaryPlistFormat::Marker marker, quint64 count);
     void flush();
     /// Calls with the offset and mark of each object, in order.
-    void forEachObject(const std::function<void(quint64 offset, Mark mark)> &call) const;
+    template <class Call>
+    void forEachObject(Call call) const;
 
     QIODevice &m_device;
     std::vector<char> m_buffer;

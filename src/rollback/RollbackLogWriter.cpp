@@ -16,6 +16,8 @@ namespace {
 
 constexpr QLatin1StringView kCannotWrite{"The rollback log cannot be written to \"%1\": %2"};
 constexpr int kMostSeconds = 24 * 60 * 60;
+/// How much is written between two requests to begin bringing it to the disk.
+constexpr qint64 kWrittenBetween = 4 * 1024 * 1024;
 
 QString failureText(const QByteArray &folder, const QString &why)
 {
@@ -50,13 +52,25 @@ public:
     }
 
     TResult<QString> place(TDate date, bool keepOthers) const;
+    void beginWriteback();
 
     JournalFolder folder;
     QByteArray name;
     QFile file;
+    qint64 begun = 0; ///< bytes that are on their way to the disk
     std::unique_ptr<KeyedArchiver> archiver;
     bool placed = false;
 };
+
+/// The log is synced at the end of the run; what is on the disk by then need not be waited for.
+void RollbackLogWriter::Private::beginWriteback()
+{
+    const qint64 written = file.pos();
+    if (written - begun < kWrittenBetween)
+        return;
+    ::sync_file_range(file.handle(), begun, written - begun, SYNC_FILE_RANGE_WRITE);
+    begun = written;
+}
 
 TResult<QString> RollbackLogWriter::Private::place(TDate date, bool keepOthers) const
 {
@@ -107,6 +121,7 @@ void RollbackLogWriter::append(const TRenameTRX &transaction)
     m_private->archiver->appendObject(TRenameTRX::archiveClass(), [&transaction](TEncoder &coder) {
         transaction.encodeWithCoder(coder);
     });
+    m_private->beginWriteback();
 }
 
 TResult<QString> RollbackLogWriter::finish(TDate date, bool keepOthers)

@@ -4,7 +4,9 @@
 #include "commonprocs/HashSet128.h"
 #include "rollback/FolderPool.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <thread>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -18,6 +20,10 @@ constexpr QLatin1StringView kOldNameInUse{
 constexpr QLatin1StringView kRollbackFailed{"Rollback failed: %@"};
 constexpr QLatin1StringView kSkipped{"Skipped rolling back this file"};
 constexpr qsizetype kProgressStep = 10;
+/// How many files are looked for at a time, by two threads; few enough to stop soon.
+constexpr std::size_t kLookedForAtOnce = 2048;
+/// Below that, a second thread costs more than it saves.
+constexpr std::size_t kWorthAThread = 512;
 /// How often a name that somebody takes at the last moment is replaced by the next free one.
 constexpr int kAttempts = 100;
 
@@ -40,6 +46,7 @@ Hash128 placeOf(const TFileURL &url)
 RollbackRun::RollbackRun(FileManager &fileManager, std::vector<TRenameTRX> transactions)
     : m_fileManager(fileManager)
     , m_mover(fileManager)
+    , m_secondMover(fileManager)
     , m_transactions(std::move(transactions))
 {
     FolderPool folders;
@@ -58,10 +65,31 @@ bool RollbackRun::exists(const TFileURL &url)
 void RollbackRun::processLog(const Progress &progress, const std::atomic<bool> *abort)
 {
     const auto total = static_cast<qsizetype>(m_transactions.size());
+    m_found.assign(m_transactions.size(), 0);
+    std::size_t lookedFor = 0;
     for (qsizetype number = 1; number <= total && (abort == nullptr || !*abort); ++number) {
-        processRecord(static_cast<std::size_t>(number - 1));
+        const auto index = static_cast<std::size_t>(number - 1);
+        if (index == lookedFor) {
+            lookedFor = std::min(lookedFor + kLookedForAtOnce, m_transactions.size());
+            lookFor(index, lookedFor);
+        }
+        processRecord(index);
         report(progress, number, total);
     }
+}
+
+void RollbackRun::lookFor(std::size_t first, std::size_t end)
+{
+    const auto look = [this](FileMover &mover, std::size_t from, std::size_t to) {
+        for (std::size_t i = from; i < to; ++i)
+            if (const TFileURL &url = m_transactions[i].renamedURL; m_completed[i])
+                m_found[i] = mover.exists(*url.folder(), url.lastPathComponent()) ? 1 : 0;
+    };
+    const std::size_t middle = end - first < kWorthAThread ? end : first + (end - first) / 2;
+    std::jthread second;
+    if (middle < end)
+        second = std::jthread([&look, this, middle, end] { look(m_secondMover, middle, end); });
+    look(m_mover, first, middle);
 }
 
 void RollbackRun::processRecord(std::size_t index)
@@ -74,7 +102,7 @@ void RollbackRun::processRecord(std::size_t index)
         record.errorLog.addErrorOfType(
             TErrorTypes::kCritical,
             formatted(kNotCompleted, {record.originalURL.lastPathComponent(), renamedName}));
-    else if (exists(record.renamedURL))
+    else if (m_found[index] != 0)
         record.renamedExistsWithStatus = kRenamedFound;
     else
         record.errorLog.addErrorOfType(TErrorTypes::kCritical, formatted(kNotFound, {renamedName}));

@@ -44,6 +44,7 @@ public:
 
 private:
     bool exists(const TFileURL &url);
+    void lookFor(std::size_t first, std::size_t end);
     void processRecord(std::size_t index);
     void rollBack(qsizetype index, const Restored &restored);
     TMoveResult moveBack(const TRenameTRX &record, TFileURL &target);
@@ -51,7 +52,9 @@ private:
 
     FileManager &m_fileManager;
     FileMover m_mover;
+    FileMover m_secondMover;                  ///< of the thread that helps to look for files
     std::unique_ptr<FolderPicture> m_picture; ///< made when a name is in use
     std::vector<TRenameTRX> m_transactions;
     std::vector<bool> m_completed; ///< by index: renamed, and as a run would have done it
+    std::vector<char> m_found; ///< by index: the renamed file is there; no bits, for two threads
 };
