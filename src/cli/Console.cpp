@@ -5,6 +5,7 @@
 #include "cli/SettingValue.h"
 #include "commonprocs/ByteNames.h"
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -173,7 +174,20 @@ void Console::flush()
 
 QByteArray displayed(QStringView text)
 {
+    const bool isPlain = std::all_of(text.begin(), text.end(),
+                                     [](QChar unit) { return unit >= u' ' && unit < u'\x7f'; });
+    if (isPlain)
+        return text.toLatin1();
     return ByteNames::forDisplay(text).toUtf8();
+}
+
+QByteArray arrowLine(const QByteArray &oldName, const QByteArray &newName)
+{
+    constexpr QByteArrayView kArrow = " -> ";
+    QByteArray line;
+    line.reserve(oldName.size() + kArrow.size() + newName.size() + 1);
+    line.append(oldName).append(kArrow).append(newName).append('\n');
+    return line;
 }
 
 QString counted(qsizetype number, QLatin1StringView one, QLatin1StringView many)

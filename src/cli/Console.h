@@ -70,5 +70,7 @@ private:
 
 /// A name or text as UTF-8 for people: control characters and raw bytes as \xNN.
 QByteArray displayed(QStringView text);
+/// "old name -> new name", of texts that can be shown, with the line's end.
+QByteArray arrowLine(const QByteArray &oldName, const QByteArray &newName);
 /// "1 file", "2 files".
 QString counted(qsizetype number, QLatin1StringView one, QLatin1StringView many);

@@ -6,6 +6,7 @@
 #include "cli/ShellWords.h"
 
 #include <array>
+#include <future>
 
 using namespace Qt::StringLiterals;
 
@@ -68,12 +69,41 @@ int RenameCommand::run(const CommandLine &line)
     if (const auto status = collect(line))
         return *status;
     const std::unique_ptr<BatchReport> report = BatchReport::make(console());
+    makeRun(line);
+    // The plan of a run that nobody will be asked about is written while the batch is analysed; it
+    // goes away with a refused run.
+    const bool beside = line.has(kYes);
+    std::future<TResult<bool>> prepared = std::async(
+        beside ? std::launch::async : std::launch::deferred, [this] { return prepare(); });
     const std::optional<RenameGuard::Answer> answer = analyse(*report);
     if (!answer)
         return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
     if (answer->verdict != RenameGuard::Verdict::Confirm)
         return refuseWithPreview(*answer);
-    return rename(line, *answer, *report);
+    return rename(line, *answer, prepared.get(), *report);
+}
+
+void RenameCommand::makeRun(const CommandLine &line)
+{
+    m_logsFolder = LogsFolder::made();
+    m_source = metadataSource();
+    m_run = std::make_unique<TRenameRun>(
+        environment().fileManager, environment().clock, files().files(),
+        TRenameRun::Settings{recipe().freshRules(), recipe().extensionHandler->copyForRun(),
+                             recipe().options, m_logsFolder, line.has(kYes)});
+    m_run->setMetadataSource(m_source.get());
+    if (console().isJson())
+        m_run->setTextLog(
+            [this](const QString &text) { appendJsonCharacters(m_outcome.textLog, text); });
+}
+
+TResult<bool> RenameCommand::prepare()
+{
+    if (!m_logsFolder.isEmpty())
+        return m_run->prepare();
+    return TResult<bool>::failure(
+        u"The folder %1 cannot be made; check the permissions of the folders above it."_s.arg(
+            LogsFolder::path()));
 }
 
 std::optional<RenameGuard::Answer> RenameCommand::analyse(BatchReport &report)
@@ -125,30 +155,11 @@ std::optional<int> RenameCommand::confirm(const CommandLine &line, const QString
     return {};
 }
 
-TResult<bool> RenameCommand::prepare(TRenameRun &run, const QString &logsFolder)
-{
-    if (!logsFolder.isEmpty())
-        return run.prepare();
-    return TResult<bool>::failure(
-        u"The folder %1 cannot be made; check the permissions of the folders above it."_s.arg(
-            LogsFolder::path()));
-}
-
 int RenameCommand::rename(const CommandLine &line, const RenameGuard::Answer &answer,
-                          BatchReport &report)
+                          const TResult<bool> &prepared, BatchReport &report)
 {
-    const QString logsFolder = LogsFolder::made();
-    const std::unique_ptr<TMetadataSource> source = metadataSource();
-    RenameOutcome outcome;
-    TRenameRun run(environment().fileManager, environment().clock, files().files(),
-                   {recipe().freshRules(), recipe().extensionHandler->copyForRun(),
-                    recipe().options, logsFolder, line.has(kYes)});
-    run.setMetadataSource(source.get());
-    if (console().isJson())
-        run.setTextLog(
-            [&outcome](const QString &text) { appendJsonCharacters(outcome.textLog, text); });
     QString question = answer.title + u'\n' + answer.text;
-    if (const TResult<bool> prepared = prepare(run, logsFolder); !prepared) {
+    if (!prepared) {
         if (!line.has(kNoUndo))
             return refuse(ExitStatus::kNotConfirmed,
                           u"this run could not be undone. %1 Nothing was renamed; give --no-undo "
@@ -158,13 +169,13 @@ int RenameCommand::rename(const CommandLine &line, const RenameGuard::Answer &an
     }
     if (const auto status = confirm(line, question))
         return *status;
-    outcome.missing = files().missing();
-    move(run, report, outcome);
-    report.finish(outcome);
-    return statusOf(outcome);
+    m_outcome.missing = files().missing();
+    move(report);
+    report.finish(m_outcome);
+    return status();
 }
 
-void RenameCommand::move(TRenameRun &run, BatchReport &report, RenameOutcome &outcome)
+void RenameCommand::move(BatchReport &report)
 {
     // The run reports what it did; what the names looked like in the analysis is worked out beside
     // it, file by file, instead of being kept.
@@ -178,12 +189,12 @@ void RenameCommand::move(TRenameRun &run, BatchReport &report, RenameOutcome &ou
         report.renamed(files().files()[static_cast<std::size_t>(file.index)], target, file);
         console().progress().show("Renaming"_L1, file.index + 1, total());
     };
-    outcome.summary = run.run(reported, environment().interrupted);
+    m_outcome.summary = m_run->run(reported, environment().interrupted);
 }
 
-int RenameCommand::statusOf(const RenameOutcome &outcome)
+int RenameCommand::status()
 {
-    const TRenameSummary &summary = outcome.summary;
+    const TRenameSummary &summary = m_outcome.summary;
     if (!summary.problem.isEmpty())
         console().message(summary.problem);
     if (summary.interrupted && interrupted()) {
@@ -194,7 +205,7 @@ int RenameCommand::statusOf(const RenameOutcome &outcome)
         console().message(story);
         return ExitStatus::kInterrupted;
     }
-    const bool complete = summary.failed == 0 && outcome.missing == 0 && !summary.interrupted &&
+    const bool complete = summary.failed == 0 && m_outcome.missing == 0 && !summary.interrupted &&
                           summary.problem.isEmpty();
     return complete ? ExitStatus::kDone : ExitStatus::kIncomplete;
 }

@@ -17,11 +17,18 @@ protected:
     int run(const CommandLine &line) override;
 
 private:
+    void makeRun(const CommandLine &line);
+    TResult<bool> prepare();
     std::optional<RenameGuard::Answer> analyse(BatchReport &report);
     int refuseWithPreview(const RenameGuard::Answer &answer);
     std::optional<int> confirm(const CommandLine &line, const QString &question);
-    static TResult<bool> prepare(TRenameRun &run, const QString &logsFolder);
-    int rename(const CommandLine &line, const RenameGuard::Answer &answer, BatchReport &report);
-    void move(TRenameRun &run, BatchReport &report, RenameOutcome &outcome);
-    int statusOf(const RenameOutcome &outcome);
+    int rename(const CommandLine &line, const RenameGuard::Answer &answer,
+               const TResult<bool> &prepared, BatchReport &report);
+    void move(BatchReport &report);
+    int status();
+
+    RenameOutcome m_outcome;
+    QString m_logsFolder;
+    std::unique_ptr<TMetadataSource> m_source;
+    std::unique_ptr<TRenameRun> m_run; ///< last, so that it ends before what it uses
 };

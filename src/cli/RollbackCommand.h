@@ -5,6 +5,7 @@
 #include "cli/RollbackReport.h"
 #include "rollback/RollbackRun.h"
 
+#include <future>
 #include <optional>
 
 /// "rollback": undoes a past run, or only shows what could be undone.
@@ -32,4 +33,5 @@ private:
 
     RollbackResult m_result;
     std::unique_ptr<RollbackRun> m_run;
+    std::future<bool> m_recommendsReverse; ///< worked out beside the check; ends before the run
 };

@@ -70,7 +70,7 @@ void printRecord(Console &console, const TRenameTRX &record, const QString &rest
 {
     const TFileURL target = restored.isNull() ? record.originalURL : restoredTo(record, restored);
     if (!console.isQuiet())
-        console.print(shown(console, record.renamedURL) + " -> " + shown(console, target) + '\n');
+        console.print(arrowLine(shown(console, record.renamedURL), shown(console, target)));
     for (const TErrorTypes &problem : record.errorLog) {
         const QByteArray mark =
             problem.errClass == TErrorTypes::kCritical ? "critical: " : "warning: ";

@@ -52,7 +52,7 @@ void TextBatchReport::line(const TFileItem &item, const QByteArray &newName)
         return;
     const QByteArray old =
         displayed(m_console.isVerbose() ? item.url.path() : item.url.lastPathComponent());
-    m_console.print(old + " -> " + newName + '\n');
+    m_console.print(arrowLine(old, newName));
 }
 
 void TextBatchReport::problem(const TFileItem &item, QByteArrayView mark, const QString &text)
