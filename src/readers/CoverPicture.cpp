@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr qint64 kMostBytes = 64 * 1024 * 1024;
+constexpr qint64 kMostBytes = qint64{64} * 1024 * 1024;
 
 QByteArray coverOf(ByteSource &source)
 {

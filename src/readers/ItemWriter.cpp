@@ -16,7 +16,7 @@ constexpr auto kTrackItem = "trkn"_L1;
 constexpr auto kDiscItem = "disk"_L1;
 constexpr auto kBetweenValues = ", "_L1;
 /// No tag that names a file is longer; a hostile one may be.
-constexpr qsizetype kLongestText = 64 * 1024;
+constexpr qsizetype kLongestText = qsizetype{64} * 1024;
 
 /// Without ends that are blank or NUL, and without half surrogate pairs: those stand for bytes of
 /// file names elsewhere.

@@ -26,8 +26,8 @@ constexpr auto kMuxer = "encoder";
 constexpr QByteArrayView kOwnLevels[] = {"TRACK/", "MOVIE/"};
 constexpr int kBufferSize = 32 * 1024;
 /// Enough to find the streams of a broadcast; the pictures themselves are not looked at.
-constexpr qint64 kBytesToProbe = 2 * 1024 * 1024;
-constexpr qint64 kTimeToProbe = 2 * AV_TIME_BASE;
+constexpr qint64 kBytesToProbe = qint64{2} * 1024 * 1024;
+constexpr qint64 kTimeToProbe = qint64{2} * AV_TIME_BASE;
 
 /// Which of libavformat's input is read: the source, from the place it last left.
 struct Input

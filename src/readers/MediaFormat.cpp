@@ -13,8 +13,8 @@ namespace {
 struct Signature
 {
     int at;
-    QByteArrayView bytes;
     int secondAt;
+    QByteArrayView bytes;
     QByteArrayView second;
     MediaFormat format;
 };
@@ -30,54 +30,49 @@ constexpr MediaFormat kMp4 = {MediaFamily::Mp4, "mov"};
 constexpr MediaFormat kMpegTransport = {MediaFamily::Libav, "mpegts"};
 
 constexpr Signature kSignatures[] = {
-    {0, bytes("fLaC"), 0, {}, {MediaFamily::Flac, "flac"}},
-    {0, bytes("RIFF"), 8, bytes("WAVE"), {MediaFamily::Wav, "wav"}},
-    {0, bytes("RIFF"), 8, bytes("AVI"), {MediaFamily::Libav, "avi"}},
-    {0, bytes("RF64"), 8, bytes("WAVE"), {MediaFamily::Libav, "wav"}},
-    {0, bytes("BW64"), 8, bytes("WAVE"), {MediaFamily::Libav, "wav"}},
-    {0, bytes("riff\x2E\x91\xCF\x11"), 0, {}, {MediaFamily::Libav, "w64"}},
-    {0, bytes("FORM"), 8, bytes("AIFF"), {MediaFamily::Aiff, "aiff"}},
-    {0, bytes("FORM"), 8, bytes("AIFC"), {MediaFamily::Aiff, "aiff"}},
-    {4, bytes("ftyp"), 0, {}, kMp4},
-    {4, bytes("moov"), 0, {}, kMp4},
-    {4, bytes("mdat"), 0, {}, kMp4},
-    {4, bytes("wide"), 0, {}, kMp4},
-    {4, bytes("free"), 0, {}, kMp4},
-    {4, bytes("skip"), 0, {}, kMp4},
-    {4, bytes("pnot"), 0, {}, kMp4},
-    {0, bytes("\x30\x26\xB2\x75\x8E\x66\xCF\x11"), 0, {}, {MediaFamily::Asf, "asf"}},
-    {0, bytes("MAC "), 0, {}, {MediaFamily::Ape, "ape"}},
-    {0, bytes("wvpk"), 0, {}, {MediaFamily::WavPack, "wv"}},
-    {0, bytes("MPCK"), 0, {}, {MediaFamily::Musepack, "mpc8"}},
-    {0, bytes("MP+"), 0, {}, {MediaFamily::Musepack, "mpc"}},
-    {0, bytes("TTA1"), 0, {}, {MediaFamily::TrueAudio, "tta"}},
-    {0, bytes("\x1A\x45\xDF\xA3"), 0, {}, {MediaFamily::Libav, "matroska"}},
-    {0, bytes("FLV\x01"), 0, {}, {MediaFamily::Libav, "flv"}},
-    {0, bytes("caff\0\x01"), 0, {}, {MediaFamily::Libav, "caf"}},
-    {0, bytes("#!AMR"), 0, {}, {MediaFamily::Libav, "amr"}},
-    {0, bytes(".snd"), 0, {}, {MediaFamily::Libav, "au"}},
-    {0, bytes("DSD "), 0, {}, {MediaFamily::Libav, "dsf"}},
-    {0, bytes("FRM8"), 12, bytes("DSD "), {MediaFamily::Libav, "iff"}},
-    {0, bytes(".RMF"), 0, {}, {MediaFamily::Libav, "rm"}},
-    {0, bytes("\x06\x0E\x2B\x34\x02\x05\x01\x01"), 0, {}, {MediaFamily::Libav, "mxf"}},
-    {0, bytes("\0\0\x01\xBA"), 0, {}, {MediaFamily::Libav, "mpeg"}},
-    {0, bytes("\0\0\x01\xB3"), 0, {}, {MediaFamily::Libav, "mpegvideo"}},
-    {0, bytes("\x1F\x07\0"), 0, {}, {MediaFamily::Libav, "dv"}},
-    {0, bytes("\x0B\x77"), 0, {}, {MediaFamily::Libav, "ac3"}},
-    {0, bytes("\x7F\xFE\x80\x01"), 0, {}, {MediaFamily::Libav, "dts"}},
+    {0, 0, bytes("fLaC"), {}, {MediaFamily::Flac, "flac"}},
+    {0, 8, bytes("RIFF"), bytes("WAVE"), {MediaFamily::Wav, "wav"}},
+    {0, 8, bytes("RIFF"), bytes("AVI"), {MediaFamily::Libav, "avi"}},
+    {0, 8, bytes("RF64"), bytes("WAVE"), {MediaFamily::Libav, "wav"}},
+    {0, 8, bytes("BW64"), bytes("WAVE"), {MediaFamily::Libav, "wav"}},
+    {0, 0, bytes("riff\x2E\x91\xCF\x11"), {}, {MediaFamily::Libav, "w64"}},
+    {0, 8, bytes("FORM"), bytes("AIFF"), {MediaFamily::Aiff, "aiff"}},
+    {0, 8, bytes("FORM"), bytes("AIFC"), {MediaFamily::Aiff, "aiff"}},
+    {4, 0, bytes("ftyp"), {}, kMp4},
+    {4, 0, bytes("moov"), {}, kMp4},
+    {4, 0, bytes("mdat"), {}, kMp4},
+    {4, 0, bytes("wide"), {}, kMp4},
+    {4, 0, bytes("free"), {}, kMp4},
+    {4, 0, bytes("skip"), {}, kMp4},
+    {4, 0, bytes("pnot"), {}, kMp4},
+    {0, 0, bytes("\x30\x26\xB2\x75\x8E\x66\xCF\x11"), {}, {MediaFamily::Asf, "asf"}},
+    {0, 0, bytes("MAC "), {}, {MediaFamily::Ape, "ape"}},
+    {0, 0, bytes("wvpk"), {}, {MediaFamily::WavPack, "wv"}},
+    {0, 0, bytes("MPCK"), {}, {MediaFamily::Musepack, "mpc8"}},
+    {0, 0, bytes("MP+"), {}, {MediaFamily::Musepack, "mpc"}},
+    {0, 0, bytes("TTA1"), {}, {MediaFamily::TrueAudio, "tta"}},
+    {0, 0, bytes("\x1A\x45\xDF\xA3"), {}, {MediaFamily::Libav, "matroska"}},
+    {0, 0, bytes("FLV\x01"), {}, {MediaFamily::Libav, "flv"}},
+    {0, 0, bytes("caff\0\x01"), {}, {MediaFamily::Libav, "caf"}},
+    {0, 0, bytes("#!AMR"), {}, {MediaFamily::Libav, "amr"}},
+    {0, 0, bytes(".snd"), {}, {MediaFamily::Libav, "au"}},
+    {0, 0, bytes("DSD "), {}, {MediaFamily::Libav, "dsf"}},
+    {0, 12, bytes("FRM8"), bytes("DSD "), {MediaFamily::Libav, "iff"}},
+    {0, 0, bytes(".RMF"), {}, {MediaFamily::Libav, "rm"}},
+    {0, 0, bytes("\x06\x0E\x2B\x34\x02\x05\x01\x01"), {}, {MediaFamily::Libav, "mxf"}},
+    {0, 0, bytes("\0\0\x01\xBA"), {}, {MediaFamily::Libav, "mpeg"}},
+    {0, 0, bytes("\0\0\x01\xB3"), {}, {MediaFamily::Libav, "mpegvideo"}},
+    {0, 0, bytes("\x1F\x07\0"), {}, {MediaFamily::Libav, "dv"}},
+    {0, 0, bytes("\x0B\x77"), {}, {MediaFamily::Libav, "ac3"}},
+    {0, 0, bytes("\x7F\xFE\x80\x01"), {}, {MediaFamily::Libav, "dts"}},
 };
 
 /// How the first packet of an Ogg stream begins; it follows the first page's header.
 constexpr Signature kOggStreams[] = {
-    {0, bytes("\x01vorbis"), 0, {}, {MediaFamily::Vorbis, "ogg"}},
-    {0, bytes("OpusHead"), 0, {}, {MediaFamily::Opus, "ogg"}},
-    {0,
-     bytes("\x7F"
-           "FLAC"),
-     0,
-     {},
-     {MediaFamily::OggFlac, "ogg"}},
-    {0, bytes("Speex   "), 0, {}, {MediaFamily::Speex, "ogg"}},
+    {0, 0, bytes("\x01vorbis"), {}, {MediaFamily::Vorbis, "ogg"}},
+    {0, 0, bytes("OpusHead"), {}, {MediaFamily::Opus, "ogg"}},
+    {0, 0, bytes("\177FLAC"), {}, {MediaFamily::OggFlac, "ogg"}},
+    {0, 0, bytes("Speex   "), {}, {MediaFamily::Speex, "ogg"}},
 };
 constexpr qint64 kOggPageHeader = 27;
 

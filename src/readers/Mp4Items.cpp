@@ -21,7 +21,7 @@ constexpr auto kMetadata = "quicktime-metadata"_L1;
 constexpr auto kGenreNumber = "gnre"_L1;
 constexpr QByteArrayView kNamePrefix = "com.apple.quicktime.";
 
-constexpr qint64 kLongestValue = 256 * 1024;
+constexpr qint64 kLongestValue = qint64{256} * 1024;
 constexpr int kMostBoxes = 4096;
 constexpr qint64 kVersionSize = 4; // one byte of version, three of flags
 constexpr qint64 kDataHeader = 8;  // type and locale

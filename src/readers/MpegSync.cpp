@@ -9,7 +9,7 @@
 namespace {
 
 constexpr int kFramesToSee = 3;
-constexpr qint64 kFarthestFrame = 64 * 1024;
+constexpr qint64 kFarthestFrame = qint64{64} * 1024;
 
 /// Kilobits a second by index: version 1 layers 1 to 3, version 2 layer 1, version 2 layers 2
 /// and 3.
@@ -38,7 +38,7 @@ std::optional<qint64> frameLength(quint32 header)
     const bool isFirstVersion = version == 3;
     const quint32 layer = 4 - layerBits;
     const int row = static_cast<int>(isFirstVersion ? layer - 1 : layer == 1 ? 3 : 4);
-    const qint64 bitRate = kBitRates[row][rateIndex] * 1000;
+    const qint64 bitRate = qint64{kBitRates[row][rateIndex]} * 1000;
     const qint64 sampleRate = kSampleRates[sampleIndex] >> (isFirstVersion ? 0
                                                             : version == 2 ? 1
                                                                            : 2);
