@@ -22,12 +22,14 @@ constexpr quint64 kMediaFields = 2;
 constexpr quint64 kItemFields = 4;
 constexpr quint64 kThumbnailFields = 3;
 constexpr int kBytesPerPixel = 4;
+constexpr qsizetype kUsualSize = 4096;
 
 /// A frame whose content is written by write.
 template <class Write>
 QByteArray framed(Write write)
 {
     QByteArray content;
+    content.reserve(kUsualSize);
     {
         QCborStreamWriter writer(&content);
         write(writer);
