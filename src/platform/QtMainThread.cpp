@@ -24,20 +24,20 @@ void QtMainThread::wake()
 
 void QtMainThread::customEvent(QEvent *)
 {
-    runSlice();
+    // Qt delivers events that are posted meanwhile in the same round, and would keep timers and
+    // input waiting for as long as work brings more work. So only the first one runs some; the rest
+    // is the timer's.
+    if (m_timer.isActive())
+        return;
+    m_timer.start(0, this);
+    runPosted(kSlice);
 }
 
 void QtMainThread::timerEvent(QTimerEvent *)
 {
-    runSlice();
-}
-
-void QtMainThread::runSlice()
-{
-    // Started before the work, so that an event loop within it goes on with the rest. A timer, not
-    // another event: events posted by events would keep input waiting.
-    if (!m_timer.isActive())
-        m_timer.start(0, this);
+    // Started anew before the work, so that an event loop within it goes on with the rest: a timer
+    // whose event is under way does not fire there.
+    m_timer.start(0, this);
     if (!runPosted(kSlice))
         m_timer.stop();
 }

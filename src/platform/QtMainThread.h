@@ -20,7 +20,5 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    void runSlice();
-
     QBasicTimer m_timer; ///< active while work may be left
 };

@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QTest>
+#include <QTimer>
 
 #include <algorithm>
 #include <atomic>
@@ -342,6 +343,23 @@ private Q_SLOTS:
         QCoreApplication::processEvents();
         QVERIFY2(ran > 0 && ran < 100, qPrintable(QString::number(ran)));
         QTRY_COMPARE(ran, 200);
+    }
+
+    void workThatBringsWorkLeavesTimersTheirTurn()
+    {
+        QtMainThread thread;
+        int ran = 0;
+        std::function<void()> again = [&] {
+            std::this_thread::sleep_for(1ms);
+            if (++ran < 100)
+                thread.post(again);
+        };
+        thread.post(again);
+        int ranAtFirstBeat = 0;
+        QTimer::singleShot(1ms, &thread, [&] { ranAtFirstBeat = ran; });
+        QTRY_COMPARE(ran, 100);
+        QVERIFY2(ranAtFirstBeat > 0 && ranAtFirstBeat < 50,
+                 qPrintable(QString::number(ranAtFirstBeat)));
     }
 
     void innerEventLoopRunsTheRest()
