@@ -267,6 +267,8 @@ private:
     TDocumentFacts facts();
     void collectFacts();
     void startBackgroundRun();
+    void forgetFacts();
+    void forgetCollected();
     TRuleList preparedCopy() const;
     TDocumentAnalysis::Input analysisInput();
     AnalysisRun analysisRun();
@@ -319,10 +321,12 @@ private:
 
     std::optional<TErrorLog> m_errorLog;
     TDocumentFacts m_facts;                 ///< null when list or metadata have changed since
+    TDocumentFiles m_factFiles;             ///< their entries
     std::vector<TDocumentFact> m_collected; ///< the first ones, for a run that is about to start
-    quint64 m_collectedVersion = 0;         ///< of the list that they are from
-    quint64 m_metadataVersion = 0;          ///< counts the files whose metadata have come
-    quint64 m_collectedMetadata = 0;        ///< what that was when collecting began
+    TFileList m_collectedFiles;
+    quint64 m_collectedVersion = 0;  ///< of the list that they are from
+    quint64 m_metadataVersion = 0;   ///< counts the files whose metadata have come
+    quint64 m_collectedMetadata = 0; ///< what that was when collecting began
     bool m_isCollecting = false;
     bool m_isCollectingPosted = false;
     QHash<const TFileObject *, ForecastStepper::Forecast> m_forecasts;

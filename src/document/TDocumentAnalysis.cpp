@@ -52,7 +52,7 @@ void TDocumentAnalysis::cancel()
 {
     m_worker.cancel();
     ++m_newest;
-    m_files.clear();
+    m_files.reset();
     m_isRunning = false;
 }
 
@@ -83,7 +83,7 @@ void TDocumentAnalysis::analyse(const Job &job, const std::stop_token &stop)
             results->push_back(stepper.step(fact.item, fact.metadata, *log));
         }
         hand(job, [first, results, end, total](TDocumentAnalysis &owner) {
-            owner.m_output.results(static_cast<qsizetype>(first), *results, owner.m_files);
+            owner.m_output.results(static_cast<qsizetype>(first), *results, *owner.m_files);
             if (end % kPortion == 0)
                 owner.m_output.progress(static_cast<qsizetype>(end), static_cast<qsizetype>(total));
         });
@@ -111,7 +111,7 @@ void TDocumentAnalysis::forecast(const Job &job, const std::stop_token &stop)
             forecasts->push_back(stepper.step(fact.item, fact.metadata));
         }
         hand(job, [first, forecasts](TDocumentAnalysis &owner) {
-            owner.m_output.forecasts(static_cast<qsizetype>(first), *forecasts, owner.m_files);
+            owner.m_output.forecasts(static_cast<qsizetype>(first), *forecasts, *owner.m_files);
         });
     }
     hand(job, [](TDocumentAnalysis &owner) { owner.m_output.forecastComplete(); });

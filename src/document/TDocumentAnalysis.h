@@ -18,6 +18,9 @@ struct TDocumentFact
 };
 /// Made once for as long as the list stays as it is; shared by the runs over it.
 using TDocumentFacts = std::shared_ptr<const std::vector<TDocumentFact>>;
+/// The entries of the facts. Never leaves the main thread; shared, since a copy would touch every
+/// entry.
+using TDocumentFiles = std::shared_ptr<const TFileList>;
 
 /// The background analysis runs of one document: one worker, which evaluates copies and hands
 /// results over in portions of 50 files. A run that a newer one supersedes stops and publishes
@@ -32,7 +35,7 @@ public:
     struct Input
     {
         TDocumentFacts facts;
-        TFileList files;         ///< the entries of the facts; never leaves the main thread
+        TDocumentFiles files;
         TRuleList rules;         ///< copied, not prepared
         TRuleList forecastRules; ///< copied and prepared
         std::unique_ptr<TExtensionHandler> extensionHandler;
@@ -77,8 +80,8 @@ private:
     FileManager &m_fileManager;
     TDocumentMailPtr m_mail;
     Output m_output;
-    quint64 m_newest = 0; ///< number of the newest run
-    TFileList m_files;    ///< of the newest run
+    quint64 m_newest = 0;   ///< number of the newest run
+    TDocumentFiles m_files; ///< of the newest run
     bool m_isRunning = false;
     WorkerQueue m_worker; ///< last, so that it ends before what it uses
 };

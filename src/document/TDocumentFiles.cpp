@@ -67,7 +67,7 @@ std::vector<qsizetype> movedOrder(std::size_t count, const std::vector<qsizetype
 void TDocument::listChanged()
 {
     ++m_listVersion;
-    m_facts.reset();
+    forgetFacts();
     batchChanged();
 }
 

@@ -99,10 +99,11 @@ void TDocument::askForFolder()
 void TDocument::prepareRename()
 {
     m_isPreparing = true;
+    const TDocumentFacts known = facts();
     m_confirmVersion = m_batchVersion;
     m_renaming = std::make_unique<TDocumentRenaming>(
         m_services.fileManager, m_services.clock, m_mail,
-        TDocumentRenaming::Input{facts(), m_sourceObjectArray, preparedCopy(),
+        TDocumentRenaming::Input{known, m_factFiles, preparedCopy(),
                                  m_theExtensionHandler->copyForRun(), m_theOptions,
                                  m_services.logsFolder ? m_services.logsFolder() : QString()});
     m_renaming->prepare([this](const QString &problem) { confirmRename(problem); });

@@ -82,8 +82,9 @@ void TDocumentRenaming::start(const TProgressSheetController::AbortFlag &abort, 
     m_worker.run([this, shared = m_shared, mail = m_mail, abort](const std::stop_token &) {
         const TRenameSummary summary = shared->run.run(
             [this, &mail](const TRenameReport &one) {
-                mail->post(
-                    [this, one] { m_report(*m_files[static_cast<std::size_t>(one.index)], one); });
+                mail->post([this, one] {
+                    m_report(*(*m_files)[static_cast<std::size_t>(one.index)], one);
+                });
             },
             *abort);
         mail->post([this, summary] {

@@ -20,7 +20,7 @@ public:
     struct Input
     {
         TDocumentFacts facts;
-        TFileList files; ///< the entries of the facts; never leaves the main thread
+        TDocumentFiles files;
         TRuleList rules; ///< copied and prepared
         std::unique_ptr<TExtensionHandler> extensionHandler;
         TOptions options;
@@ -35,7 +35,7 @@ public:
                       Input input);
     ~TDocumentRenaming();
 
-    qsizetype count() const { return static_cast<qsizetype>(m_files.size()); }
+    qsizetype count() const { return static_cast<qsizetype>(m_files->size()); }
     /// Makes the plan; nothing moves yet.
     void prepare(Prepared prepared);
     /// Moves until the end or until the flag is set. Reports come in list order, then the summary.
@@ -47,7 +47,7 @@ private:
     struct Shared;
 
     std::shared_ptr<Shared> m_shared; ///< what the worker uses
-    TFileList m_files;
+    TDocumentFiles m_files;
     TDocumentMailPtr m_mail;
     TProgressSheetController::AbortFlag m_abort;
     Report m_report;

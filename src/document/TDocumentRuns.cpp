@@ -44,8 +44,21 @@ TDocumentFacts TDocument::facts()
         for (const auto &file : m_sourceObjectArray)
             list.push_back(factOf(*file));
         m_facts = std::make_shared<const std::vector<TDocumentFact>>(std::move(list));
+        m_factFiles = std::make_shared<const TFileList>(m_sourceObjectArray);
     }
     return m_facts;
+}
+
+void TDocument::forgetFacts()
+{
+    m_facts.reset();
+    m_factFiles.reset();
+}
+
+void TDocument::forgetCollected()
+{
+    m_collected.clear();
+    m_collectedFiles.clear();
 }
 
 TRuleList TDocument::preparedCopy() const
@@ -58,8 +71,9 @@ TRuleList TDocument::preparedCopy() const
 TDocumentAnalysis::Input TDocument::analysisInput()
 {
     m_analysisVersion = m_listVersion;
-    return {facts(),
-            m_sourceObjectArray,
+    const TDocumentFacts known = facts();
+    return {known,
+            m_factFiles,
             copyArrayViaEncode(m_ruleArray),
             preparedCopy(),
             m_theExtensionHandler->copyForRun(),
@@ -76,7 +90,7 @@ AnalysisRun TDocument::analysisRun()
 
 void TDocument::AOpComplete(TAnalyseOperation &)
 {
-    m_facts.reset();
+    forgetFacts();
     ++m_metadataVersion;
     batchChanged();
     if (--m_remainingAOps > 0)
@@ -96,7 +110,7 @@ void TDocument::doBackgroundRun()
         return startBackgroundRun();
     m_analysis.cancel();
     if (m_collectedMetadata != m_metadataVersion)
-        m_collected.clear();
+        forgetCollected();
     m_collectedMetadata = m_metadataVersion;
     m_isCollecting = true;
     collectFacts();
@@ -116,12 +130,15 @@ void TDocument::collectFacts()
     if (!m_isCollecting || m_isCollectingPosted)
         return;
     if (m_collectedVersion != m_listVersion)
-        m_collected.clear();
+        forgetCollected();
     m_collectedVersion = m_listVersion;
     m_collected.reserve(m_sourceObjectArray.size());
+    m_collectedFiles.reserve(m_sourceObjectArray.size());
     const TDocumentSlice slice;
     while (m_collected.size() < m_sourceObjectArray.size()) {
-        m_collected.push_back(factOf(*m_sourceObjectArray[m_collected.size()]));
+        const auto &file = m_sourceObjectArray[m_collected.size()];
+        m_collected.push_back(factOf(*file));
+        m_collectedFiles.push_back(file);
         if (!slice.isOver())
             continue;
         m_isCollectingPosted = true;
@@ -131,10 +148,11 @@ void TDocument::collectFacts()
         });
     }
     m_facts = std::make_shared<const std::vector<TDocumentFact>>(std::move(m_collected));
-    m_collected.clear();
+    m_factFiles = std::make_shared<const TFileList>(std::move(m_collectedFiles));
+    forgetCollected();
     startBackgroundRun();
     if (m_collectedMetadata != m_metadataVersion)
-        m_facts.reset();
+        forgetFacts();
 }
 
 void TDocument::doBackgroundRunIfUpdate()
@@ -195,7 +213,7 @@ void TDocument::cancelAnalysis()
 {
     m_analysis.cancel();
     m_isCollecting = false;
-    m_collected.clear();
+    forgetCollected();
     m_renameWanted = false;
     tell(&TDocumentHost::hideProgress);
 }
