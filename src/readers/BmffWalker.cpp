@@ -10,6 +10,7 @@ namespace {
 constexpr qint64 kLargestMeta = 16 * 1024 * 1024;
 constexpr qint64 kLargestBlock = 16 * 1024 * 1024;
 constexpr int kMostTopBoxes = 1000;
+constexpr int kMostAuxiliaries = 64;
 // Quarter turns against the clock, as Exif counts orientations.
 constexpr int kTurns[] = {1, 8, 3, 6};
 constexpr const char *kAlphaKinds[] = {"urn:mpeg:mpegB:cicp:systems:auxiliary:alpha",
@@ -94,9 +95,12 @@ private:
 
     bool hasAlphaItem()
     {
+        int auxiliaries = 0;
         for (const BmffReference &reference : m_items.references()) {
             if (reference.type != "auxl" || reference.to != m_items.primary())
                 continue;
+            if (++auxiliaries > kMostAuxiliaries)
+                return false;
             for (const BmffBox &property : m_items.propertiesOf(reference.from)) {
                 if (property.type == "auxC" && isAlpha(property))
                     return true;

@@ -57,7 +57,8 @@ void feed(png_structp png, png_bytep to, size_t count)
         png_error(png, "end of file");
 }
 
-/// Only plain data lives in the frames that a jump leaves.
+/// Only plain data lives in the frames that a jump leaves. Once this is over, nothing may be called
+/// that could jump.
 void readInfo(Reader &reader, PngChunkFeed &source)
 {
     if (setjmp(png_jmpbuf(reader.png)) != 0)
@@ -69,24 +70,21 @@ void readInfo(Reader &reader, PngChunkFeed &source)
     png_read_info(reader.png, reader.info);
 }
 
+/// One getter a number: the one that gives them all complains of a missing header by a jump.
 void readPixelFacts(const Reader &reader, ImageFacts &facts, QVariantMap &png)
 {
-    png_uint_32 width = 0;
-    png_uint_32 height = 0;
-    int depth = 0;
-    int color = 0;
-    int interlace = 0;
-    if (!png_get_IHDR(reader.png, reader.info, &width, &height, &depth, &color, &interlace, nullptr,
-                      nullptr))
+    facts.width = png_get_image_width(reader.png, reader.info);
+    facts.height = png_get_image_height(reader.png, reader.info);
+    if (facts.width == 0 || facts.height == 0)
         return;
-    facts.width = width;
-    facts.height = height;
-    facts.depth = depth;
+    const int color = png_get_color_type(reader.png, reader.info);
+    facts.depth = png_get_bit_depth(reader.png, reader.info);
     facts.isIndexed = color == PNG_COLOR_TYPE_PALETTE;
     facts.colorModel = color & PNG_COLOR_MASK_COLOR ? kModelRgb : kModelGray;
     facts.hasAlpha =
         (color & PNG_COLOR_MASK_ALPHA) || png_get_valid(reader.png, reader.info, PNG_INFO_tRNS);
-    png.insert(u"InterlaceType"_s, interlace);
+    png.insert(u"InterlaceType"_s,
+               static_cast<int>(png_get_interlace_type(reader.png, reader.info)));
 }
 
 void readDensity(const Reader &reader, ImageFacts &facts, QVariantMap &png)
