@@ -117,9 +117,10 @@ void RenamePipeline::work(const std::stop_token &stop)
         } else if (!m_done.empty()) {
             const Chunk chunk = std::move(m_done.front());
             m_done.pop_front();
+            RunRecorder *const recorder = m_recorder;
             lock.unlock();
             for (std::size_t i = 0; i < chunk->moved; ++i)
-                m_recorder->record(chunk->indexOf(i), chunk->entries[i]);
+                recorder->record(chunk->indexOf(i), chunk->entries[i]);
             lock.lock();
         } else if (stop.stop_requested()) {
             return;
