@@ -11,6 +11,7 @@ constexpr qint64 kLargestMeta = 16 * 1024 * 1024;
 constexpr qint64 kLargestBlock = 16 * 1024 * 1024;
 constexpr int kMostTopBoxes = 1000;
 constexpr int kMostAuxiliaries = 64;
+constexpr int kMostMetadataItems = 16;
 // Quarter turns against the clock, as Exif counts orientations.
 constexpr int kTurns[] = {1, 8, 3, 6};
 constexpr const char *kAlphaKinds[] = {"urn:mpeg:mpegB:cicp:systems:auxiliary:alpha",
@@ -118,7 +119,11 @@ private:
 
     void readMetadataItems()
     {
+        int tries = 0;
         for (const BmffItem &item : m_items.items()) {
+            const bool isBlock = item.type == "Exif" || item.type == "mime";
+            if (isBlock && ++tries > kMostMetadataItems)
+                return;
             if (item.type == "Exif" && m_facts.exif.isEmpty())
                 m_facts.exif = exifOf(m_items.contents(item, m_file, kLargestBlock));
             if (item.type == "mime" && item.contentType == "application/rdf+xml" &&
