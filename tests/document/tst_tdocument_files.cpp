@@ -180,6 +180,10 @@ void TestTDocumentFiles::dropsOfTheSameFile_data()
         f.tree.remove(u"a"_s);
         f.tree.file(u"b"_s);
     }) << u"b"_s << 2;
+    QTest::newRow("moved aside for another file") << Action([](auto &f) {
+        rename(f.tree, u"a"_s, u"b"_s);
+        f.tree.file(u"a"_s);
+    }) << u"b"_s << 2;
     QTest::newRow("renamed under another name")
         << Action([](auto &f) { rename(f.tree, u"a"_s, u"b"_s); }) << u"b"_s << 2;
 }
