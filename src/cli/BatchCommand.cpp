@@ -51,7 +51,7 @@ AnalysisPass BatchCommand::analysis(bool colourCode)
 
 std::unique_ptr<TMetadataSource> BatchCommand::metadataSource()
 {
-    return m_files.metadataSource(m_recipe.metadataKinds());
+    return m_files.metadataSource(m_recipe.metadataKinds(), m_recipe.imageWish());
 }
 
 std::optional<PreviewOutcome> BatchCommand::preview(BatchReport &report)

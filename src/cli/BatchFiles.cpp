@@ -192,7 +192,8 @@ bool BatchFiles::sort(const Recipe &recipe)
 
 bool BatchFiles::rowsFromAnalysis(std::vector<BatchSorting::Row> &rows, const Recipe &recipe)
 {
-    AnalysisPass pass(recipe, m_files, metadataSource(recipe.metadataKinds()), false);
+    AnalysisPass pass(recipe, m_files, metadataSource(recipe.metadataKinds(), recipe.imageWish()),
+                      false);
     while (!pass.atEnd()) {
         if (interrupted())
             return false;
@@ -203,9 +204,10 @@ bool BatchFiles::rowsFromAnalysis(std::vector<BatchSorting::Row> &rows, const Re
     return true;
 }
 
-std::unique_ptr<TMetadataSource> BatchFiles::metadataSource(MetadataGatherer::Kinds kinds)
+std::unique_ptr<TMetadataSource> BatchFiles::metadataSource(MetadataGatherer::Kinds kinds,
+                                                            const ImageWish &wish)
 {
     if (!m_metadata.isStarted())
-        m_metadata.start(m_files, kinds, m_console.isVerbose());
+        m_metadata.start(m_files, kinds, wish, m_console.isVerbose());
     return m_metadata.source();
 }

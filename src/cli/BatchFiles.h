@@ -29,7 +29,8 @@ public:
 
     /// The metadata of the files for one pass over them; null when no kinds are wanted, which must
     /// be the same each time.
-    std::unique_ptr<TMetadataSource> metadataSource(MetadataGatherer::Kinds kinds);
+    std::unique_ptr<TMetadataSource> metadataSource(MetadataGatherer::Kinds kinds,
+                                                    const ImageWish &wish = {});
 
     /// True when --files-from takes standard input away from questions.
     bool readsInput() const { return m_listFile == QStringView(u"-"); }

@@ -29,7 +29,7 @@ BatchMetadata::BatchMetadata(const CliEnvironment &environment)
 BatchMetadata::~BatchMetadata() = default;
 
 void BatchMetadata::start(std::span<const TFileItem> files, MetadataGatherer::Kinds kinds,
-                          bool verbose)
+                          const ImageWish &wish, bool verbose)
 {
     m_started = true;
     if (!kinds || files.empty())
@@ -37,6 +37,7 @@ void BatchMetadata::start(std::span<const TFileItem> files, MetadataGatherer::Ki
     m_total = files.size();
     MetadataGatherer::Settings settings;
     settings.kinds = kinds;
+    settings.wish = wish;
     settings.helper = m_environment.metadataHelper;
     if (!verbose)
         settings.console = {};

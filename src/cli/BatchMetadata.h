@@ -20,7 +20,8 @@ public:
 
     /// Begins to read; nothing happens without kinds. The files must stay where they are until the
     /// first pass is over.
-    void start(std::span<const TFileItem> files, MetadataGatherer::Kinds kinds, bool verbose);
+    void start(std::span<const TFileItem> files, MetadataGatherer::Kinds kinds,
+               const ImageWish &wish, bool verbose);
     bool isStarted() const { return m_started; }
     /// After the first pass: the files are in another order now.
     void reorder(const std::vector<qsizetype> &order);

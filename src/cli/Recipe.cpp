@@ -40,6 +40,15 @@ MetadataGatherer::Kinds Recipe::metadataKinds() const
     return kinds;
 }
 
+ImageWish Recipe::imageWish() const
+{
+    ImageWish wish;
+    for (const TRulePtr &rule : rules)
+        if (const auto *image = dynamic_cast<const TImageTagRule *>(rule.get()))
+            wish.tags.push_back({image->metadataCategory(), image->theTag()});
+    return wish;
+}
+
 TResult<TRulePtr> makeRule(const WrittenRule &written)
 {
     QVariantMap settings = written.settings;

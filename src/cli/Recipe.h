@@ -23,6 +23,8 @@ struct Recipe
     TRuleList freshRules() const;
     /// What metadata the rules take from the files.
     MetadataGatherer::Kinds metadataKinds() const;
+    /// Which image properties they take.
+    ImageWish imageWish() const;
 };
 
 /// A rule as its kind and the settings say; reads the rule's CSV file, if it has one.

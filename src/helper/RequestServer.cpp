@@ -42,7 +42,7 @@ MetadataReply answer(const MetadataRequest &request)
     if (!isRegularFile(request.path))
         return reply;
     if (request.parts.testFlag(MetadataRequest::ImageProperties))
-        reply.imageProperties = readImageProperties(request.path);
+        reply.imageProperties = readImageProperties(request.path, request.wish);
     if (request.parts.testFlag(MetadataRequest::Media))
         reply.media = readMedia(request.path);
     if (request.parts.testFlag(MetadataRequest::Thumbnail))

@@ -137,7 +137,8 @@ std::optional<MetadataRequest> MetadataGatherer::Private::nextRequest()
             settle(index, {});
             continue;
         }
-        MetadataRequest request{static_cast<quint64>(index), parts, 0, file->url.fileSystemPath()};
+        MetadataRequest request{static_cast<quint64>(index), parts, 0, file->url.fileSystemPath(),
+                                m_settings.wish};
         if (request.path.size() <= MetadataProtocol::kMaxPath)
             return request;
         finished(request, HelperPool::Outcome::Crashed, {});

@@ -3,6 +3,7 @@
 
 #include "commonprocs/TFileItem.h"
 #include "document/TMetadataSource.h"
+#include "platform/ImageWish.h"
 #include "settings/logging.h"
 
 #include <QFlags>
@@ -33,6 +34,7 @@ public:
     struct Settings
     {
         Kinds kinds{ImageProperties, Media};
+        ImageWish wish; ///< which image properties
         /// Where completions run; null: on a thread of the gatherer's own. Not owned.
         MainThread *mainThread = nullptr;
         /// Takes the lines that tell which tags were transferred; empty: nobody.

@@ -64,8 +64,8 @@ QVariant TImageTagRule::tagValue(TFileObject &file, TErrorLog *errorLog) const
         file.logErrorType(TErrorTypes::kWarning, problem, errorLog);
         return QVariant();
     };
-    const QString key = EXIFSupport::categoryForTitle(m_category);
-    const bool isGeneral = m_category == kGeneral;
+    const QString key = metadataCategory();
+    const bool isGeneral = key.isEmpty();
     if (!isGeneral && !metadata->hasDictionary(key)) {
         return warn(formatted(kNoCategory, {messagePrefix(), m_category, file.sourceURL().path()}));
     }
@@ -73,6 +73,11 @@ QVariant TImageTagRule::tagValue(TFileObject &file, TErrorLog *errorLog) const
     if (!value.isValid())
         return warn(formatted(kNoValue, {theTag(), m_category, file.sourceURL().path()}));
     return value;
+}
+
+QString TImageTagRule::metadataCategory() const
+{
+    return m_category == kGeneral ? QString() : EXIFSupport::categoryForTitle(m_category);
 }
 
 QVariantMap TImageTagRule::properties() const

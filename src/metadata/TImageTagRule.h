@@ -22,6 +22,8 @@ public:
     QString editingViewController() const override;
 
     const QString &category() const { return m_category; }
+    /// The name of the category in the properties of a file; empty for their top level.
+    QString metadataCategory() const;
     void setCategory(const QString &title) { m_category = title; }
 
 protected:

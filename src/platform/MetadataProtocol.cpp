@@ -14,14 +14,17 @@ namespace {
 constexpr QLatin1StringView kGreeting{"tavrin-metadata"};
 /// To be raised with every change of the messages: an update may replace the helper under a program
 /// that still runs.
-constexpr quint32 kVersion = 1;
+constexpr quint32 kVersion = 2;
 constexpr quint64 kGreetingFields = 2;
-constexpr quint64 kRequestFields = 4;
+constexpr quint64 kRequestFields = 5;
+constexpr quint64 kWishFields = 2;
 constexpr quint64 kReplyFields = 4;
 constexpr quint64 kMediaFields = 2;
 constexpr quint64 kItemFields = 4;
 constexpr quint64 kThumbnailFields = 3;
 constexpr int kBytesPerPixel = 4;
+constexpr qsizetype kMostBytesPerUnit = 3;
+constexpr qsizetype kUnitsBesides = 4; ///< for the lengths of a tag's texts
 constexpr qsizetype kUsualSize = 4096;
 
 /// A frame whose content is written by write.
@@ -37,6 +40,43 @@ QByteArray framed(Write write)
     QByteArray bytes(MetadataProtocol::kHeaderBytes, Qt::Uninitialized);
     qToLittleEndian(static_cast<quint32>(content.size()), bytes.data());
     return bytes + content;
+}
+
+bool isShort(const ImageWish &wish)
+{
+    qsizetype units = 0;
+    for (const ImageWish::Tag &tag : wish.tags)
+        units += tag.category.size() + tag.tag.size() + kUnitsBesides;
+    return units * kMostBytesPerUnit <= MetadataProtocol::kMaxWishBytes;
+}
+
+void writeWish(QCborStreamWriter &writer, const ImageWish &wish)
+{
+    if (!isShort(wish)) {
+        writer.startArray(0);
+    } else {
+        writer.startArray(wish.tags.size());
+        for (const ImageWish::Tag &tag : wish.tags) {
+            writer.startArray(kWishFields);
+            writer.append(tag.category);
+            writer.append(tag.tag);
+            writer.endArray();
+        }
+    }
+    writer.endArray();
+}
+
+ImageWish readWish(CborReader &reader)
+{
+    ImageWish wish;
+    for (quint64 left = reader.enterArray(); left > 0 && reader.isGood(); --left) {
+        reader.enterArray(kWishFields);
+        QString category = reader.text();
+        wish.tags.push_back({std::move(category), reader.text()});
+        reader.leave();
+    }
+    reader.leave();
+    return wish;
 }
 
 void writeMedia(QCborStreamWriter &writer, const MediaReading &media)
@@ -124,6 +164,7 @@ QByteArray frame(const MetadataRequest &request)
         writer.append(quint64{static_cast<uint>(request.parts.toInt())});
         writer.append(qint64{request.edge});
         writer.append(request.path);
+        writeWish(writer, request.wish);
         writer.endArray();
     });
 }
@@ -174,6 +215,7 @@ std::optional<MetadataRequest> readRequest(const QByteArray &content)
         static_cast<MetadataRequest::Parts::Int>(reader.number(quint64{kAll.toInt()})));
     request.edge = static_cast<int>(reader.number(kMaxEdge));
     request.path = reader.bytes();
+    request.wish = readWish(reader);
     reader.leave();
     if (!reader.isAtEnd() || request.path.size() > kMaxPath)
         return {};

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/ImageWish.h"
 #include "platform/MediaReading.h"
 
 #include <QByteArray>
@@ -23,6 +24,7 @@ struct MetadataRequest
     Parts parts;
     int edge = 0;    ///< of the square into which the thumbnail fits, in pixels
     QByteArray path; ///< of the file
+    ImageWish wish;  ///< which of the image properties
 };
 Q_DECLARE_OPERATORS_FOR_FLAGS(MetadataRequest::Parts)
 
@@ -55,6 +57,8 @@ inline constexpr qsizetype kMaxReply = 16 * 1024 * 1024;
 inline constexpr int kMaxEdge = 1024;
 /// The longest path that a request can carry; no system opens longer ones.
 inline constexpr qsizetype kMaxPath = 4096;
+/// A request for more properties than that asks for all.
+inline constexpr qsizetype kMaxWishBytes = 2048;
 
 /// Whole frames. A reply that is too large for one says that nothing was found.
 QByteArray greeting();

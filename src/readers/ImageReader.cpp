@@ -8,11 +8,30 @@
 #include "readers/IptcCategory.h"
 #include "readers/TagCategories.h"
 
+#include <algorithm>
+#include <array>
 #include <exception>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr QLatin1StringView kProfileName{"ProfileName"};
+/// What the Exif block of a JPEG and its header tell by themselves.
+constexpr std::array kHeaderCategories{""_L1,       "{Exif}"_L1,       "{TIFF}"_L1,      "{GPS}"_L1,
+                                       "{JFIF}"_L1, "{MakerNikon}"_L1, "{MakerCanon}"_L1};
+
+/// Such wishes, which nearly all are, need neither the other blocks of a JPEG nor a second reading
+/// of its header.
+bool isForHeader(const ImageWish &wish)
+{
+    return !wish.isAll() &&
+           std::all_of(wish.tags.begin(), wish.tags.end(), [](const ImageWish::Tag &tag) {
+               return tag.tag != kProfileName &&
+                      std::find(kHeaderCategories.begin(), kHeaderCategories.end(), tag.category) !=
+                          kHeaderCategories.end();
+           });
+}
 
 ImageFacts factsOf(ImageFormat format, ByteSource &source)
 {
@@ -41,11 +60,13 @@ ImageFacts factsOf(ImageFormat format, ByteSource &source)
     return {};
 }
 
-QVariantMap propertiesOf(ByteSource &source)
+QVariantMap propertiesOf(ByteSource &source, const ImageWish &wish)
 {
     const ImageFormat format = imageFormatOf(source);
     ImageFacts facts = factsOf(format, source);
-    const ImageTags tags = readImageTags(source, format, facts);
+    const bool headerIsEnough = format == ImageFormat::Jpeg && facts.width > 0 && isForHeader(wish);
+    const ImageTags tags =
+        headerIsEnough ? tagsOfBlocks(facts) : readImageTags(source, format, facts);
     if (tags.isTiff)
         addTiffFacts(tags, facts);
     else if (format == ImageFormat::Other && tags.width == 0)
@@ -60,13 +81,13 @@ QVariantMap propertiesOf(ByteSource &source)
 
 } // namespace
 
-std::optional<QVariantMap> readImageProperties(const QByteArray &path)
+std::optional<QVariantMap> readImageProperties(const QByteArray &path, const ImageWish &wish)
 {
     FileSource source(path);
     if (!source.isOpen())
         return std::nullopt;
     try {
-        const QVariantMap properties = propertiesOf(source);
+        const QVariantMap properties = wish.of(propertiesOf(source, wish));
         return properties.isEmpty() ? std::nullopt : std::optional(properties);
     } catch (const std::exception &) {
         return std::nullopt; // out of memory

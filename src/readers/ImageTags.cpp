@@ -50,7 +50,7 @@ void attempt(Step step)
 
 void readBlocks(const ImageFacts &facts, ImageTags &tags)
 {
-    if (!facts.exif.isEmpty()) {
+    if (!facts.exif.isEmpty() && (facts.prefersExif || tags.exif.empty())) {
         attempt([&] {
             Exiv2::ExifData exif;
             Exiv2::ExifParser::decode(exif,
@@ -89,6 +89,14 @@ void readAdobeMakerNote(ImageTags &tags)
 }
 
 } // namespace
+
+ImageTags tagsOfBlocks(const ImageFacts &facts)
+{
+    prepareExiv2();
+    ImageTags tags;
+    readBlocks(facts, tags);
+    return tags;
+}
 
 ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts &facts)
 {

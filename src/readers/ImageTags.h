@@ -21,5 +21,7 @@ struct ImageTags
     bool isTiff = false; ///< its tags describe its pixels
 };
 
+/// From the blocks that the format's own reader found. Never throws.
+ImageTags tagsOfBlocks(const ImageFacts &facts);
 /// From the whole file, and from the blocks that the format's own reader found. Never throws.
 ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts &facts);

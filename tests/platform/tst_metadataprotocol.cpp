@@ -99,14 +99,26 @@ void TestMetadataProtocol::repliesComeThrough()
 
 void TestMetadataProtocol::requestsComeThrough()
 {
-    const MetadataRequest request{
-        1U << 31, {MetadataRequest::Media, MetadataRequest::Thumbnail}, 256, "/a\xff\n"};
+    const MetadataRequest request{1U << 31,
+                                  {MetadataRequest::Media, MetadataRequest::Thumbnail},
+                                  256,
+                                  "/a\xff\n",
+                                  {{{{}, u"Depth"_s}, {u"{Exif}"_s, u"FNumber"_s}}}};
     const auto read = MetadataProtocol::readRequest(contentOf(MetadataProtocol::frame(request)));
     QVERIFY(read);
     QCOMPARE(read->id, request.id);
     QCOMPARE(read->parts, request.parts);
     QCOMPARE(read->edge, 256);
     QCOMPARE(read->path, request.path);
+    QCOMPARE(read->wish.tags.size(), 2U);
+    QCOMPARE(read->wish.tags.back().category, u"{Exif}"_s);
+    QCOMPARE(read->wish.tags.back().tag, u"FNumber"_s);
+    // Too many wishes for one request are a wish for all.
+    MetadataRequest greedy;
+    greedy.wish.tags.assign(200, {u"{Exif}"_s, u"FNumber"_s});
+    const QByteArray frame = MetadataProtocol::frame(greedy);
+    QVERIFY(frame.size() < MetadataProtocol::kMaxRequest);
+    QVERIFY(MetadataProtocol::readRequest(contentOf(frame))->wish.isAll());
     QVERIFY(MetadataProtocol::isGreeting(contentOf(MetadataProtocol::greeting())));
     QVERIFY(!MetadataProtocol::isGreeting(contentOf(MetadataProtocol::frame(request))));
 }

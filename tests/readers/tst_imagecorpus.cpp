@@ -2,6 +2,7 @@
 #include "readers/ImageReader.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -34,6 +35,18 @@ bool agrees(const QJsonValue &want, const QJsonValue &got, double tolerance)
     return !got.isUndefined() && std::abs(a - b) <= tolerance * std::max(std::abs(a), std::abs(b));
 }
 
+/// What a rule can see of a wished tag: its value, or whether it or the whole category is missing.
+QVariantList wishedOf(const QVariantMap &properties, const ImageWish &wish)
+{
+    QVariantList seen;
+    for (const ImageWish::Tag &tag : wish.tags) {
+        const bool isTopLevel = tag.category.isEmpty();
+        const QVariantMap from = isTopLevel ? properties : properties.value(tag.category).toMap();
+        seen << (isTopLevel || properties.contains(tag.category)) << from.value(tag.tag);
+    }
+    return seen;
+}
+
 } // namespace
 
 /// Real photos of many cameras, with the values on which independent readers agree.
@@ -48,6 +61,7 @@ private Q_SLOTS:
             "TAVRIN_CORPUS", QString::fromUtf8(TAVRIN_SOURCE_DIR) + u"/../shared/corpus"_s));
     }
     void valuesAgree();
+    void wishesAreReadAlike();
 
 private:
     void compare(const QString &file, const QJsonObject &expected);
@@ -72,6 +86,26 @@ void TestImageCorpus::valuesAgree()
     const auto differences = static_cast<double>(m_differences.size());
     QVERIFY2(differences <= m_values * (1 - kLeastAgreement),
              qPrintable(m_differences.join(u'\n')));
+}
+
+void TestImageCorpus::wishesAreReadAlike()
+{
+    const ImageWish common{{{u"{TIFF}"_s, u"Model"_s},
+                            {u"{Exif}"_s, u"DateTimeOriginal"_s},
+                            {u""_s, u"Orientation"_s},
+                            {u"{GPS}"_s, u"Latitude"_s}}};
+    const ImageWish iptc{{{u"{IPTC}"_s, u"City"_s}}};
+    const ImageWish profile{{{u""_s, u"ProfileName"_s}}};
+    QDirIterator files(m_corpus.filePath(u"images"_s), QDir::Files);
+    while (files.hasNext()) {
+        const QByteArray path = files.next().toUtf8();
+        const QVariantMap all = readImageProperties(path).value_or(QVariantMap());
+        for (const ImageWish &wish : {common, iptc, profile}) {
+            const QVariantMap some = readImageProperties(path, wish).value_or(QVariantMap());
+            QVERIFY2(wishedOf(some, wish) == wishedOf(all, wish), path.constData());
+            QVERIFY2(some.isEmpty() == all.isEmpty(), path.constData());
+        }
+    }
 }
 
 void TestImageCorpus::compare(const QString &file, const QJsonObject &expected)
