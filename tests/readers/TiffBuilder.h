@@ -46,8 +46,8 @@ public:
     static QByteArray number(quint64 number, int bytes)
     {
         QByteArray result;
-        for (int i = 0; i < bytes; ++i)
-            result.append(static_cast<char>(number >> (8 * i)));
+        for (int i = 0; i < bytes; ++i, number >>= 8)
+            result.append(static_cast<char>(number));
         return result;
     }
     static QByteArray shorts(const QList<int> &numbers) { return list(numbers, 2); }
