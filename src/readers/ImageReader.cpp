@@ -73,7 +73,7 @@ QVariantMap propertiesOf(ByteSource &source, const ImageWish &wish)
         facts = readQtHeader(source);
     QVariantMap properties = generalProperties(facts, tags);
     properties.insert(facts.dictionaries);
-    properties.insert(tagCategories(tags));
+    properties.insert(tagCategories(tags, wish));
     if (const QVariantMap iptc = iptcCategory(tags); !iptc.isEmpty())
         properties.insert(u"{IPTC}"_s, iptc);
     return properties;

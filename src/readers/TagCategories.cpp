@@ -5,6 +5,8 @@
 
 #include <QHash>
 
+#include <algorithm>
+#include <array>
 #include <exception>
 #include <string>
 #include <unordered_map>
@@ -82,6 +84,18 @@ private:
 class Collector
 {
 public:
+    explicit Collector(const ImageWish &wish)
+        : m_wanted(m_found.size(), wish.isAll())
+    {
+        for (size_t i = 0; i < m_wanted.size() && !wish.isAll(); ++i) {
+            const Slot &slot = Table::instance().slotsOfAll()[i];
+            m_wanted[i] =
+                std::any_of(wish.tags.begin(), wish.tags.end(), [&slot](const ImageWish::Tag &tag) {
+                    return tag.tag == slot.key && tag.category == kCategories[slot.category].name;
+                });
+        }
+    }
+
     template <typename Data>
     void add(const Data &data)
     {
@@ -118,12 +132,17 @@ private:
     template <typename Datum>
     void offer(const Target &target, const Datum &datum)
     {
+        const size_t category = Table::instance().slotsOfAll()[target.slot].category;
+        if (!m_wanted[target.slot] && m_shows[category])
+            return;
         Found &found = m_found[target.slot];
         if (found.value.isValid() && found.rank <= target.rank)
             return;
         const QVariant value = valueOf(datum, target.shape);
-        if (value.isValid())
-            found = {value, target.rank};
+        if (!value.isValid())
+            return;
+        found = {value, target.rank};
+        m_shows[category] = true;
     }
 
     template <typename Datum>
@@ -137,13 +156,15 @@ private:
     }
 
     std::vector<Found> m_found = std::vector<Found>(Table::instance().slotsOfAll().size());
+    std::vector<bool> m_wanted;                         ///< by slot
+    std::array<bool, std::size(kCategories)> m_shows{}; ///< by category: it has something
 };
 
 } // namespace
 
-QVariantMap tagCategories(const ImageTags &tags)
+QVariantMap tagCategories(const ImageTags &tags, const ImageWish &wish)
 {
-    Collector collector;
+    Collector collector(wish);
     collector.add(tags.exif);
     collector.add(tags.xmp);
     return collector.dictionaries();

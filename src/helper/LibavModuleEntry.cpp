@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "helper/LibavModule.h"
+#include "readers/LibavFile.h"
+
+extern "C" bool tavrinReadWithLibav(ByteSource &source, const char *demuxer, MediaReading &reading)
+{
+    std::optional<MediaReading> read = readWithLibav(source, demuxer);
+    if (read)
+        reading = std::move(*read);
+    return read.has_value();
+}
