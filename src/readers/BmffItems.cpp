@@ -154,7 +154,9 @@ bool BmffItems::readLocation(Cursor &cursor, quint64 version, quint64 sizes)
     const quint64 method = version == 0 ? 0 : cursor.take(2) & 15;
     cursor.take(2); // always this file
     const quint64 base = cursor.take(baseSize);
-    const quint64 count = cursor.take(2);
+    // Without widths all extents are the same one, however many are claimed.
+    const bool differ = indexSize + offsetSize + lengthSize > 0;
+    const quint64 count = std::min<quint64>(cursor.take(2), differ ? kMostEntries : 1);
     for (quint64 i = 0; i < count && !cursor.isAtEnd(); ++i) {
         if (m_extents.size() >= kMostEntries)
             return false;

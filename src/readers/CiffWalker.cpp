@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kDeepest = 8;
 constexpr int kMostEntries = 4000; // of all heaps together
+constexpr qint64 kEntrySize = 10;
 constexpr qint64 kLargestValue = 4096;
 constexpr quint64 kInEntry = 0x4000;
 constexpr quint64 kIdentity = 0x3FFF;
@@ -84,8 +85,12 @@ private:
             return;
         const qint64 directory = start + static_cast<qint64>(number(start + size - 4, 4));
         const auto count = static_cast<int>(number(directory, 2));
-        for (int i = 0; i < count && m_entries < kMostEntries; ++i, ++m_entries)
-            readEntry(directory + 2 + i * qint64(10), start, size, depth);
+        for (int i = 0; i < count && m_entries < kMostEntries; ++i, ++m_entries) {
+            const qint64 entry = directory + 2 + i * kEntrySize;
+            if (!m_source.contains(entry, kEntrySize))
+                return;
+            readEntry(entry, start, size, depth);
+        }
     }
 
     void readEntry(qint64 entry, qint64 heap, qint64 heapSize, int depth)
