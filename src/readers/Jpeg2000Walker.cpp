@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "readers/BmffItems.h"
 #include "readers/FormatHeaders.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -26,50 +28,38 @@ public:
         if (m_source.startsWith(0, "\xFF\x4F"))
             readCodestream(0);
         else
-            forEachBox(0, m_source.size(), [this](const QByteArray &type, qint64 at, qint64 end) {
-                if (type == "jp2h")
-                    readHeader(at, end);
-                if (type == "jp2c" && m_facts.width == 0)
-                    readCodestream(at);
+            forEachBox(0, m_source.size(), [this](const BmffBox &box) {
+                if (box.type == "jp2h")
+                    readHeader(box);
+                if (box.type == "jp2c" && m_facts.width == 0)
+                    readCodestream(box.start);
             });
         return m_facts;
     }
 
 private:
-    template <typename Visit>
-    void forEachBox(qint64 at, qint64 end, Visit visit)
+    void forEachBox(qint64 at, qint64 end, const std::function<void(const BmffBox &)> &visit)
     {
-        for (int i = 0; i < kMostBoxes && at + 8 <= end; ++i) {
-            quint64 size = number(at, 4);
-            qint64 start = at + 8;
-            if (size == 1) {
-                size = number(start, 8);
-                start += 8;
-            }
-            const auto left = static_cast<quint64>(end - at);
-            size = size == 0 || size > left ? left : size;
-            const qint64 next = at + static_cast<qint64>(size);
-            if (next <= start && size < 8)
-                return;
-            visit(m_source.bytes(at + 4, 4), start, next);
-            at = next;
-        }
+        forEachBmffBox(m_source, at, end, kMostBoxes, [&visit](const BmffBox &box) {
+            visit(box);
+            return true;
+        });
     }
 
-    void readHeader(qint64 from, qint64 to)
+    void readHeader(const BmffBox &header)
     {
         m_facts.hasAlpha = false;
-        forEachBox(from, to, [this](const QByteArray &type, qint64 at, qint64 end) {
-            if (type == "ihdr")
-                readImageHeader(at);
-            else if (type == "colr")
-                readColor(at, end);
-            else if (type == "pclr")
+        forEachBox(header.start, header.end, [this](const BmffBox &box) {
+            if (box.type == "ihdr")
+                readImageHeader(box.start);
+            else if (box.type == "colr")
+                readColor(box.start, box.end);
+            else if (box.type == "pclr")
                 m_facts.isIndexed = true;
-            else if (type == "cdef")
-                readChannels(at);
-            else if (type == "res ")
-                readResolution(at, end);
+            else if (box.type == "cdef")
+                readChannels(box.start);
+            else if (box.type == "res ")
+                readResolution(box);
         });
     }
 
@@ -103,11 +93,11 @@ private:
         }
     }
 
-    void readResolution(qint64 from, qint64 to)
+    void readResolution(const BmffBox &resolution)
     {
-        forEachBox(from, to, [this](const QByteArray &, qint64 at, qint64) {
-            m_facts.dpiHeight = dpi(at, at + 8);
-            m_facts.dpiWidth = dpi(at + 4, at + 9);
+        forEachBox(resolution.start, resolution.end, [this](const BmffBox &box) {
+            m_facts.dpiHeight = dpi(box.start, box.start + 8);
+            m_facts.dpiWidth = dpi(box.start + 4, box.start + 9);
         });
     }
 
