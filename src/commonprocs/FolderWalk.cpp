@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commonprocs/FolderWalk.h"
 
+#include "commonprocs/TwoHalves.h"
+
 #include <algorithm>
 #include <cstring>
-#include <thread>
 
 namespace {
 
 constexpr std::size_t kOpenLevels = 32;
 /// How many names are asked about at a time, so that memory stays small and stopping quick.
 constexpr std::size_t kAskedAtOnce = 4096;
-/// Below that, a second thread costs more than it saves.
-constexpr std::size_t kWorthAThread = 512;
 
 } // namespace
 
@@ -112,27 +111,19 @@ void FolderWalk::close(Frame &frame)
 /// Asks about the next names.
 void FolderWalk::ask(Frame &frame, const std::stop_token &stop)
 {
-    const std::size_t count = std::min(kAskedAtOnce, frame.slots.size() - frame.next);
-    frame.firstKnown = frame.next;
-    frame.known.assign(count, {});
-    const std::span<Known> all(frame.known);
-    const std::size_t half = count < kWorthAThread ? count : count / 2;
-    std::jthread second;
-    if (half < count)
-        second = std::jthread([this, &frame, &stop, all, half] {
-            askPart(frame, all.subspan(half), frame.firstKnown + half, stop);
-        });
-    askPart(frame, all.first(half), frame.firstKnown, stop);
-}
-
-void FolderWalk::askPart(const Frame &frame, std::span<Known> part, std::size_t firstSlot,
-                         const std::stop_token &stop) const
-{
-    for (std::size_t i = 0; i < part.size() && !stop.stop_requested(); ++i) {
-        const char *const name = frame.name(frame.slots[firstSlot + i]);
-        const auto bytes = QByteArray::fromRawData(name, static_cast<qsizetype>(std::strlen(name)));
-        part[i].error = m_fileManager.status(frame.descriptor, bytes, false, part[i].status);
-    }
+    const std::size_t first = frame.next;
+    const std::size_t end = std::min(first + kAskedAtOnce, frame.slots.size());
+    frame.firstKnown = first;
+    frame.known.assign(end - first, {});
+    inTwoHalves(first, end, [&](std::size_t from, std::size_t to, int) {
+        for (std::size_t i = from; i < to && !stop.stop_requested(); ++i) {
+            const char *const name = frame.name(frame.slots[i]);
+            const auto bytes =
+                QByteArray::fromRawData(name, static_cast<qsizetype>(std::strlen(name)));
+            Known &known = frame.known[i - first];
+            known.error = m_fileManager.status(frame.descriptor, bytes, false, known.status);
+        }
+    });
 }
 
 void FolderWalk::push(std::vector<Frame> &frames, const TFolderPtr &folder, Visitor &visitor)

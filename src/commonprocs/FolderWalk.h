@@ -6,7 +6,6 @@
 
 #include <QByteArray>
 
-#include <span>
 #include <stop_token>
 #include <vector>
 
@@ -55,8 +54,6 @@ private:
     int open(Frame &frame);
     void close(Frame &frame);
     void ask(Frame &frame, const std::stop_token &stop);
-    void askPart(const Frame &frame, std::span<Known> part, std::size_t firstSlot,
-                 const std::stop_token &stop) const;
     void push(std::vector<Frame> &frames, const TFolderPtr &folder, Visitor &visitor);
 
     FileManager &m_fileManager;

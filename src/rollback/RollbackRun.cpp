@@ -2,11 +2,11 @@
 #include "rollback/RollbackRun.h"
 
 #include "commonprocs/HashSet128.h"
+#include "commonprocs/TwoHalves.h"
 #include "rollback/FolderPool.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <thread>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -22,8 +22,6 @@ constexpr QLatin1StringView kSkipped{"Skipped rolling back this file"};
 constexpr qsizetype kProgressStep = 10;
 /// How many files are looked for at a time, by two threads; few enough to stop soon.
 constexpr std::size_t kLookedForAtOnce = 2048;
-/// Below that, a second thread costs more than it saves.
-constexpr std::size_t kWorthAThread = 512;
 /// How often a name that somebody takes at the last moment is replaced by the next free one.
 constexpr int kAttempts = 100;
 
@@ -57,9 +55,9 @@ RollbackRun::RollbackRun(FileManager &fileManager, std::vector<TRenameTRX> trans
     }
 }
 
-bool RollbackRun::exists(const TFileURL &url)
+bool RollbackRun::exists(FileMover &mover, const TFileURL &url)
 {
-    return url.isValid() && m_mover.exists(*url.folder(), url.lastPathComponent());
+    return url.isValid() && mover.exists(*url.folder(), url.lastPathComponent());
 }
 
 void RollbackRun::processLog(const Progress &progress, const std::atomic<bool> *abort)
@@ -80,16 +78,11 @@ void RollbackRun::processLog(const Progress &progress, const std::atomic<bool> *
 
 void RollbackRun::lookFor(std::size_t first, std::size_t end)
 {
-    const auto look = [this](FileMover &mover, std::size_t from, std::size_t to) {
+    inTwoHalves(first, end, [this](std::size_t from, std::size_t to, int half) {
+        FileMover &mover = half == 0 ? m_mover : m_secondMover;
         for (std::size_t i = from; i < to; ++i)
-            if (const TFileURL &url = m_transactions[i].renamedURL; m_completed[i])
-                m_found[i] = mover.exists(*url.folder(), url.lastPathComponent()) ? 1 : 0;
-    };
-    const std::size_t middle = end - first < kWorthAThread ? end : first + (end - first) / 2;
-    std::jthread second;
-    if (middle < end)
-        second = std::jthread([&look, this, middle, end] { look(m_secondMover, middle, end); });
-    look(m_mover, first, middle);
+            m_found[i] = m_completed[i] && exists(mover, m_transactions[i].renamedURL) ? 1 : 0;
+    });
 }
 
 void RollbackRun::processRecord(std::size_t index)
@@ -107,7 +100,7 @@ void RollbackRun::processRecord(std::size_t index)
     else
         record.errorLog.addErrorOfType(TErrorTypes::kCritical, formatted(kNotFound, {renamedName}));
 
-    if (record.renamedExistsWithStatus == kNothing && exists(record.originalURL)) {
+    if (record.renamedExistsWithStatus == kNothing && exists(m_mover, record.originalURL)) {
         record.renamedExistsWithStatus = kOccupied;
         record.errorLog.addErrorOfType(TErrorTypes::kWarning,
                                        formatted(kOldNameInUse, {record.originalURL.path()}));

@@ -43,7 +43,7 @@ public:
     bool recommendsReverse() const;
 
 private:
-    bool exists(const TFileURL &url);
+    static bool exists(FileMover &mover, const TFileURL &url);
     void lookFor(std::size_t first, std::size_t end);
     void processRecord(std::size_t index);
     void rollBack(qsizetype index, const Restored &restored);
