@@ -47,6 +47,12 @@ constexpr ErrnoText kErrnoTexts[] = {
 
 } // namespace
 
+bool isNameInFolder(QByteArrayView name)
+{
+    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/') &&
+           !name.contains('\0');
+}
+
 QString reasonToRefuseName(QStringView name)
 {
     if (name.isEmpty())

@@ -37,12 +37,6 @@ bool lacksLinks(int error)
     return lacksNoReplace(error) || error == EPERM || error == EMLINK || error == EXDEV;
 }
 
-bool canBeName(QByteArrayView name)
-{
-    return !name.isEmpty() && name.size() <= NAME_MAX && name != "." && name != ".." &&
-           !name.contains('/') && !name.contains('\0');
-}
-
 QByteArray stopOverName()
 {
     const quint64 number = QRandomGenerator::global()->generate64();
@@ -105,7 +99,7 @@ TMoveResult FileMover::move(const TFolder &folder, const QString &from, const QS
 TMoveResult FileMover::move(const TFolder &folder, const QByteArray &from, const QByteArray &to)
 {
     for (const QByteArray *name : {&from, &to})
-        if (!canBeName(*name))
+        if (!isNameInFolder(*name) || name->size() > NAME_MAX)
             return {TMoveResult::Way::Failed, 0, reasonToRefuseName(ByteNames::fromBytes(*name))};
     const int descriptor = openFolder(folder);
     if (descriptor < 0)

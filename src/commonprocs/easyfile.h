@@ -86,6 +86,8 @@ private:
     QSet<QByteArray> m_warned; ///< folders whose unguarded moves have been logged
 };
 
+/// True when the bytes can name an item of a folder, as far as their length allows.
+bool isNameInFolder(QByteArrayView name);
 /// Why a name can never be a file's name in its folder; empty when it can.
 QString reasonToRefuseName(QStringView name);
 /// The system's text for an errno, with advice where there is some.

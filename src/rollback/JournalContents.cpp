@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "rollback/JournalContents.h"
 
+#include "commonprocs/easyfile.h"
 #include "rollback/FrameReader.h"
 
 using namespace Qt::StringLiterals;
@@ -14,12 +15,6 @@ constexpr QLatin1StringView kBadRecord{"a record of frame %1 makes no sense"};
 constexpr QLatin1StringView kPlanCutOff{"its plan breaks off after %1 files, at byte %2"};
 
 } // namespace
-
-bool isNameInFolder(QByteArrayView name)
-{
-    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/') &&
-           !name.contains('\0');
-}
 
 /// Takes the records of one payload after another into the contents.
 class JournalContents::Parser

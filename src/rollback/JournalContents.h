@@ -70,6 +70,3 @@ private:
     quint32 m_nextSequence = 0;
     bool m_finished = false;
 };
-
-/// True when the bytes can name an item of a folder.
-bool isNameInFolder(QByteArrayView name);
