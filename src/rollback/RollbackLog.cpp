@@ -128,7 +128,10 @@ TResult<std::vector<TRenameTRX>> readRollbackLog(const QString &path)
     return transactions;
 }
 
-QStringList rollbackLogPaths(const QString &logsFolder)
+namespace {
+
+/// All logs of the folder with their dates, newest first.
+std::vector<std::pair<TDate, QString>> datedLogs(const QString &logsFolder)
 {
     TFileURLs urls;
     processURLforExtensionstoList(TFileURL::fileURLWithPath(logsFolder), {kRollbackLogExtension},
@@ -138,19 +141,25 @@ QStringList rollbackLogPaths(const QString &logsFolder)
         if (const TDate date = dateOfFile(url); date.isSet())
             found.emplace_back(date, url.path());
     std::sort(found.begin(), found.end(), std::greater());
+    return found;
+}
+
+} // namespace
+
+QStringList rollbackLogPaths(const QString &logsFolder)
+{
     QStringList paths;
-    for (std::pair<TDate, QString> &each : found)
-        paths += std::move(each.second);
+    for (const auto &[date, path] : datedLogs(logsFolder))
+        paths += path;
     return paths;
 }
 
 std::vector<SavedRollbackLog> savedRollbackLogs(const QString &logsFolder)
 {
     std::vector<SavedRollbackLog> logs;
-    for (const QString &path : rollbackLogPaths(logsFolder)) {
-        const TFileURL url = TFileURL::fileURLWithPath(path);
-        logs.push_back({path, removeExtensionFromFilename(url.lastPathComponent()), dateOfFile(url),
-                        recordsIn(path)});
+    for (const auto &[date, path] : datedLogs(logsFolder)) {
+        const QString name = TFileURL::fileURLWithPath(path).lastPathComponent();
+        logs.push_back({path, removeExtensionFromFilename(name), date, recordsIn(path)});
     }
     return logs;
 }
