@@ -44,7 +44,7 @@ private:
     std::size_t endOfGroup(const RenameChunk &chunk, std::size_t start) const;
     bool announceIntents(const RenameChunk &chunk, std::size_t start, std::size_t end);
     TMoveResult moveEntry(RenameChunk &chunk, std::size_t at, std::size_t endOfGroup);
-    void closeLogs();
+    void closeLogs(TRenameSummary &summary);
 
     TRenameRun &m_run;
     FileMover m_mover;
@@ -52,7 +52,7 @@ private:
     std::unique_ptr<RollbackLogWriter> m_rollbackLog;
     std::unique_ptr<RenamePipeline> m_pipeline;
     bool m_interrupted = false;
-    TRenameSummary m_summary;
+    QString m_problem; ///< why the run has to stop
 };
 
 TRenameRun::TRenameRun(FileManager &fileManager, const Clock &clock,
@@ -123,13 +123,12 @@ TRenameSummary TRenameRun::Private::run(const Report &report, const std::atomic<
     m_pipeline->finish();
     TRenameSummary summary = recorder.summary();
     summary.interrupted = m_interrupted;
-    summary.problem = m_summary.problem;
-    m_summary = std::move(summary);
-    closeLogs();
+    summary.problem = m_problem;
+    closeLogs(summary);
     if (m_run.m_textLog)
         m_run.m_textLog(
             formatted(kFinishedLine, {TimeUtils::systemDateAndTime(m_run.m_clock.now())}));
-    return m_summary;
+    return summary;
 }
 
 void TRenameRun::Private::moveChunk(RenameChunk &chunk, const std::atomic<bool> &abort)
@@ -174,7 +173,7 @@ bool TRenameRun::Private::announceIntents(const RenameChunk &chunk, std::size_t 
     }
     if (!any || m_journal->syncIntents())
         return true;
-    m_summary.problem = m_journal->problem();
+    m_problem = m_journal->problem();
     return false;
 }
 
@@ -204,21 +203,21 @@ TMoveResult TRenameRun::Private::moveEntry(RenameChunk &chunk, std::size_t at,
             m_pipeline->replan(endOfGroup,
                                [&](MovePlanner &planner) { planner.takeBack(file, entry.plan); });
             m_interrupted = true;
-            return {TMoveResult::Way::Failed, 0, m_summary.problem};
+            return {TMoveResult::Way::Failed, 0, m_problem};
         }
     }
 }
 
-void TRenameRun::Private::closeLogs()
+void TRenameRun::Private::closeLogs(TRenameSummary &summary)
 {
     if (!m_rollbackLog)
         return;
     const TResult<QString> path = m_rollbackLog->finish(m_run.m_clock.now());
     if (!path) {
         // The journal stays open, so that the next start makes a log of it.
-        m_summary.problem = path.message();
+        summary.problem = path.message();
         return;
     }
-    m_summary.rollbackLog = path.value();
+    summary.rollbackLog = path.value();
     m_journal->finish();
 }
