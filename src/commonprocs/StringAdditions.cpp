@@ -17,6 +17,7 @@ constexpr QStringView kPaddingCharacters = u"0 *-_";
 constexpr QChar kOtherPadding = u'x';
 constexpr QChar kBlank = u' ';
 constexpr QChar kSlash = u'/';
+constexpr char16_t kAsciiCaseBit = 0x20;
 constexpr char16_t kFirstNonAscii = 0x80;
 
 struct RomanDigit
@@ -92,8 +93,6 @@ QString replacedIgnoringCase(const QString &string, const QString &needle,
     }
     return found ? result.append(QStringView(string).sliced(copied)) : string;
 }
-
-constexpr char16_t kAsciiCaseBit = 0x20;
 
 bool isAscii(QStringView text)
 {
@@ -234,15 +233,13 @@ QString stringByTrimmingWhitespace(const QString &string)
 
 QString upperCased(const QString &string)
 {
-    if (isAscii(string))
-        return string.toUpper();
-    return converted(string, [](auto &&...arguments) { return u_strToUpper(arguments...); });
+    return upperCased(QString(string));
 }
 
 QString upperCased(QString &&string)
 {
     if (!isAscii(string))
-        return upperCased(std::as_const(string));
+        return converted(string, [](auto &&...arguments) { return u_strToUpper(arguments...); });
     for (QChar &unit : string)
         if (unit >= u'a' && unit <= u'z')
             unit = QChar(unit.unicode() & ~kAsciiCaseBit);
