@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QHash>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -19,6 +20,34 @@ namespace {
 
 constexpr char16_t kComma = u',';
 constexpr qsizetype kLongestShared = 64; ///< longer fields seldom repeat
+constexpr qsizetype kRowsPerReport = 4096;
+
+/// Collects the lines of a file and tells how far it has come.
+class ReportingAggregator : public TCSVAggregator
+{
+public:
+    ReportingAggregator(const QFile &file, const TCSVProgress &progress)
+        : m_file(file)
+        , m_progress(progress)
+    {
+    }
+    bool isGivenUp() const { return m_isGivenUp; }
+    void parserDidEndLine(TCSVParser &parser, qsizetype record) override
+    {
+        TCSVAggregator::parserDidEndLine(parser, record);
+        if (!m_progress || record % kRowsPerReport != 0)
+            return;
+        const auto size = static_cast<double>(std::max<qint64>(m_file.size(), 1));
+        m_isGivenUp = !m_progress(std::min(static_cast<double>(m_file.pos()) / size, 1.0));
+        if (m_isGivenUp)
+            parser.fail(TCSVError::kUnreadable, {});
+    }
+
+private:
+    const QFile &m_file;
+    const TCSVProgress &m_progress;
+    bool m_isGivenUp = false;
+};
 
 /// Opens for reading; the reason why not when it cannot be.
 QString openFile(const QString &path, QFile &file)
@@ -87,24 +116,31 @@ QString TCSVAggregator::shared(QStringView field)
     return recent;
 }
 
+TCSVContents contentsOfCSVFile(const QString &path, const TCSVProgress &progress)
+{
+    TCSVContents contents;
+    QFile file;
+    contents.problem = openFile(path, file);
+    if (contents.problem.isEmpty() && file.size() > TCSVStream::kMaxBytes)
+        contents.problem = TCSVStream::tooLargeText();
+    if (!contents.problem.isEmpty())
+        return contents;
+    TCSVStream stream(file);
+    contents.encoding = stream.encoding();
+    TCSVParser parser(&stream, kComma);
+    ReportingAggregator aggregator(file, progress);
+    parser.setDelegate(&aggregator);
+    parser.parse();
+    contents.rows = aggregator.lines();
+    if (aggregator.error() && !aggregator.isGivenUp())
+        contents.problem = forPeople(*aggregator.error());
+    return contents;
+}
+
 TStringTablePtr rowsWithContentsOfCSVFile(const QString &path, QString *problem)
 {
-    QFile file;
-    QString why = openFile(path, file);
-    if (why.isEmpty() && file.size() > TCSVStream::kMaxBytes)
-        why = TCSVStream::tooLargeText();
-    TStringTablePtr rows;
-    if (why.isEmpty()) {
-        TCSVStream stream(file);
-        TCSVParser parser(&stream, kComma);
-        TCSVAggregator aggregator;
-        parser.setDelegate(&aggregator);
-        parser.parse();
-        rows = aggregator.lines();
-        if (aggregator.error())
-            why = forPeople(*aggregator.error());
-    }
+    TCSVContents contents = contentsOfCSVFile(path);
     if (problem != nullptr)
-        *problem = why;
-    return rows;
+        *problem = contents.problem;
+    return contents.rows;
 }

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "metadata/TCSVParserDelegate.h"
+#include "metadata/TCSVStream.h"
 #include "platform/TStringTable.h"
 
 #include <array>
+#include <functional>
 #include <optional>
 
 /// Collects the lines that a parser finds. Repeated short fields share one text, so that a table of
@@ -35,6 +37,19 @@ private:
     std::optional<TCSVError> m_error;
 };
 
-/// The table in a CSV file with commas; null when the file cannot be read or is malformed, and then
-/// problem (which may be null) says why, for people.
+/// What reading a CSV file gave.
+struct TCSVContents
+{
+    TStringTablePtr rows; ///< null when the file cannot be read, is malformed or was given up
+    QString problem;      ///< why there are no rows, for people; empty when reading was given up
+    TCSVStream::Encoding encoding = TCSVStream::Encoding::Utf8;
+};
+
+/// Called every few thousand rows with the share of the file that was read, 0 to 1, on the reading
+/// thread; false gives the reading up.
+using TCSVProgress = std::function<bool(double)>;
+
+/// Reads a CSV file with commas. Any thread.
+TCSVContents contentsOfCSVFile(const QString &path, const TCSVProgress &progress = {});
+/// The same for those who want the table only; problem may be null.
 TStringTablePtr rowsWithContentsOfCSVFile(const QString &path, QString *problem);

@@ -106,6 +106,11 @@ UConverter *openConverter(const char *name)
 
 } // namespace
 
+QString TCSVStream::nameOf(Encoding encoding)
+{
+    return namesOf(encoding).shown;
+}
+
 void TCSVStream::ConverterCloser::operator()(UConverter *converter) const
 {
     ucnv_close(converter);

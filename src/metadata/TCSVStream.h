@@ -30,6 +30,8 @@ public:
     TCSVStream &operator=(const TCSVStream &) = delete;
 
     Encoding encoding() const { return m_encoding; }
+    /// The name of an encoding for people.
+    static QString nameOf(Encoding encoding);
     /// Decoded text that was not consumed yet; empty only at the end. Valid until the next call
     /// that finds everything consumed.
     QStringView available();
