@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/controls/Popover.h"
+
+#include "ui/controls/Theme.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kShadow = 10;  ///< room around the body for its shadow
+constexpr int kArrow = 9;    ///< height of the arrow, half of its width
+constexpr int kMargin = 4;   ///< from the window's edges
+constexpr int kPadding = 16; ///< around the content
+
+} // namespace
+
+Popover *Popover::open(QWidget *content, QWidget *anchor, const QRect &part)
+{
+    return std::unique_ptr<Popover>(new Popover(content, anchor, part)).release(); // its window's
+}
+
+Popover::Popover(QWidget *content, QWidget *anchor, const QRect &part)
+    : QWidget(anchor->window())
+    , m_content(content)
+    , m_anchor(anchor)
+    , m_part(part)
+    , m_focusBefore(QApplication::focusWidget())
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(content->accessibleName());
+    content->setParent(this);
+    qApp->installEventFilter(this);
+    connect(anchor, &QObject::destroyed, this, [this] { dismiss(); });
+    place();
+    show();
+    content->show();
+    raise();
+    QWidget *first = content->focusProxy() != nullptr ? content->focusProxy() : content;
+    if (first->focusPolicy() == Qt::NoFocus)
+        first = content->nextInFocusChain();
+    (content->isAncestorOf(first) || first == content ? first : this)
+        ->setFocus(Qt::PopupFocusReason);
+}
+
+Popover::~Popover()
+{
+    // The window went away with the popover open: who waits for its end still hears of it.
+    if (!m_isClosed) {
+        m_isClosed = true;
+        Q_EMIT closed();
+    }
+}
+
+void Popover::dismiss()
+{
+    if (m_isClosed)
+        return;
+    m_isClosed = true;
+    qApp->removeEventFilter(this);
+    const bool hadFocus = isAncestorOf(QApplication::focusWidget()) || hasFocus();
+    hide();
+    if (hadFocus && m_focusBefore != nullptr && m_focusBefore->isVisible())
+        m_focusBefore->setFocus(Qt::PopupFocusReason);
+    Q_EMIT closed();
+    deleteLater();
+}
+
+QRect Popover::body() const
+{
+    QRect body = rect().adjusted(kShadow, kShadow, -kShadow, -kShadow);
+    if (m_isBelow)
+        body.setTop(body.top() + kArrow);
+    else
+        body.setBottom(body.bottom() - kArrow);
+    return body;
+}
+
+void Popover::place()
+{
+    if (m_anchor == nullptr)
+        return;
+    const QWidget *around = parentWidget();
+    const QRect part = m_part.isNull() ? m_anchor->rect() : m_part;
+    const QRect target(m_anchor->mapTo(around, part.topLeft()), part.size());
+    const QRect room = around->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
+    const QSize frame(2 * (kShadow + kPadding), 2 * (kShadow + kPadding) + kArrow);
+    const QSize wanted = m_content->sizeHint().expandedTo(m_content->minimumSizeHint()) + frame;
+    const int below = room.bottom() - target.bottom() + kShadow;
+    const int above = target.top() - room.top() + kShadow;
+    m_isBelow = below >= wanted.height() || below >= above;
+    const QSize size(std::min(wanted.width(), room.width() + 2 * kShadow),
+                     std::min(wanted.height(), room.height() + 2 * kShadow));
+    int y = m_isBelow ? target.bottom() + 1 - kShadow : target.top() + kShadow - size.height();
+    y = std::clamp(y, room.top() - kShadow,
+                   std::max(room.top() - kShadow, room.bottom() + kShadow + 1 - size.height()));
+    const int leftmost = room.left() - kShadow;
+    const int rightmost = std::max(leftmost, room.right() + kShadow + 1 - size.width());
+    const int x = std::clamp(target.center().x() - size.width() / 2, leftmost, rightmost);
+    setGeometry(QRect(QPoint(x, y), size));
+    const int corner = kShadow + static_cast<int>(Theme::kCardRadius) + kArrow;
+    m_arrowX = std::clamp(target.center().x() - x, corner, std::max(corner, width() - corner));
+    m_content->setGeometry(body().adjusted(kPadding, kPadding, -kPadding, -kPadding));
+    update();
+}
+
+bool Popover::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress: {
+        const auto *widget = qobject_cast<QWidget *>(watched);
+        // Windows of its own, such as the list of a pop-up, belong to the popover.
+        if (widget != nullptr && widget->window() == window() && widget != this &&
+            !isAncestorOf(widget))
+            dismiss();
+        break;
+    }
+    case QEvent::Resize:
+        if (watched == window() || watched == m_anchor)
+            place();
+        break;
+    case QEvent::Move:
+        if (watched == m_anchor)
+            place();
+        break;
+    case QEvent::Hide:
+        if (watched == m_anchor)
+            dismiss();
+        break;
+    case QEvent::LayoutRequest:
+        if (watched == m_content)
+            place();
+        break;
+    case QEvent::KeyPress: {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        const bool isReturn = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+        if (isReturn && isAncestorOf(qobject_cast<QWidget *>(watched)) &&
+            qobject_cast<QLineEdit *>(watched) != nullptr) {
+            dismiss();
+            return true;
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+bool Popover::event(QEvent *event)
+{
+    if (event->type() == QEvent::LayoutRequest)
+        place();
+    // Escape closes the popover before any shortcut of the window hears of it.
+    if (event->type() == QEvent::ShortcutOverride &&
+        static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape)
+        event->accept();
+    return QWidget::event(event);
+}
+
+void Popover::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        dismiss();
+    // No key that the popover's controls leave alone is for the window below.
+    event->accept();
+}
+
+void Popover::paintEvent(QPaintEvent *)
+{
+    const ThemeColors colors = ThemeColors::of(palette());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF face = QRectF(body()).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.setPen(Qt::NoPen);
+    for (int ring = kShadow; ring > 0; --ring) {
+        painter.setBrush(QColor(0, 0, 0, colors.isDark ? 9 : 4));
+        painter.drawRoundedRect(face.adjusted(-ring, -ring + 2, ring, ring),
+                                Theme::kCardRadius + ring, Theme::kCardRadius + ring);
+    }
+    QPainterPath path;
+    path.addRoundedRect(face, Theme::kCardRadius, Theme::kCardRadius);
+    const qreal base = m_isBelow ? face.top() : face.bottom();
+    const qreal tip = m_isBelow ? base - kArrow : base + kArrow;
+    QPainterPath arrow;
+    arrow.moveTo(m_arrowX - kArrow, base);
+    arrow.lineTo(m_arrowX, tip);
+    arrow.lineTo(m_arrowX + kArrow, base);
+    arrow.closeSubpath();
+    painter.setPen(QPen(colors.border, 1));
+    painter.setBrush(colors.card);
+    painter.drawPath(path.united(arrow));
+}

@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/controls/Theme.h"
+
+#include "ui/controls/TavrinStyle.h"
+
+#include <QApplication>
+#include <QStyleFactory>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double kReadable = 4.5;
+constexpr QRgb kDarkInk = 0xff1c1f23;
+constexpr QRgb kLightInk = 0xfffdfdfd;
+
+/// What the few named colours of a scheme are where the desktop has none.
+struct Scheme
+{
+    QRgb window, card, stripe, button, ink, muted, accent;
+};
+constexpr Scheme kLight{0xfff3f4f6, 0xffffffff, 0xfff7f8fa, 0xffffffff,
+                        0xff1f2328, 0xff5f6672, 0xff2270c8};
+constexpr Scheme kDark{0xff1f2226, 0xff292c31, 0xff2d3036, 0xff31353b,
+                       0xffe8eaed, 0xffa0a6ae, 0xff2b74cc};
+
+Theme::Scheme &currentScheme()
+{
+    static Theme::Scheme scheme = Theme::Scheme::Desktop;
+    return scheme;
+}
+
+QColor mixed(const QColor &from, const QColor &to, double part)
+{
+    const auto channel = [part](int a, int b) {
+        return static_cast<int>(std::lround(a + (b - a) * part));
+    };
+    return {channel(from.red(), to.red()), channel(from.green(), to.green()),
+            channel(from.blue(), to.blue())};
+}
+
+double luminance(const QColor &color)
+{
+    const auto linear = [](double channel) {
+        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+/// The color, moved towards a better readable one until it can be read on all of the surfaces.
+QColor readable(QColor color, const QColor &towards, std::initializer_list<QColor> surfaces)
+{
+    const auto isReadable = [&] {
+        return std::all_of(surfaces.begin(), surfaces.end(), [&](const QColor &surface) {
+            return Theme::contrast(color, surface) >= kReadable;
+        });
+    };
+    for (int step = 0; step < 20 && !isReadable(); ++step)
+        color = mixed(color, towards, 0.12);
+    return color;
+}
+
+QPalette paletteOf(const Scheme &scheme)
+{
+    const QColor ink = QColor::fromRgb(scheme.ink);
+    QPalette palette(QColor::fromRgb(scheme.button), QColor::fromRgb(scheme.window));
+    const auto set = [&](QPalette::ColorRole role, QRgb color) {
+        palette.setColor(role, QColor::fromRgb(color));
+    };
+    set(QPalette::Window, scheme.window);
+    set(QPalette::Base, scheme.card);
+    set(QPalette::AlternateBase, scheme.stripe);
+    set(QPalette::Button, scheme.button);
+    set(QPalette::ToolTipBase, scheme.card);
+    set(QPalette::Highlight, scheme.accent);
+    set(QPalette::Link, scheme.accent);
+    set(QPalette::HighlightedText, kLightInk);
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText})
+        palette.setColor(role, ink);
+    set(QPalette::PlaceholderText, scheme.muted);
+    const QColor faint = mixed(ink, QColor::fromRgb(scheme.card), 0.55);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, faint);
+    palette.setColor(QPalette::Disabled, QPalette::Highlight,
+                     mixed(QColor::fromRgb(scheme.accent), QColor::fromRgb(scheme.card), 0.5));
+    return palette;
+}
+
+/// True where no desktop has given the application a look of its own.
+bool isPlainDesktop(const QPalette &desktop)
+{
+    const std::unique_ptr<QStyle> fusion(QStyleFactory::create(u"fusion"_s));
+    return fusion &&
+           desktop.color(QPalette::Window) == fusion->standardPalette().color(QPalette::Window);
+}
+
+} // namespace
+
+ThemeColors ThemeColors::of(const QPalette &palette)
+{
+    ThemeColors colors;
+    colors.window = palette.color(QPalette::Active, QPalette::Window);
+    colors.card = palette.color(QPalette::Active, QPalette::Base);
+    colors.stripe = palette.color(QPalette::Active, QPalette::AlternateBase);
+    colors.ink = palette.color(QPalette::Active, QPalette::WindowText);
+    colors.isDark = luminance(colors.window) < 0.18;
+    const auto legible = [&](const QColor &color) {
+        return readable(color, colors.ink, {colors.window, colors.card, colors.stripe});
+    };
+    colors.border = mixed(colors.card, colors.ink, colors.isDark ? 0.14 : 0.13);
+    colors.field = mixed(colors.card, colors.ink, colors.isDark ? 0.04 : 0.035);
+    colors.muted = legible(mixed(colors.ink, colors.window, colors.isDark ? 0.36 : 0.33));
+    colors.accent = palette.color(QPalette::Active, QPalette::Highlight);
+    colors.accentInk = palette.color(QPalette::Active, QPalette::HighlightedText);
+    if (Theme::contrast(colors.accent, colors.accentInk) < kReadable)
+        colors.accentInk = Theme::inkOn(colors.accent);
+    colors.selection = mixed(colors.card, colors.accent, colors.isDark ? 0.38 : 0.17);
+    colors.good = legible(colors.isDark ? QColor(0x57, 0xc7, 0x84) : QColor(0x2a, 0x8f, 0x4f));
+    colors.warning = colors.isDark ? QColor(0xf2, 0xb6, 0x3c) : QColor(0xe8, 0xa3, 0x17);
+    colors.critical = colors.isDark ? QColor(0xe0, 0x4f, 0x4f) : QColor(0xd1, 0x3b, 0x3b);
+    colors.extension = readable(colors.isDark ? QColor(0xff, 0x7b, 0x72) : QColor(0xc6, 0x28, 0x28),
+                                colors.ink, {colors.card, colors.stripe, colors.selection});
+    return colors;
+}
+
+namespace Theme {
+
+void apply(Scheme scheme)
+{
+    // What the desktop gave, before anything was changed.
+    static const QPalette desktop = QApplication::palette();
+    static const bool isPlain = isPlainDesktop(desktop);
+    static const bool isFusion =
+        QApplication::style()->name().compare("fusion"_L1, Qt::CaseInsensitive) == 0;
+    static bool isStyled = false;
+
+    currentScheme() = scheme;
+    if (isFusion && !isStyled) {
+        isStyled = true;
+        QApplication::setStyle(std::make_unique<TavrinStyle>().release()); // the application's now
+    }
+    switch (scheme) {
+    case Scheme::Desktop:
+        QApplication::setPalette(isPlain ? paletteOf(kLight) : desktop);
+        break;
+    case Scheme::Light:
+        QApplication::setPalette(paletteOf(kLight));
+        break;
+    case Scheme::Dark:
+        QApplication::setPalette(paletteOf(kDark));
+        break;
+    }
+}
+
+Scheme scheme()
+{
+    return currentScheme();
+}
+
+double contrast(const QColor &first, const QColor &second)
+{
+    const auto [darker, lighter] = std::minmax(luminance(first), luminance(second));
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor inkOn(const QColor &background)
+{
+    const QColor dark = QColor::fromRgb(kDarkInk);
+    const QColor light = QColor::fromRgb(kLightInk);
+    return contrast(background, dark) >= contrast(background, light) ? dark : light;
+}
+
+QColor color(const TColor &color)
+{
+    return color.isSet() ? QColor(color.red(), color.green(), color.blue()) : QColor();
+}
+
+QColor tileColor(const TColor &tile, const QPalette &palette)
+{
+    if (tile.isSet())
+        return color(tile);
+    const ThemeColors colors = ThemeColors::of(palette);
+    return mixed(colors.card, colors.ink, 0.18);
+}
+
+} // namespace Theme
