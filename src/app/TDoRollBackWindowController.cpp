@@ -96,7 +96,8 @@ TDoRollBackWindowController::processLogInBackground(const TFileURL &log, FileMan
         checked.problem = records.message();
         return checked;
     }
-    checked.run = std::make_shared<RollbackRun>(fileManager, std::move(records).value());
+    checked.run =
+        std::make_shared<RollbackRun>(fileManager, std::move(records).value(), log.path());
     checked.run->processLog(progress, &stop);
     if (stop)
         return checked;

@@ -83,7 +83,7 @@ int RollbackCommand::run(const CommandLine &line)
     m_result.records = m_run->transactions();
     m_result.restored.resize(m_result.records.size());
     m_result.checkOnly = line.has(kCheck);
-    if (m_recommendsReverse.get() && !line.has(kReverse))
+    if (m_run->recommendsReverse() && !line.has(kReverse))
         console().message(u"some files were given names that others of the run had just left; only "
                           "--reverse restores them all"_s);
     if (!m_result.checkOnly) {
@@ -126,12 +126,8 @@ std::optional<int> RollbackCommand::findLast()
 
 void RollbackCommand::check(const QString &path, std::vector<TRenameTRX> records)
 {
-    m_recommendsReverse = {}; // waits for what reads the run before
     m_result.log = path;
-    m_run = std::make_unique<RollbackRun>(environment().fileManager, std::move(records));
-    // It reads locations only, which the check leaves alone.
-    m_recommendsReverse =
-        std::async(std::launch::async, [run = m_run.get()] { return run->recommendsReverse(); });
+    m_run = std::make_unique<RollbackRun>(environment().fileManager, std::move(records), path);
     m_run->processLog([this](qsizetype done, qsizetype total) {
         console().progress().show("Checking"_L1, done, total);
     });

@@ -5,7 +5,6 @@
 #include "cli/RollbackReport.h"
 #include "rollback/RollbackRun.h"
 
-#include <future>
 #include <optional>
 
 /// "rollback": undoes a past run, or only shows what could be undone.
@@ -33,5 +32,4 @@ private:
 
     RollbackResult m_result;
     std::unique_ptr<RollbackRun> m_run;
-    std::future<bool> m_recommendsReverse; ///< worked out beside the check; ends before the run
 };

@@ -219,5 +219,5 @@ void TRenameRun::Private::closeLogs(TRenameSummary &summary)
         return;
     }
     summary.rollbackLog = path.value();
-    m_journal->finish();
+    m_journal->finish(summary.rollbackLog);
 }

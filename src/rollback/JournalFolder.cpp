@@ -53,6 +53,13 @@ int makeFolders(const QByteArray &path, FileManager &fileManager)
     return makeFolder(path, fileManager);
 }
 
+/// How the name of a finished journal ends: with its rollback log's name, if there is one.
+QByteArray endingFor(const QByteArray &rollbackLog)
+{
+    const QByteArray stem = rollbackLog.first(qMax(qsizetype{0}, rollbackLog.lastIndexOf('.')));
+    return (stem.isEmpty() ? QByteArray() : '.' + stem) + JournalFolder::kFinished.toByteArray();
+}
+
 int lockedOrError(int file)
 {
     return ::flock(file, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
@@ -143,9 +150,10 @@ void JournalFolder::remove(const QByteArray &name) const
     ::unlinkat(descriptor(), name.constData(), 0);
 }
 
-int JournalFolder::keepFinished(QByteArray &name, const OpenFile &file, qint64 size) const
+int JournalFolder::keepFinished(QByteArray &name, const OpenFile &file, qint64 size,
+                                const QByteArray &rollbackLog) const
 {
-    const QByteArray finished = name.first(name.lastIndexOf('.')) + kFinished.toByteArray();
+    const QByteArray finished = name.first(name.lastIndexOf('.')) + endingFor(rollbackLog);
     if (::ftruncate(file.descriptor(), size) != 0)
         return errno;
     if (const int error = rename(name, finished))
@@ -155,14 +163,18 @@ int JournalFolder::keepFinished(QByteArray &name, const OpenFile &file, qint64 s
     return 0;
 }
 
-void JournalFolder::removeOldJournals() const
+OpenFile JournalFolder::openFinished(const QByteArray &rollbackLog) const
 {
-    std::vector<QByteArray> kept = names(kFinished);
-    const qsizetype surplus = static_cast<qsizetype>(kept.size()) - kKeptJournals;
-    if (surplus <= 0)
-        return;
+    const std::vector<QByteArray> kept = oldestFirst(names(endingFor(rollbackLog)));
+    return kept.empty() ? OpenFile()
+                        : OpenFile(::openat(descriptor(), kept.back().constData(),
+                                            O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+}
+
+std::vector<QByteArray> JournalFolder::oldestFirst(std::vector<QByteArray> files) const
+{
     std::vector<std::pair<qint64, QByteArray>> byAge;
-    for (QByteArray &name : kept) {
+    for (QByteArray &name : files) {
         struct stat status;
         if (::fstatat(descriptor(), name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0)
             byAge.emplace_back(status.st_mtim.tv_sec * TDate::kNanosPerSecond +
@@ -170,8 +182,25 @@ void JournalFolder::removeOldJournals() const
                                std::move(name));
     }
     std::sort(byAge.begin(), byAge.end());
-    for (qsizetype i = 0; i < qMin(surplus, static_cast<qsizetype>(byAge.size())); ++i)
-        remove(byAge[static_cast<std::size_t>(i)].second);
+    files.clear();
+    for (auto &[age, name] : byAge)
+        files.push_back(std::move(name));
+    return files;
+}
+
+void JournalFolder::removeOldJournals() const
+{
+    std::vector<QByteArray> kept = names(kFinished);
+    if (static_cast<qsizetype>(kept.size()) <= kKeptJournals)
+        return;
+    kept = oldestFirst(std::move(kept));
+    for (qsizetype i = 0; i < static_cast<qsizetype>(kept.size()) - kKeptJournals; ++i)
+        remove(kept[static_cast<std::size_t>(i)]);
+}
+
+QByteArray JournalFolder::nameOf(const QString &path)
+{
+    return ByteNames::toBytes(path.sliced(path.lastIndexOf(u'/') + 1));
 }
 
 QByteArray JournalFolder::pathOf(const QByteArray &name) const

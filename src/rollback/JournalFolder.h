@@ -43,12 +43,19 @@ public:
     void remove(const QByteArray &name) const;
     /// The run of a journal is over: cuts off the space that was reserved behind its records, gives
     /// it the ending of finished ones, and deletes the oldest of these down to the number that is
-    /// kept. name becomes the new one; 0 or an errno.
-    int keepFinished(QByteArray &name, const OpenFile &file, qint64 size) const;
+    /// kept. name becomes the new one, which tells the run's rollback log, if it has any; 0 or an
+    /// errno.
+    int keepFinished(QByteArray &name, const OpenFile &file, qint64 size,
+                     const QByteArray &rollbackLog) const;
+    /// The youngest journal kept with the rollback log of that name, for reading; not open when
+    /// there is none.
+    OpenFile openFinished(const QByteArray &rollbackLog) const;
 
     int descriptor() const { return m_folder.descriptor(); }
     const QByteArray &logsPath() const { return m_logsPath; }
     QByteArray pathOf(const QByteArray &name) const;
+    /// The name at the end of a path.
+    static QByteArray nameOf(const QString &path);
 
 private:
     JournalFolder(OpenFile folder, QByteArray logsPath)
@@ -57,6 +64,7 @@ private:
     {
     }
 
+    std::vector<QByteArray> oldestFirst(std::vector<QByteArray> files) const;
     void removeOldJournals() const;
 
     OpenFile m_folder;

@@ -22,6 +22,8 @@ constexpr QLatin1StringView kUnreadable{
 constexpr QLatin1StringView kAbsent{"The folder \"%1\" of an interrupted run is not there. What "
                                     "the run renamed in it will be looked "
                                     "for again at the next start."};
+/// File systems keep times of a clock that advances in steps.
+constexpr qint64 kClockSteps = TDate::kNanosPerSecond;
 constexpr qint64 kWaitForFolders = 30LL * 24 * 60 * 60 * TDate::kNanosPerSecond;
 
 /// One journal that no run holds any more.
@@ -41,8 +43,10 @@ public:
 private:
     RecoveredRun setAside(const QByteArray &name, const QString &why) const;
     bool waitsForFolder(const JournalContents &journal, const RecoveryMatcher &matcher) const;
+    QString findLog(const JournalContents &journal, const RecoveryMatcher &matcher) const;
     TResult<QString> writeLog(const JournalContents &journal, const RecoveryMatcher &matcher) const;
-    void close(const JournalContents &journal, QByteArray name, const OpenFile &file) const;
+    void close(const JournalContents &journal, QByteArray name, const OpenFile &file,
+               const QString &log) const;
 
     const JournalFolder &m_folder;
     FileManager &m_fileManager;
@@ -73,21 +77,23 @@ std::optional<RecoveredRun> Recovery::recover(QByteArray name, OpenFile file) co
     if (!contents)
         return setAside(name, contents.message());
     const JournalContents &journal = contents.value();
-    if (journal.isFinished()) {
-        m_folder.keepFinished(name, file, journal.end());
-        return {};
-    }
-
     const QByteArray bootId = currentBootId();
     RecoveryMatcher matcher(m_fileManager, journal,
                             !bootId.isEmpty() && bootId == journal.bootId());
     matcher.match();
     RecoveredRun run = counted(matcher);
+    if (run.renamed > 0)
+        run.rollbackLog = findLog(journal, matcher);
+    if (journal.isFinished()) {
+        m_folder.keepFinished(name, file, journal.end(), JournalFolder::nameOf(run.rollbackLog));
+        return {};
+    }
     if (waitsForFolder(journal, matcher)) {
+        run.rollbackLog.clear();
         run.problem = QString(kAbsent).arg(shown(matcher.absentFolder()));
         return run;
     }
-    if (run.renamed + run.unknown > 0) {
+    if (run.renamed + run.unknown > 0 && run.rollbackLog.isEmpty()) {
         const TResult<QString> log = writeLog(journal, matcher);
         if (!log) {
             run.problem = log.message();
@@ -95,7 +101,7 @@ std::optional<RecoveredRun> Recovery::recover(QByteArray name, OpenFile file) co
         }
         run.rollbackLog = log.value();
     }
-    close(journal, std::move(name), file);
+    close(journal, std::move(name), file, run.rollbackLog);
     return run;
 }
 
@@ -112,6 +118,40 @@ bool Recovery::waitsForFolder(const JournalContents &journal, const RecoveryMatc
 {
     const qint64 age = m_clock.now().nanos - journal.time().nanos;
     return !matcher.absentFolder().isEmpty() && age >= 0 && age < kWaitForFolders;
+}
+
+/// The log that the run had put in place before it died, or an earlier recovery; empty when there
+/// is none. A second log of the same moves would offer to undo them twice.
+QString Recovery::findLog(const JournalContents &journal, const RecoveryMatcher &matcher) const
+{
+    const auto hasMoves = [&](const std::vector<TRenameTRX> &records) {
+        std::size_t next = 0;
+        const auto nextMove = [&] {
+            while (next < records.size() && (!records[next].renameComplete ||
+                                             records[next].originalURL == records[next].renamedURL))
+                ++next;
+            return next < records.size() ? &records[next++] : nullptr;
+        };
+        for (std::size_t i = 0; i < journal.files().size(); ++i) {
+            const RecoveryMatcher::Outcome &outcome = matcher.outcomes()[i];
+            if (outcome.fate != RecoveryMatcher::Fate::Renamed)
+                continue;
+            const QByteArray folder = journal.folders()[journal.files()[i].folder] + '/';
+            const TRenameTRX *record = nextMove();
+            if (record == nullptr ||
+                record->originalURL.fileSystemPath() !=
+                    folder + journal.text(journal.files()[i].name).toByteArray() ||
+                record->renamedURL.fileSystemPath() != folder + outcome.newName)
+                return false;
+        }
+        return nextMove() == nullptr;
+    };
+    const QString logs = ByteNames::fromBytes(m_folder.logsPath());
+    const TDate start{journal.time().nanos - kClockSteps};
+    for (const QString &path : rollbackLogPathsSince(logs, start))
+        if (const auto records = readRollbackLog(path); records && hasMoves(records.value()))
+            return path;
+    return {};
 }
 
 /// The log that the run would have left: what was renamed, and as not completed what is unknown.
@@ -142,14 +182,15 @@ TResult<QString> Recovery::writeLog(const JournalContents &journal,
     return writer.value()->finish(time.isSet() ? time : m_clock.now(), true);
 }
 
-/// Marks the journal finished. Should that fail, the next start writes the same log once more.
-void Recovery::close(const JournalContents &journal, QByteArray name, const OpenFile &file) const
+/// Marks the journal finished. Should that fail, the next start does it.
+void Recovery::close(const JournalContents &journal, QByteArray name, const OpenFile &file,
+                     const QString &log) const
 {
     FrameWriter writer(file.descriptor(), journal.nextSequence());
     writer.begin(JournalFormat::Record::Finished, 0);
     if (::lseek(file.descriptor(), journal.end(), SEEK_SET) == journal.end())
         writer.flush();
-    m_folder.keepFinished(name, file, journal.end() + writer.written());
+    m_folder.keepFinished(name, file, journal.end() + writer.written(), JournalFolder::nameOf(log));
 }
 
 /// Plans and logs of programs that ended before they were any use.

@@ -148,9 +148,15 @@ std::vector<std::pair<TDate, QString>> datedLogs(const QString &logsFolder)
 
 QStringList rollbackLogPaths(const QString &logsFolder)
 {
+    return rollbackLogPathsSince(logsFolder, {});
+}
+
+QStringList rollbackLogPathsSince(const QString &logsFolder, TDate moment)
+{
     QStringList paths;
     for (const auto &[date, path] : datedLogs(logsFolder))
-        paths += path;
+        if (!moment.isSet() || date.nanos >= moment.nanos)
+            paths += path;
     return paths;
 }
 

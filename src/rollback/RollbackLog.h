@@ -42,6 +42,9 @@ TResult<std::vector<TRenameTRX>> readRollbackLog(const QString &path);
 /// Paths of all logs of the folder, newest first. Looks into none of them.
 QStringList rollbackLogPaths(const QString &logsFolder);
 
+/// The same of those that were written at that moment or later.
+QStringList rollbackLogPathsSince(const QString &logsFolder, TDate moment);
+
 /// A saved log, as lists show it.
 struct SavedRollbackLog
 {

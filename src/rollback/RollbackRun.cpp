@@ -41,10 +41,12 @@ Hash128 placeOf(const TFileURL &url)
 
 } // namespace
 
-RollbackRun::RollbackRun(FileManager &fileManager, std::vector<TRenameTRX> transactions)
+RollbackRun::RollbackRun(FileManager &fileManager, std::vector<TRenameTRX> transactions,
+                         const QString &rollbackLog)
     : m_fileManager(fileManager)
     , m_mover(fileManager)
     , m_secondMover(fileManager)
+    , m_rollbackLog(rollbackLog)
     , m_transactions(std::move(transactions))
 {
     FolderPool folders;
@@ -53,6 +55,7 @@ RollbackRun::RollbackRun(FileManager &fileManager, std::vector<TRenameTRX> trans
         record.renamedURL = folders.shared(record.renamedURL);
         m_completed.push_back(record.renameComplete && record.isTrustworthy());
     }
+    m_chained = formsChains();
 }
 
 bool RollbackRun::exists(FileMover &mover, const TFileURL &url)
@@ -60,10 +63,22 @@ bool RollbackRun::exists(FileMover &mover, const TFileURL &url)
     return url.isValid() && mover.exists(*url.folder(), url.lastPathComponent());
 }
 
+/// A file that has already been brought back may stand where another one was renamed to.
+bool RollbackRun::findsRenamed(FileMover &mover, std::size_t index) const
+{
+    const TFileURL &renamed = m_transactions[index].renamedURL;
+    TFileStatus status;
+    return m_completed[index] && renamed.isValid() &&
+           mover.status(*renamed.folder(), renamed.lastPathComponent(), status) == 0 &&
+           !m_files.isAnother(m_transactions[index].originalURL, status);
+}
+
 void RollbackRun::processLog(const Progress &progress, const std::atomic<bool> *abort)
 {
     const auto total = static_cast<qsizetype>(m_transactions.size());
     m_found.assign(m_transactions.size(), 0);
+    if (!m_rollbackLog.isEmpty() && m_chained)
+        m_files = PlannedFiles::ofRun(m_rollbackLog);
     std::size_t lookedFor = 0;
     for (qsizetype number = 1; number <= total && (abort == nullptr || !*abort); ++number) {
         const auto index = static_cast<std::size_t>(number - 1);
@@ -81,7 +96,7 @@ void RollbackRun::lookFor(std::size_t first, std::size_t end)
     inTwoHalves(first, end, [this](std::size_t from, std::size_t to, int half) {
         FileMover &mover = half == 0 ? m_mover : m_secondMover;
         for (std::size_t i = from; i < to; ++i)
-            m_found[i] = m_completed[i] && exists(mover, m_transactions[i].renamedURL) ? 1 : 0;
+            m_found[i] = findsRenamed(mover, i) ? 1 : 0;
     });
 }
 
@@ -189,7 +204,7 @@ TFileURL RollbackRun::makeSafeURLFromURL(const TFileURL &url)
     return {url.folder(), extension.isEmpty() ? base : base + u'.' + extension};
 }
 
-bool RollbackRun::recommendsReverse() const
+bool RollbackRun::formsChains() const
 {
     // A file that was moved onto itself is in nobody's way.
     const auto takesPart = [this](std::size_t index) {

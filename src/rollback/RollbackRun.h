@@ -3,6 +3,7 @@
 
 #include "commonprocs/FolderPicture.h"
 #include "commonprocs/easyfile.h"
+#include "rollback/PlannedFiles.h"
 #include "rollback/TRenameTRX.h"
 
 #include <atomic>
@@ -26,7 +27,10 @@ public:
     /// Called with the index of a record and the location its file was moved back to.
     using Restored = std::function<void(qsizetype, const TFileURL &)>;
 
-    RollbackRun(FileManager &fileManager, std::vector<TRenameTRX> transactions);
+    /// The path of the log tells which run it was, so that a rollback that was cut off can be
+    /// taken up again.
+    RollbackRun(FileManager &fileManager, std::vector<TRenameTRX> transactions,
+                const QString &rollbackLog = {});
 
     const std::vector<TRenameTRX> &transactions() const { return m_transactions; }
     /// First pass: statuses and problems of every record, or of those before the abort flag, when
@@ -40,10 +44,12 @@ public:
     /// A collision-free location beside the given one.
     TFileURL makeSafeURLFromURL(const TFileURL &url);
     /// True when records form chains (2→3, then 1→2), which only the reverse order restores whole.
-    bool recommendsReverse() const;
+    bool recommendsReverse() const { return m_chained; }
 
 private:
+    bool formsChains() const;
     static bool exists(FileMover &mover, const TFileURL &url);
+    bool findsRenamed(FileMover &mover, std::size_t index) const;
     void lookFor(std::size_t first, std::size_t end);
     void processRecord(std::size_t index);
     void rollBack(qsizetype index, const Restored &restored);
@@ -54,7 +60,10 @@ private:
     FileMover m_mover;
     FileMover m_secondMover;                  ///< of the thread that helps to look for files
     std::unique_ptr<FolderPicture> m_picture; ///< made when a name is in use
+    QString m_rollbackLog;
+    PlannedFiles m_files; ///< read when records form chains
     std::vector<TRenameTRX> m_transactions;
+    bool m_chained = false;
     std::vector<bool> m_completed; ///< by index: renamed, and as a run would have done it
     std::vector<char> m_found; ///< by index: the renamed file is there; no bits, for two threads
 };

@@ -297,7 +297,7 @@ void RunJournal::recordMove(qsizetype index, const QByteArray &newName)
     m_private->putEvidence(Record::Move, index, newName);
 }
 
-void RunJournal::finish()
+void RunJournal::finish(const QString &rollbackLog)
 {
     Private &d = *m_private;
     if (!d.planned || !d.file.isOpen())
@@ -305,7 +305,8 @@ void RunJournal::finish()
     d.writer.begin(Record::Finished, kNumbers);
     if (!d.writer.flush())
         d.fail(kCannotRecord, d.writer.error());
-    if (const int error = d.folder.keepFinished(d.name, d.file, d.writer.written()))
+    if (const int error = d.folder.keepFinished(d.name, d.file, d.writer.written(),
+                                                JournalFolder::nameOf(rollbackLog)))
         d.fail(kCannotRecord, error);
     d.file.close();
 }

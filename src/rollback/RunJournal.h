@@ -33,8 +33,9 @@ public:
     [[nodiscard]] bool syncIntents();
     /// After a move; buffered, never synced. A failed write is remembered in problem().
     void recordMove(qsizetype index, const QByteArray &newName);
-    /// The rollback log is in place: marks the journal finished and keeps the last 50.
-    void finish();
+    /// The rollback log, if there is one, is in place: marks the journal finished and keeps the
+    /// last 50.
+    void finish(const QString &rollbackLog = {});
     const QString &problem() const;
     QString path() const;
 
