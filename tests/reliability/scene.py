@@ -1,0 +1,126 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What the reliability tests share: a real tree, the real program under the shim, and what must
+hold afterwards."""
+import json
+import os
+import random
+import subprocess
+import tempfile
+import unittest
+
+PROGRAM = os.environ["TAVRIN_CLI"]
+SHIM = os.environ["TAVRIN_SHIM"]
+THOROUGH = os.environ.get("TAVRIN_THOROUGH", "") != ""
+SEED = int(os.environ.get("TAVRIN_SEED", random.randrange(2**32)))
+FIRST = 10001
+
+
+class Scene:
+    """A folder of files and a run over it in which every file takes the name that the one before
+    it has just given up. With links, every second file has a second link elsewhere, so that its
+    inode does not tell where it went and the run announces its moves."""
+
+    def __init__(self, files=6, links=False, parent=None):
+        self.temporary = tempfile.TemporaryDirectory(prefix="tavrin-", dir=parent)
+        self.root = os.path.realpath(self.temporary.name)
+        self.photos = os.path.join(self.root, "photos")
+        self.data = os.path.join(self.root, "data")
+        self.logs = os.path.join(self.data, "Tavrin", "Logs")
+        self.calls = os.path.join(self.root + ".calls")
+        os.mkdir(self.photos)
+        os.mkdir(self.root + "/elsewhere")
+        for number in range(FIRST, FIRST + files):
+            path = os.path.join(self.photos, f"{number}.jpg")
+            with open(path, "w") as file:
+                file.write("x" * (number - FIRST))
+            if links and number % 2 == 0:
+                os.link(path, f"{self.root}/elsewhere/{number}")
+        self.before = self.state()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *error):
+        if os.path.exists(self.calls):
+            os.remove(self.calls)
+        self.temporary.cleanup()
+
+    def state(self):
+        """Which file has which name; a file is its inode and size, which no rename changes."""
+        with os.scandir(self.photos) as entries:
+            facts = {entry.name: entry.stat(follow_symlinks=False) for entry in entries}
+        return {name: (fact.st_ino, fact.st_size) for name, fact in facts.items()}
+
+    def moved(self):
+        now = self.state()
+        return sum(now.get(name) != file for name, file in self.before.items())
+
+    def environment(self, fault="", **more):
+        environment = dict(os.environ, XDG_DATA_HOME=self.data,
+                           XDG_CONFIG_HOME=os.path.join(self.root, "config"), **more)
+        if fault is not None:
+            environment.update(LD_PRELOAD=SHIM, TAVRIN_FAULT_UNDER=self.root,
+                               TAVRIN_FAULT_LOG=self.calls, TAVRIN_FAULT=fault)
+        return environment
+
+    def run(self, *words, fault=None, **more):
+        if fault is not None and os.path.exists(self.calls):
+            os.remove(self.calls)
+        return subprocess.run([PROGRAM, *words], env=self.environment(fault, **more),
+                              stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=300)
+
+    def rename_words(self):
+        return ("rename", "--yes", "--quiet", "--sort", "fileName", "--rule",
+                f"Counter startValue={FIRST - 1} manualPadding=1 padding=1", self.photos)
+
+    def rename(self, **more):
+        return self.run(*self.rename_words(), **more)
+
+    def recover(self, **more):
+        return self.run("recover", "--json", **more)
+
+    def undo(self, **more):
+        return self.run("rollback", "--last", "--yes", "--reverse", "--json", **more)
+
+    def counted_calls(self):
+        """The kinds of the calls that the last run under the shim made."""
+        with open(self.calls) as file:
+            return [line.split()[0] for line in file]
+
+    def was_hit(self):
+        with open(self.calls) as file:
+            return any(line.endswith(" <-\n") for line in file)
+
+
+class ReliabilityTest(unittest.TestCase):
+    """Failures name the seed of the random choices: TAVRIN_SEED repeats them."""
+
+    def setUp(self):
+        self.random = random.Random(SEED)
+
+    def assertNothingLost(self, scene):
+        self.assertEqual(sorted(scene.state().values()), sorted(scene.before.values()),
+                         "a file is gone or was overwritten")
+
+    def assertComesBack(self, scene):
+        """What the next start finds out, and undoing it."""
+        self.assertNothingLost(scene)
+        moved = scene.moved()
+        recovered = scene.recover()
+        self.assertEqual(recovered.returncode, 0, recovered.stderr)
+        runs = json.loads(recovered.stdout)
+        known = sum(run["renamed"] for run in runs)
+        if runs:
+            self.assertEqual(known, moved, "recovery knows of other moves than were made")
+        undone = scene.undo()
+        self.assertEqual(undone.returncode in (0, 1), True, undone.stdout + undone.stderr)
+        self.assertEqual(scene.state(), scene.before)
+        # What is undone stays undone, even where every old name is a new name, too.
+        again = scene.undo()
+        self.assertEqual(again.returncode, 1, again.stdout)
+        self.assertEqual(scene.state(), scene.before)
+
+
+def main():
+    print(f"TAVRIN_SEED={SEED}{' thorough' if THOROUGH else ''}", flush=True)
+    unittest.main(verbosity=2)

@@ -1,0 +1,90 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Kills a run, a recovery and a rollback at every call that touches the disk, and at random
+moments; every file must come back under its old name."""
+import signal
+import subprocess
+import time
+
+from scene import THOROUGH, Scene, ReliabilityTest, main
+
+HOWS = ["kill-before", "kill-inside", "kill-after"] if THOROUGH else ["kill-before", "kill-inside"]
+# Only these can be caught half done; for the others inside means after.
+DIVISIBLE = ("write",)
+
+
+def kills_at(calls):
+    for number, kind in enumerate(calls, 1):
+        for how in HOWS:
+            if how != "kill-inside" or kind in DIVISIBLE:
+                yield f"any:{number}:{how}"
+
+
+class Kills(ReliabilityTest):
+
+    def calls_of(self, links, prepare, action):
+        with Scene(links=links) as scene:
+            prepare(scene)
+            action(scene, fault="none:0:short")
+            return scene.counted_calls()
+
+    def at_every_call(self, prepare, action):
+        """Kills action at every call it makes; what has been prepared must come back all the
+        same."""
+        for links in (False, True):
+            calls = self.calls_of(links, prepare, action)
+            self.assertGreater(len(calls), 5, calls)
+            for fault in kills_at(calls):
+                with self.subTest(links=links, fault=fault), Scene(links=links) as scene:
+                    prepare(scene)
+                    killed = action(scene, fault=fault)
+                    # Two threads call in an order of their own, so the last calls may not come.
+                    if scene.was_hit():
+                        self.assertEqual(killed.returncode, -signal.SIGKILL)
+                    self.assertComesBack(scene)
+
+    def test_run_at_every_call(self):
+        self.at_every_call(lambda scene: None, Scene.rename)
+
+    def test_recovery_at_every_call(self):
+        # After the third move, and when the log was in place but the journal not closed.
+        for fault in ("rename:4:kill-after", "truncate:1:kill-before"):
+            with self.subTest(interrupted=fault):
+                self.at_every_call(lambda scene: scene.rename(fault=fault), Scene.recover)
+
+    def test_rollback_at_every_call(self):
+        self.at_every_call(Scene.rename, Scene.undo)
+
+    def test_large_runs_at_random_calls(self):
+        for number in range(200 if THOROUGH else 12):
+            links = number % 2 == 1
+            fault = f"any:{self.random.randrange(1, 2030)}:{self.random.choice(HOWS)}"
+            with self.subTest(links=links, fault=fault), Scene(2000, links) as scene:
+                scene.rename(fault=fault)
+                self.assertComesBack(scene)
+
+    def test_at_random_moments(self):
+        with Scene(2000) as scene:
+            start = time.monotonic()
+            scene.rename()
+            whole = time.monotonic() - start
+        caught = 0
+        for number in range(50 if THOROUGH else 8):
+            moment = whole * self.random.uniform(0.2, 1.1)
+            with self.subTest(moment=moment), Scene(2000, number % 2 == 1) as scene:
+                process = subprocess.Popen(self.program(scene), env=scene.environment(None),
+                                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+                time.sleep(moment)
+                process.send_signal(signal.SIGKILL)
+                process.wait()
+                caught += 0 < scene.moved() < 2000
+                self.assertComesBack(scene)
+        self.assertGreater(caught, 0, "no run was caught in the middle")
+
+    def program(self, scene):
+        from scene import PROGRAM
+        return [PROGRAM, *scene.rename_words()]
+
+
+if __name__ == "__main__":
+    main()
