@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Every drawing that the window shows, by the name in the resources.
 set(TAVRIN_ICONS
-    "${CMAKE_CURRENT_LIST_DIR}/achtung.svg"
     "${CMAKE_CURRENT_LIST_DIR}/add-file.svg"
     "${CMAKE_CURRENT_LIST_DIR}/add-folder.svg"
     "${CMAKE_CURRENT_LIST_DIR}/arrow.svg"
@@ -50,4 +49,5 @@ set(TAVRIN_ICONS
     "${CMAKE_CURRENT_LIST_DIR}/undo.svg"
     "${CMAKE_CURRENT_LIST_DIR}/unlock.svg"
     "${CMAKE_CURRENT_LIST_DIR}/update.svg"
-    "${CMAKE_CURRENT_LIST_DIR}/video.svg")
+    "${CMAKE_CURRENT_LIST_DIR}/video.svg"
+    "${CMAKE_CURRENT_LIST_DIR}/warning.svg")

@@ -125,7 +125,9 @@ public:
     void addRules(const TRuleList &rules, qsizetype position);
     /// Positions are ascending. A drop onto the moved rules themselves does nothing.
     void moveRules(const std::vector<qsizetype> &positions, qsizetype beforePosition);
-    void deleteRule(const TRulePtr &rule);
+    void deleteRule(const TRulePtr &rule) { deleteRules({rule}); }
+    /// All of them in one step; those that are not in the list are passed over.
+    void deleteRules(const TRuleList &rules);
     /// The editor of a rule opens and closes; what changed in between is one undoable step. The
     /// editor sets the rule's properties and posts "ruleChanged".
     void beginRuleEdit(const TRulePtr &rule);

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <set>
 
 using namespace Qt::StringLiterals;
 
@@ -112,10 +113,11 @@ void TDocument::moveRules(const std::vector<qsizetype> &positions, qsizetype bef
     setRules(kMoveRule, std::exchange(m_theAccumulator, {}));
 }
 
-void TDocument::deleteRule(const TRulePtr &rule)
+void TDocument::deleteRules(const TRuleList &rules)
 {
+    const std::set<TRulePtr> deleted(rules.begin(), rules.end());
     TRuleList list = m_ruleArray;
-    if (std::erase(list, rule) > 0)
+    if (std::erase_if(list, [&](const TRulePtr &rule) { return deleted.contains(rule); }) > 0)
         setRules(kDeleteRuleName, std::move(list));
 }
 
