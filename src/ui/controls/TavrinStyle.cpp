@@ -218,6 +218,13 @@ void TavrinStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
     }
     case PE_FrameLineEdit:
         return;
+    case PE_Frame:
+        painter->save();
+        painter->setPen(ThemeColors::of(option->palette).border);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        painter->restore();
+        return;
     case PE_PanelButtonCommand:
         drawButton(*painter, *option);
         return;
@@ -357,7 +364,7 @@ QSize TavrinStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
     case CT_LineEdit:
     case CT_SpinBox:
     case CT_ComboBox:
-        result.setHeight(std::max(kFieldHeight, size.height() + 8));
+        result.setHeight(std::max(kFieldHeight, option->fontMetrics.height() + 11));
         break;
     case CT_PushButton: {
         const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);

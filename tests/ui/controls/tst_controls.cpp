@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/TRuleKinds.h"
+#include "ui/controls/Icons.h"
+#include "ui/controls/Popover.h"
+#include "ui/controls/Theme.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A window with a field that has the keyboard, an anchor, and an open popover with two fields.
+struct OpenPopover
+{
+    QWidget window;
+    QLineEdit *outside = new QLineEdit(&window);
+    QWidget *anchor = new QWidget(&window);
+    QWidget *content = new QWidget;
+    QLineEdit *first = new QLineEdit(content);
+    QLineEdit *second = new QLineEdit(content);
+    QPointer<Popover> popover;
+    std::unique_ptr<QSignalSpy> closed;
+
+    OpenPopover()
+    {
+        window.resize(600, 400);
+        outside->setGeometry(10, 360, 100, 30);
+        anchor->setGeometry(250, 20, 80, 30);
+        auto *layout = new QVBoxLayout(content);
+        layout->addWidget(first);
+        layout->addWidget(second);
+        window.show();
+        window.activateWindow();
+        (void)QTest::qWaitForWindowActive(&window);
+        outside->setFocus();
+        popover = Popover::open(content, anchor);
+        closed = std::make_unique<QSignalSpy>(popover.data(), &Popover::closed);
+    }
+    bool isOpen() const { return popover != nullptr && popover->isVisible(); }
+};
+
+} // namespace
+
+class TestControls : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void textCanBeRead_data()
+    {
+        QTest::addColumn<QPalette>("palette");
+        Theme::apply(Theme::Scheme::Light);
+        QTest::newRow("light") << QApplication::palette();
+        Theme::apply(Theme::Scheme::Dark);
+        QTest::newRow("dark") << QApplication::palette();
+        QTest::newRow("a desktop in sand") << QPalette(QColor(0xd8c8a0), QColor(0xefe4c8));
+        QTest::newRow("a desktop in blue") << QPalette(QColor(0x203060), QColor(0x101c40));
+        Theme::apply(Theme::Scheme::Light);
+    }
+    void textCanBeRead()
+    {
+        QFETCH(QPalette, palette);
+        const ThemeColors colors = ThemeColors::of(palette);
+        const std::initializer_list<std::pair<QColor, QColor>> pairs{
+            {colors.ink, colors.window},         {colors.ink, colors.card},
+            {colors.ink, colors.field},          {colors.muted, colors.card},
+            {colors.muted, colors.window},       {colors.accentInk, colors.accent},
+            {colors.extension, colors.card},     {colors.extension, colors.stripe},
+            {colors.extension, colors.selection}};
+        for (const auto &[ink, surface] : pairs)
+            QVERIFY2(Theme::contrast(ink, surface) >= 4.5,
+                     qPrintable(ink.name() + u" on "_s + surface.name()));
+        for (const char *rule : {"9C988A", "8DCDC1", "D3E397", "FFF5C3", "EB6E44"}) {
+            const QColor tile = Theme::color(TColor::fromHex(QString::fromLatin1(rule)));
+            QVERIFY2(Theme::contrast(Theme::inkOn(tile), tile) >= 4.5, rule);
+        }
+    }
+
+    void everyKindHasItsDrawing()
+    {
+        QSet<QString> drawings;
+        for (const QString &identifier : TRuleKinds::identifiers()) {
+            const QLatin1StringView name = Icons::forIdentifier(identifier);
+            const QImage image = Icons::pixmap(name, 16, Qt::black, 1).toImage();
+            QImage empty(image.size(), image.format());
+            empty.fill(Qt::transparent);
+            QVERIFY2(image != empty, qPrintable(identifier));
+            drawings.insert(name);
+        }
+        QCOMPARE(drawings.size(), 10);
+    }
+
+    void popoverStaysWhileItIsUsed()
+    {
+        OpenPopover open;
+        QVERIFY(open.first->hasFocus());
+        QTest::keyClicks(open.first, u"abc"_s);
+        QTest::keyClick(open.first, Qt::Key_Tab);
+        QVERIFY(open.second->hasFocus());
+        QTest::mouseClick(open.second, Qt::LeftButton);
+        open.outside->setFocus(); // moves on without a click
+        QVERIFY(open.isOpen());
+        QCOMPARE(open.first->text(), u"abc"_s);
+    }
+
+    void popoverCloses_data()
+    {
+        using Act = void (*)(OpenPopover &);
+        QTest::addColumn<Act>("act");
+        QTest::newRow("Escape") << Act{
+            [](OpenPopover &open) { QTest::keyClick(open.first, Qt::Key_Escape); }};
+        QTest::newRow("Return in a field")
+            << Act{[](OpenPopover &open) { QTest::keyClick(open.second, Qt::Key_Return); }};
+        QTest::newRow("click elsewhere") << Act{[](OpenPopover &open) {
+            QTest::mouseClick(&open.window, Qt::LeftButton, {}, {5, 5});
+        }};
+        QTest::newRow("anchor hidden") << Act{[](OpenPopover &open) { open.anchor->hide(); }};
+        QTest::newRow("anchor gone") << Act{[](OpenPopover &open) { delete open.anchor; }};
+    }
+    void popoverCloses()
+    {
+        using Act = void (*)(OpenPopover &);
+        QFETCH(Act, act);
+        OpenPopover open;
+        const QPointer<QWidget> content = open.content;
+        act(open);
+        QVERIFY(!open.isOpen());
+        QCOMPARE(open.closed->count(), 1);
+        QVERIFY(open.outside->hasFocus());
+        QTRY_VERIFY(content == nullptr);
+        QCOMPARE(open.closed->count(), 1);
+    }
+
+    void popoverStaysInItsWindow()
+    {
+        OpenPopover open;
+        open.anchor->move(560, 350);
+        open.window.resize(400, 300);
+        QCoreApplication::sendPostedEvents();
+        const QRect content(open.content->mapTo(&open.window, QPoint()), open.content->size());
+        QVERIFY(open.window.rect().contains(content));
+    }
+
+    void closedIsHeardWhenTheWindowGoes()
+    {
+        auto open = std::make_unique<OpenPopover>();
+        int heard = 0;
+        QObject::connect(open->popover, &Popover::closed, open->popover, [&heard] { ++heard; });
+        open.reset();
+        QCOMPARE(heard, 1);
+    }
+};
+
+QTEST_MAIN(TestControls)
+#include "tst_controls.moc"
