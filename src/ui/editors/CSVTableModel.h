@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "metadata/TCSVRule.h"
+
+#include <QAbstractTableModel>
+
+/// The table of a CSV rule, cell by cell as the rule uses them; nothing is copied. Rows and columns
+/// are numbered from 1; a header row has no number and gives the columns their titles. Main thread
+/// only.
+class CSVTableModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    explicit CSVTableModel(QObject *parent);
+
+    /// Null: no table. columns is the length of its longest row.
+    void setTable(const TStringTablePtr &rows, int columns);
+    const TStringTablePtr &table() const { return m_rows; }
+    void setHasHeader(bool hasHeader);
+    bool hasHeader() const { return m_hasHeader; }
+    void setTrimsQuotes(bool trims);
+    /// The length of the longest row. Any thread.
+    static int columnsOf(const TStringTablePtr &rows);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    QString cell(int row, int column) const;
+    QString columnTitle(int column) const;
+
+    TStringTablePtr m_rows;
+    int m_columns = 0;
+    bool m_hasHeader = false;
+    bool m_trimsQuotes = false;
+};

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/editors/EditorLabel.h"
+
+#include "ui/controls/Theme.h"
+
+#include <QEvent>
+
+EditorLabel::EditorLabel(const QString &text, Tone tone, QWidget *parent)
+    : QLabel(text, parent)
+    , m_tone(tone)
+{
+    setTextFormat(Qt::PlainText);
+    if (tone == Tone::Title) {
+        QFont bold = font();
+        bold.setWeight(QFont::DemiBold);
+        bold.setPointSizeF(bold.pointSizeF() + 1);
+        setFont(bold);
+    }
+    takeColors();
+}
+
+void EditorLabel::changeEvent(QEvent *event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange ||
+        event->type() == QEvent::ParentChange)
+        takeColors();
+}
+
+void EditorLabel::takeColors()
+{
+    if (m_tone != Tone::Muted && m_tone != Tone::Problem)
+        return;
+    const QPalette around = parentWidget() != nullptr ? parentWidget()->palette() : QPalette();
+    const ThemeColors colors = ThemeColors::of(around);
+    const QColor ink = m_tone == Tone::Muted ? colors.muted : colors.extension;
+    if (palette().color(QPalette::Active, QPalette::WindowText) == ink)
+        return;
+    QPalette own;
+    own.setColor(QPalette::WindowText, ink);
+    setPalette(own);
+}

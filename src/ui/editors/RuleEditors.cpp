@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/editors/RuleEditors.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+/// For rules of a kind that has no editor: says what the rule is and gives.
+class PlainEditor : public TRuleViewController
+{
+public:
+    PlainEditor(const TRulePtr &rule, const EditorContext &context)
+        : TRuleViewController(rule, context)
+    {
+        form().setNote(rule->name());
+        finish(this);
+    }
+};
+
+using Maker = QWidget *(*)(const TRulePtr &rule, const EditorContext &context);
+
+template <class Editor>
+QWidget *make(const TRulePtr &rule, const EditorContext &context)
+{
+    return std::make_unique<Editor>(rule, context).release(); // the caller's
+}
+
+struct Kind
+{
+    QStringView name; ///< as rules give it
+    Maker make;
+};
+
+constexpr std::array kKinds{
+    Kind{u"", make<PlainEditor>},
+};
+
+} // namespace
+
+QWidget *RuleEditors::editorFor(const TRulePtr &rule, const EditorContext &context)
+{
+    const QString name = rule->editingViewController();
+    const auto kind = std::find_if(kKinds.begin(), kKinds.end(),
+                                   [&name](const Kind &each) { return each.name == name; });
+    return (kind != kKinds.end() ? kind->make : make<PlainEditor>)(rule, context);
+}

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/editors/SamplePreview.h"
+
+#include "ui/controls/Theme.h"
+
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kGap = 10;
+constexpr int kLeading = 4;
+constexpr QChar kOpenBox(0x2423); ///< stands for a blank that would not be seen
+constexpr QStringView kArrow = u"\u2192";
+constexpr QStringView kArrowToLeft = u"\u2190";
+
+/// With the blanks at both ends marked.
+QString visible(QString text)
+{
+    for (qsizetype i = 0; i < text.size() && text.at(i).isSpace(); ++i)
+        text[i] = kOpenBox;
+    for (qsizetype i = text.size() - 1; i >= 0 && text.at(i).isSpace(); --i)
+        text[i] = kOpenBox;
+    return text;
+}
+
+} // namespace
+
+SamplePreview::SamplePreview(QWidget *parent)
+    : QWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setAccessibleName(tr("Preview"));
+}
+
+SamplePreview::Line SamplePreview::change(const QString &before, const QString &after)
+{
+    return {aside(before), aside(kArrow.toString()), result(after)};
+}
+
+void SamplePreview::setLines(const QList<Line> &lines)
+{
+    if (lines == m_lines)
+        return;
+    const bool isAsHigh = lines.size() == m_lines.size();
+    m_lines = lines;
+    setAccessibleDescription(text());
+    if (!isAsHigh)
+        updateGeometry();
+    update();
+}
+
+QString SamplePreview::text() const
+{
+    QStringList lines;
+    for (const Line &line : m_lines) {
+        QStringList pieces;
+        for (const Piece &piece : line)
+            pieces += piece.text;
+        lines += pieces.join(u' ');
+    }
+    return lines.join(u'\n');
+}
+
+int SamplePreview::lineHeight() const
+{
+    return fontMetrics().height() + kLeading;
+}
+
+QSize SamplePreview::sizeHint() const
+{
+    const auto count = static_cast<int>(std::max<qsizetype>(m_lines.size(), 1));
+    return {0, count * lineHeight()};
+}
+
+QSize SamplePreview::minimumSizeHint() const
+{
+    return sizeHint();
+}
+
+void SamplePreview::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    int top = 0;
+    for (const Line &line : m_lines) {
+        paintLine(painter, line, top);
+        top += lineHeight();
+    }
+}
+
+void SamplePreview::paintLine(QPainter &painter, const Line &line, int top) const
+{
+    const ThemeColors colors = ThemeColors::of(palette());
+    int left = 0;
+    for (qsizetype i = 0; i < line.size() && left < width(); ++i) {
+        const Piece &piece = line.at(i);
+        QString text = piece.isResult && piece.text.isEmpty() ? tr("(nothing)")
+                       : piece.isResult                       ? visible(piece.text)
+                                                              : piece.text;
+        if (isRightToLeft() && text == kArrow)
+            text = kArrowToLeft.toString();
+        const bool isLast = i + 1 == line.size();
+        // What leads to the result leaves room for it.
+        const int room = isLast || piece.isResult ? width() - left : (width() - left) / 2;
+        text = fontMetrics().elidedText(text, Qt::ElideMiddle, room);
+        const int length = fontMetrics().horizontalAdvance(text);
+        const QRect place(left, top, length + 1, lineHeight());
+        painter.setPen(piece.isResult && !piece.text.isEmpty() ? colors.ink : colors.muted);
+        painter.drawText(QStyle::visualRect(layoutDirection(), rect(), place),
+                         Qt::AlignCenter | Qt::TextSingleLine, text);
+        left += length + kGap;
+    }
+}
