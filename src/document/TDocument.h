@@ -73,6 +73,8 @@ public:
     TExtensionHandler &theExtensionHandler() { return *m_theExtensionHandler; }
     const TOptions &theOptions() const { return m_theOptions; }
     const TFolderAccessList &theFoldersWeUse() const { return m_theFoldersWeUse; }
+    /// For the view in which folders are granted.
+    TFolderAccessList &theFoldersWeUse() { return m_theFoldersWeUse; }
     /// The problems of the last analysis; nothing before the first one.
     const std::optional<TErrorLog> &errorLog() const { return m_errorLog; }
     const QString &myUUID() const { return m_myUUID; }
@@ -176,6 +178,8 @@ public:
     /// The checks in their order, the confirmation, and the run. While names are being worked out
     /// it waits for them; while files are being received or gathered, nothing happens.
     void runRename();
+    /// What runRename() would find now, whether or not it would wait for it. Looks at every entry.
+    RenameGuard::Answer renameCheck() const { return guard().check(); }
     /// Writes the log of a run, also of an empty one, and makes it the one that rollBackThis
     /// undoes.
     void saveRollBackLog(const std::vector<TRenameTRX> &transactions);
@@ -283,7 +287,7 @@ private:
     void cancelAnalysis();
 
     // TDocumentRename.cpp
-    RenameGuard guard();
+    RenameGuard guard() const;
     void askForFolder();
     void prepareRename();
     void confirmRename(const QString &problem);

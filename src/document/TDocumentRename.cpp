@@ -32,7 +32,7 @@ QString TDocumentServices::userLogsFolder()
     return folder.isValid() ? folder.path() : QString();
 }
 
-RenameGuard TDocument::guard()
+RenameGuard TDocument::guard() const
 {
     RenameGuard guard;
     guard.analysed = m_errorLog.has_value();
@@ -41,9 +41,10 @@ RenameGuard TDocument::guard()
     guard.running = m_isRenaming;
     guard.rules = static_cast<qsizetype>(m_ruleArray.size());
     guard.files = static_cast<qsizetype>(m_sourceObjectArray.size());
-    if (const TFolderAccess *folder =
-            sandboxIsOn() ? m_theFoldersWeUse.firstInaccessible() : nullptr)
-        guard.inaccessibleFolder = folder->theURL().lastPathComponent();
+    if (const TFileURLs closed =
+            sandboxIsOn() ? m_theFoldersWeUse.inaccessibleFolders() : TFileURLs();
+        !closed.isEmpty())
+        guard.inaccessibleFolder = closed.constFirst().lastPathComponent();
     return guard;
 }
 
