@@ -19,6 +19,7 @@ namespace {
 
 constexpr QByteArrayView kName{"/.running"};
 constexpr QLatin1StringView kCannotMake{"The folder \"%1\" cannot be made: %2"};
+constexpr QLatin1StringView kCannotRead{"What interrupted runs left in \"%1\" cannot be read: %2"};
 constexpr QLatin1StringView kCannotCreate{"No file can be made in \"%1\": %2"};
 constexpr mode_t kFolderMode = 0700;
 constexpr mode_t kFileMode = 0600;
@@ -60,6 +61,12 @@ QByteArray endingFor(const QByteArray &rollbackLog)
     return (stem.isEmpty() ? QByteArray() : '.' + stem) + JournalFolder::kFinished.toByteArray();
 }
 
+/// Errors that say what stands under a name, and not that the disk fails.
+bool isNoOpenFile(int error)
+{
+    return error == ENOENT || error == EISDIR || error == ELOOP || error == ENXIO;
+}
+
 int lockedOrError(int file)
 {
     return ::flock(file, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
@@ -75,13 +82,18 @@ TResult<JournalFolder> JournalFolder::open(const QString &logsFolder, FileManage
     return openExisting(logsFolder);
 }
 
-TResult<JournalFolder> JournalFolder::openExisting(const QString &logsFolder)
+TResult<JournalFolder> JournalFolder::openExisting(const QString &logsFolder, int *error)
 {
     const QByteArray logsPath = ByteNames::toBytes(logsFolder);
     const QByteArray path = logsPath + kName.toByteArray();
     OpenFile folder(::open(path.constData(), kFolderFlags | O_NOFOLLOW));
-    if (!folder.isOpen())
-        return TResult<JournalFolder>::failure(failureText(kCannotMake, path, errno));
+    if (!folder.isOpen()) {
+        const int why = errno;
+        if (error != nullptr)
+            *error = why;
+        return TResult<JournalFolder>::failure(
+            failureText(error != nullptr ? kCannotRead : kCannotMake, path, why));
+    }
     return JournalFolder(std::move(folder), logsPath);
 }
 
@@ -108,12 +120,14 @@ TResult<OpenFile> JournalFolder::createLocked(QByteArrayView ending, QByteArray 
     return TResult<OpenFile>::failure(failureText(kCannotCreate, pathOf({}), error));
 }
 
-OpenFile JournalFolder::openLocked(const QByteArray &name) const
+TResult<OpenFile> JournalFolder::openLocked(const QByteArray &name) const
 {
     OpenFile file(
         ::openat(descriptor(), name.constData(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file.isOpen() && !isNoOpenFile(errno))
+        return TResult<OpenFile>::failure(failureText(kCannotRead, pathOf(name), errno));
     if (!file.isOpen() || lockedOrError(file.descriptor()) != 0)
-        return {};
+        return OpenFile();
     // The name must still mean this file: its writer may have renamed it before letting go.
     struct stat opened;
     struct stat named;
@@ -123,18 +137,25 @@ OpenFile JournalFolder::openLocked(const QByteArray &name) const
     return same ? std::move(file) : OpenFile{};
 }
 
-std::vector<QByteArray> JournalFolder::names(QByteArrayView ending) const
+TResult<std::vector<QByteArray>> JournalFolder::names(QByteArrayView ending) const
 {
     std::vector<QByteArray> found;
+    const auto failure = [this] {
+        return TResult<std::vector<QByteArray>>::failure(
+            failureText(kCannotRead, pathOf({}), errno));
+    };
     OpenFile again(::openat(descriptor(), ".", kFolderFlags));
     const std::unique_ptr<DIR, int (*)(DIR *)> listing(::fdopendir(again.descriptor()),
                                                        &::closedir);
     if (!listing)
-        return found;
+        return failure();
     again.release();
+    errno = 0;
     while (const dirent *entry = ::readdir(listing.get()))
         if (QByteArrayView(entry->d_name).endsWith(ending))
             found.emplace_back(entry->d_name);
+    if (errno != 0)
+        return failure();
     std::sort(found.begin(), found.end());
     return found;
 }
@@ -165,10 +186,12 @@ int JournalFolder::keepFinished(QByteArray &name, const OpenFile &file, qint64 s
 
 OpenFile JournalFolder::openFinished(const QByteArray &rollbackLog) const
 {
-    const std::vector<QByteArray> kept = oldestFirst(names(endingFor(rollbackLog)));
-    return kept.empty() ? OpenFile()
-                        : OpenFile(::openat(descriptor(), kept.back().constData(),
-                                            O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    auto kept = names(endingFor(rollbackLog));
+    if (!kept || kept.value().empty())
+        return {};
+    const QByteArray youngest = oldestFirst(std::move(kept).value()).back();
+    return OpenFile(::openat(descriptor(), youngest.constData(),
+                             O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
 }
 
 std::vector<QByteArray> JournalFolder::oldestFirst(std::vector<QByteArray> files) const
@@ -190,10 +213,10 @@ std::vector<QByteArray> JournalFolder::oldestFirst(std::vector<QByteArray> files
 
 void JournalFolder::removeOldJournals() const
 {
-    std::vector<QByteArray> kept = names(kFinished);
-    if (static_cast<qsizetype>(kept.size()) <= kKeptJournals)
+    auto finished = names(kFinished);
+    if (!finished || static_cast<qsizetype>(finished.value().size()) <= kKeptJournals)
         return;
-    kept = oldestFirst(std::move(kept));
+    const std::vector<QByteArray> kept = oldestFirst(std::move(finished).value());
     for (qsizetype i = 0; i < static_cast<qsizetype>(kept.size()) - kKeptJournals; ++i)
         remove(kept[static_cast<std::size_t>(i)]);
 }

@@ -29,15 +29,16 @@ public:
 
     /// Opens the folder, making it and the logs folder (mode 0700, and lasting) when missing.
     static TResult<JournalFolder> open(const QString &logsFolder, FileManager &fileManager);
-    /// Opens the folder only when it is there.
-    static TResult<JournalFolder> openExisting(const QString &logsFolder);
+    /// Opens the folder only when it is there; error, when given, becomes ENOENT when it is not.
+    static TResult<JournalFolder> openExisting(const QString &logsFolder, int *error = nullptr);
 
     /// A new, locked file for reading and writing (mode 0600) with a name of its own.
     TResult<OpenFile> createLocked(QByteArrayView ending, QByteArray &name) const;
-    /// Opens and locks a file that is there; not open when somebody else has it or it is gone.
-    OpenFile openLocked(const QByteArray &name) const;
-    /// Names with the ending, sorted.
-    std::vector<QByteArray> names(QByteArrayView ending) const;
+    /// Opens and locks a file that is there; not open when somebody else has it, it is gone or no
+    /// file. Fails when the disk does not let it be opened.
+    TResult<OpenFile> openLocked(const QByteArray &name) const;
+    /// Names with the ending, sorted; fails when the folder cannot be read.
+    TResult<std::vector<QByteArray>> names(QByteArrayView ending) const;
     /// 0 or an errno. Replaces what stands under the new name.
     int rename(const QByteArray &from, const QByteArray &to) const;
     void remove(const QByteArray &name) const;

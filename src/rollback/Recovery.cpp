@@ -11,6 +11,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -19,9 +20,10 @@ namespace {
 
 constexpr QLatin1StringView kUnreadable{
     "The journal \"%1\" of an interrupted run cannot be read and has been set aside: %2."};
-constexpr QLatin1StringView kAbsent{"The folder \"%1\" of an interrupted run is not there. What "
-                                    "the run renamed in it will be looked "
-                                    "for again at the next start."};
+constexpr QLatin1StringView kAbsent{
+    "The folder \"%1\" of an interrupted run is not there or cannot "
+    "be read. What the run renamed in it will be looked for again at "
+    "the next start."};
 /// File systems keep times of a clock that advances in steps.
 constexpr qint64 kClockSteps = TDate::kNanosPerSecond;
 constexpr qint64 kWaitForFolders = 30LL * 24 * 60 * 60 * TDate::kNanosPerSecond;
@@ -197,9 +199,10 @@ void Recovery::close(const JournalContents &journal, QByteArray name, const Open
 void removeLeftovers(const JournalFolder &folder)
 {
     for (const QByteArrayView ending : {JournalFolder::kPlanning, JournalFolder::kPartialLog})
-        for (const QByteArray &name : folder.names(ending))
-            if (const OpenFile file = folder.openLocked(name); file.isOpen())
-                folder.remove(name);
+        if (const auto names = folder.names(ending))
+            for (const QByteArray &name : names.value())
+                if (const auto file = folder.openLocked(name); file && file.value().isOpen())
+                    folder.remove(name);
 }
 
 } // namespace
@@ -208,14 +211,30 @@ std::vector<RecoveredRun> recoverInterruptedRuns(const QString &logsFolder,
                                                  FileManager &fileManager, const Clock &clock)
 {
     std::vector<RecoveredRun> runs;
-    const TResult<JournalFolder> folder = JournalFolder::openExisting(logsFolder);
-    if (!folder)
+    const auto addProblem = [&runs](const QString &problem) {
+        runs.emplace_back().problem = problem;
+    };
+    int error = 0;
+    const TResult<JournalFolder> folder = JournalFolder::openExisting(logsFolder, &error);
+    if (!folder) {
+        if (error != ENOENT && error != ENOTDIR)
+            addProblem(folder.message());
         return runs;
+    }
     removeLeftovers(folder.value());
+    const auto names = folder.value().names(JournalFolder::kRunning);
+    if (!names) {
+        addProblem(names.message());
+        return runs;
+    }
     const Recovery recovery(folder.value(), fileManager, clock);
-    for (const QByteArray &name : folder.value().names(JournalFolder::kRunning))
-        if (OpenFile file = folder.value().openLocked(name); file.isOpen())
-            if (std::optional<RecoveredRun> run = recovery.recover(name, std::move(file)))
+    for (const QByteArray &name : names.value()) {
+        TResult<OpenFile> file = folder.value().openLocked(name);
+        if (!file)
+            addProblem(file.message());
+        else if (file.value().isOpen())
+            if (std::optional<RecoveredRun> run = recovery.recover(name, std::move(file).value()))
                 runs.push_back(std::move(*run));
+    }
     return runs;
 }

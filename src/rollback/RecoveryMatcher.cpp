@@ -4,6 +4,7 @@
 #include "rollback/NamesBefore.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 #include <numeric>
 #include <ranges>
@@ -58,8 +59,8 @@ void RecoveryMatcher::matchFolder(const QByteArray &path, Indices files)
         m_fileManager.closeFolder(folder);
 }
 
-/// Looks for the planned inodes among the folder's entries. False when it has none at all; a folder
-/// that cannot be listed may have some.
+/// Looks for the planned inodes among the folder's entries. False when it has none at all, or the
+/// disk fails; a folder that nobody may list has some.
 bool RecoveryMatcher::findInodes(int folder, Indices files)
 {
     std::vector<std::pair<quint64, qsizetype>> wanted;
@@ -83,7 +84,7 @@ bool RecoveryMatcher::findInodes(int folder, Indices files)
                 isPlanned(file(found->second), status))
                 noteFound(found->second, entry);
         });
-    return hasEntries || error != 0;
+    return error == 0 ? hasEntries : error == EACCES;
 }
 
 /// An inode number is given to another file when the first is gone: something else must agree.

@@ -34,8 +34,8 @@ public:
     void match();
     /// What became of each file of the plan, in its order.
     const std::vector<Outcome> &outcomes() const { return m_outcomes; }
-    /// A folder that is not there or has become empty, although files of the plan should be in it:
-    /// most likely its drive is not plugged in. Empty when there is none.
+    /// A folder that is not there, cannot be read or has become empty, although files of the plan
+    /// should be in it: most likely its drive is not plugged in. Empty when there is none.
     const QByteArray &absentFolder() const { return m_absentFolder; }
 
 private:
