@@ -86,6 +86,8 @@ TResult<bool> TRenameRun::Private::makeJournal()
     auto rollbackLog = RollbackLogWriter::create(m_run.m_settings.logsFolder);
     if (!rollbackLog)
         return TResult<bool>::failure(rollbackLog.message());
+    if (auto reserved = rollbackLog.value()->reserve(m_run.m_files); !reserved)
+        return reserved;
     auto journal =
         RunJournal::create(m_run.m_settings.logsFolder, m_run.m_clock, m_run.m_fileManager);
     if (!journal)

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "commonprocs/TFileItem.h"
 #include "platform/Clock.h"
 #include "platform/TResult.h"
 #include "rollback/TRenameTRX.h"
 
 #include <memory>
+#include <span>
 #include <vector>
 
 /// Ending of a rollback log's name, without dot.
@@ -24,6 +26,9 @@ public:
     /// A log that was not finished is deleted.
     ~RollbackLogWriter();
 
+    /// Takes the space for a log over these files, as far as it can be known beforehand; failure
+    /// says why there is none.
+    TResult<bool> reserve(std::span<const TFileItem> files);
     void append(const TRenameTRX &transaction);
     /// Puts the log in place, on the disk for good, under the name for the date; an earlier log of
     /// the same second is replaced, unless keepOthers is set: then the next free second is taken.

@@ -16,6 +16,10 @@ namespace {
 
 constexpr QLatin1StringView kCannotWrite{"The rollback log cannot be written to \"%1\": %2"};
 constexpr int kMostSeconds = 24 * 60 * 60;
+constexpr qint64 kSizeOfEmptyLog = 1024;
+/// What a record takes besides the folder's path and, a few times, the name.
+constexpr qint64 kSizeOfRecord = 120;
+constexpr qint64 kNamesInRecord = 4;
 /// How much is written between two requests to begin bringing it to the disk.
 constexpr qint64 kWrittenBetween = 4 * 1024 * 1024;
 
@@ -116,6 +120,21 @@ RollbackLogWriter::~RollbackLogWriter()
         m_private->folder.remove(m_private->name);
 }
 
+/// So that a disk that is full stops a run before its first move. What was not needed is given back
+/// by finish.
+TResult<bool> RollbackLogWriter::reserve(std::span<const TFileItem> files)
+{
+    Private &d = *m_private;
+    qint64 size = kSizeOfEmptyLog;
+    for (const TFileItem &file : files)
+        size += file.url.folder()->bytes().size() + kSizeOfRecord +
+                kNamesInRecord * file.url.lastPathComponent().size();
+    if (::fallocate(d.file.handle(), FALLOC_FL_KEEP_SIZE, 0, size) == 0 || errno == EOPNOTSUPP ||
+        errno == ENOSYS)
+        return true;
+    return TResult<bool>::failure(failureText(d.folder.logsPath(), textForErrno(errno)));
+}
+
 void RollbackLogWriter::append(const TRenameTRX &transaction)
 {
     m_private->archiver->appendObject(TRenameTRX::archiveClass(), [&transaction](TEncoder &coder) {
@@ -132,6 +151,8 @@ TResult<QString> RollbackLogWriter::finish(TDate date, bool keepOthers)
     };
     if (!d.archiver->finish())
         return failure(d.file.errorString());
+    if (::ftruncate(d.file.handle(), d.file.size()) != 0)
+        return failure(textForErrno(errno));
     // The journal counts as finished next, so from here on the log must survive a power cut.
     if (::fdatasync(d.file.handle()) != 0)
         return failure(textForErrno(errno));
