@@ -69,7 +69,10 @@ void drawButton(QPainter &painter, const QStyleOption &option)
     const bool isFlat = button != nullptr && button->features.testFlag(QStyleOptionButton::Flat);
     const bool isEnabled = has(option, QStyle::State_Enabled);
     QColor fill = isDefault && isEnabled ? colors.accent : option.palette.color(QPalette::Button);
-    if (has(option, QStyle::State_Sunken) || has(option, QStyle::State_On))
+    const bool isOn = has(option, QStyle::State_On);
+    if (isOn)
+        fill = colors.selection;
+    else if (has(option, QStyle::State_Sunken))
         fill = colors.isDark ? fill.lighter(125) : fill.darker(109);
     else if (has(option, QStyle::State_MouseOver) && isEnabled)
         fill = colors.isDark ? fill.lighter(112) : fill.darker(103);
@@ -77,7 +80,7 @@ void drawButton(QPainter &painter, const QStyleOption &option)
         fill = Qt::transparent;
     const bool isFocused =
         has(option, QStyle::State_HasFocus) && has(option, QStyle::State_KeyboardFocusChange);
-    const QColor edge = isDefault && isEnabled ? colors.accent : colors.border;
+    const QColor edge = (isDefault || isOn) && isEnabled ? colors.accent : colors.border;
     drawFace(painter, option.rect, fill,
              isFocused ? QPen(isDefault ? colors.accentInk : colors.accent, 1.5)
                        : QPen(isFlat ? QColor(Qt::transparent) : edge));
