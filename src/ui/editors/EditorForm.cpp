@@ -97,7 +97,7 @@ EditorForm::Row EditorForm::addRow(const QString &label, std::initializer_list<Q
         if (control->accessibleName().isEmpty() && qobject_cast<QLabel *>(control) == nullptr)
             control->setAccessibleName(label);
         isFilled = isFilled || stretches(control);
-        line->addWidget(control, stretches(control) ? 1 : 0);
+        line->addWidget(control, stretches(control) ? control->sizeHint().width() : 0);
     }
     if (!isFilled)
         line->addStretch();
@@ -156,7 +156,8 @@ NumberField *EditorForm::number(Setting<qint64> setting, NumberField::Range rang
 QComboBox *EditorForm::choice(const std::vector<Choice> &choices, Setting<qint64> setting)
 {
     auto *box = new QComboBox(&m_editor);
-    box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    box->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);
+    box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     box->setMaxVisibleItems(kMaxVisibleChoices);
     setChoices(box, choices);
     QObject::connect(box, &QComboBox::activated, &m_editor,

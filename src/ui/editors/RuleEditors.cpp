@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/RuleEditors.h"
 
-#include <QCoreApplication>
+#include "ui/editors/TEditCountRuleViewController.h"
+#include "ui/editors/TEditDateRuleViewController.h"
+#include "ui/editors/TEditSeparatorRuleViewController.h"
+#include "ui/editors/TEditTextRuleControllerViewController.h"
 
 #include <algorithm>
 #include <array>
@@ -35,7 +38,10 @@ struct Kind
 };
 
 constexpr std::array kKinds{
-    Kind{u"", make<PlainEditor>},
+    Kind{u"TEditCountRuleViewController", make<TEditCountRuleViewController>},
+    Kind{u"TEditDateRuleViewController", make<TEditDateRuleViewController>},
+    Kind{u"TEditSeparatorRuleViewController", make<TEditSeparatorRuleViewController>},
+    Kind{u"TEditTextRuleControllerViewController", make<TEditTextRuleControllerViewController>},
 };
 
 } // namespace
