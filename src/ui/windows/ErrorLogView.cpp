@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/windows/ErrorLogView.h"
+
+#include "commonprocs/ByteNames.h"
+#include "ui/controls/Icons.h"
+#include "ui/windows/RowDelegate.h"
+#include "ui/windows/SheetParts.h"
+
+#include <QAbstractListModel>
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QLabel>
+#include <QListView>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kCharacters = 60;
+constexpr int kShownRows = 10;
+constexpr int kBatch = 200;
+
+class LogModel : public QAbstractListModel
+{
+public:
+    LogModel(TErrorLog log, QObject *parent)
+        : QAbstractListModel(parent)
+        , m_log(std::move(log))
+    {
+    }
+    int rowCount(const QModelIndex &parent = {}) const override
+    {
+        return parent.isValid() ? 0 : static_cast<int>(m_log.count());
+    }
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        const TErrorTypes &entry = m_log.entries()[static_cast<std::size_t>(index.row())];
+        switch (role) {
+        case Qt::DisplayRole:
+            return SheetParts::breakable(entry.errDesc);
+        case Qt::EditRole:
+            return ByteNames::withoutLoneSurrogates(entry.errDesc);
+        case Qt::DecorationRole:
+            return Icons::forLevel(entry.errClass);
+        case Qt::AccessibleTextRole:
+            return levelName(entry.errClass) + ": "_L1 + entry.errDesc;
+        default:
+            return {};
+        }
+    }
+    static QString levelName(int level)
+    {
+        switch (level) {
+        case TErrorTypes::kWarning:
+            return ErrorLogView::tr("Warning");
+        case TErrorTypes::kCritical:
+            return ErrorLogView::tr("Critical");
+        default:
+            return ErrorLogView::tr("Note");
+        }
+    }
+
+private:
+    TErrorLog m_log;
+};
+
+/// "2 critical problems, 1 warning"
+QString summary(const TErrorLog &log)
+{
+    QStringList parts;
+    const auto count = [&log](int level) {
+        return static_cast<int>(log.numberOfErrorsWithType(level));
+    };
+    if (const int criticals = count(TErrorTypes::kCritical))
+        parts += ErrorLogView::tr("%n critical problem(s)", nullptr, criticals);
+    if (const int warnings = count(TErrorTypes::kWarning))
+        parts += ErrorLogView::tr("%n warning(s)", nullptr, warnings);
+    return parts.isEmpty() ? ErrorLogView::tr("Notes") : parts.join(", "_L1);
+}
+
+void copySelection(const QListView &list)
+{
+    QModelIndexList rows = list.selectionModel()->selectedIndexes();
+    std::sort(rows.begin(), rows.end());
+    QStringList lines;
+    for (const QModelIndex &row : rows)
+        lines += row.data(Qt::EditRole).toString();
+    if (!lines.isEmpty())
+        QApplication::clipboard()->setText(lines.join(u'\n'));
+}
+
+void offer(QListView *list, const QString &text, QKeySequence::StandardKey key,
+           const std::function<void()> &run)
+{
+    auto *action = new QAction(text, list);
+    action->setShortcut(key);
+    action->setShortcutContext(Qt::WidgetShortcut);
+    QObject::connect(action, &QAction::triggered, list, run);
+    list->addAction(action);
+}
+
+} // namespace
+
+/// Rows are as high as their wrapped texts, so only those in view, and some more, are measured.
+class ErrorLogView::List : public QListView
+{
+public:
+    List(const TErrorLog &log, QWidget *parent)
+        : QListView(parent)
+    {
+        setFrameShape(NoFrame);
+        setItemDelegate(new RowDelegate(this));
+        setModel(new LogModel(log, this));
+        setSelectionMode(ExtendedSelection);
+        setWordWrap(true);
+        setResizeMode(Adjust);
+        setLayoutMode(Batched);
+        setBatchSize(kBatch);
+        setVerticalScrollMode(ScrollPerPixel);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setContextMenuPolicy(Qt::ActionsContextMenu);
+        offer(this, ErrorLogView::tr("Copy"), QKeySequence::Copy, [this] { copySelection(*this); });
+        offer(this, ErrorLogView::tr("Select All"), QKeySequence::SelectAll,
+              [this] { selectAll(); });
+        setAccessibleName(ErrorLogView::tr("Problems"));
+    }
+    QSize sizeHint() const override
+    {
+        const int width = SheetParts::widthOf(this, kCharacters);
+        const int row = RowDelegate::rowHeight(fontMetrics());
+        const int count = model()->rowCount();
+        int height = 4;
+        QStyleOptionViewItem option;
+        initViewItemOption(&option);
+        option.rect = QRect(0, 0, width - 2, row);
+        for (int i = 0; i < std::min(count, kShownRows) && height < kShownRows * row; ++i)
+            height += itemDelegate()->sizeHint(option, model()->index(i, 0)).height();
+        return {width, std::min(height, kShownRows * row)};
+    }
+};
+
+ErrorLogView::ErrorLogView(const TErrorLog &log, QWidget *parent)
+    : QWidget(parent)
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(SheetParts::kGap);
+    if (log.isEmpty()) {
+        auto *none = new QLabel(tr("No problems found."), this);
+        setAccessibleName(none->text());
+        layout->addWidget(none);
+        return;
+    }
+    setAccessibleName(summary(log));
+    layout->addWidget(SheetParts::title(summary(log), this));
+    auto *list = new List(log, this);
+    layout->addWidget(list);
+    setFocusProxy(list);
+}

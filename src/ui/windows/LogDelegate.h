@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/windows/RowDelegate.h"
+
+/// A saved run in two lines: when it was, for people, and the name of its log.
+class LogDelegate : public RowDelegate
+{
+    Q_OBJECT
+
+public:
+    using RowDelegate::RowDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+    /// The moment that a log's name tells, in the user's words; empty when it tells none.
+    static QString readableDate(const QString &logName);
+};

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/windows/QuestionDialog.h"
+
+#include "ui/controls/Icons.h"
+#include "ui/controls/Theme.h"
+#include "ui/windows/SheetParts.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kIconSize = 48;
+constexpr qsizetype kMostText = 2000;
+
+/// Button texts are words, not mnemonics.
+QString buttonText(QString text)
+{
+    return text.replace(u'&', "&&"_L1);
+}
+
+QString shortened(const QString &text)
+{
+    return text.size() <= kMostText
+               ? text
+               : text.first(kMostText / 2) + u"\n\u2026\n"_s + text.last(kMostText / 2);
+}
+
+QLabel *makeIcon(TDialogHost::Form form, QWidget *parent)
+{
+    const ThemeColors colors = ThemeColors::of(parent->palette());
+    const bool isStop = form == TDialogHost::Form::StopSheet;
+    auto *icon = new QLabel(parent);
+    icon->setPixmap(Icons::pixmap(isStop ? "stop"_L1 : "tavrin"_L1, kIconSize,
+                                  isStop ? colors.critical : colors.accent,
+                                  parent->devicePixelRatioF()));
+    return icon;
+}
+
+} // namespace
+
+QuestionDialog::QuestionDialog(const TDialogHost::Question &question,
+                               TDialogHost::Answered answered, QWidget *window)
+    : QDialog(window)
+    , m_answered(std::move(answered))
+{
+    setAccessibleName(question.title);
+    setAccessibleDescription(question.text);
+    auto *layout = SheetParts::column(this);
+    layout->setSpacing(SheetParts::kMargin);
+    auto *top = new QHBoxLayout;
+    layout->addLayout(top);
+    top->setSpacing(SheetParts::kWideGap);
+    top->addWidget(makeIcon(question.form, this), 0, Qt::AlignTop);
+    top->addLayout(makeTexts(question), 1);
+    layout->addLayout(makeButtons(buttonsOf(question)));
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+QStringList QuestionDialog::buttonsOf(const TDialogHost::Question &question) const
+{
+    return question.buttons.isEmpty() ? QStringList{tr("OK")} : question.buttons;
+}
+
+QLayout *QuestionDialog::makeTexts(const TDialogHost::Question &question)
+{
+    auto texts = std::make_unique<QVBoxLayout>();
+    texts->setSpacing(SheetParts::kGap);
+    texts->addWidget(SheetParts::title(shortened(question.title), this));
+    texts->addWidget(SheetParts::text(shortened(question.text), this));
+    if (!question.note.isEmpty()) {
+        texts->addSpacing(SheetParts::kGap);
+        texts->addWidget(SheetParts::muted(shortened(question.note), this));
+    }
+    texts->addStretch();
+    return texts.release(); // the layout's that it is added to
+}
+
+QLayout *QuestionDialog::makeButtons(const QStringList &texts)
+{
+    QHBoxLayout *row = SheetParts::buttonRow({});
+    for (qsizetype i = 0; i < texts.size(); ++i) {
+        auto *button = new QPushButton(buttonText(texts[i]), this);
+        connect(button, &QPushButton::clicked, this, [this, i] { answer(i); });
+        button->setDefault(i == 0);
+        row->addWidget(button);
+        if (i == 0)
+            button->setFocus();
+        if (texts[i] == tr("Cancel"))
+            m_escapeButton = i;
+    }
+    return row;
+}
+
+void QuestionDialog::reject()
+{
+    answer(m_escapeButton);
+}
+
+void QuestionDialog::answer(qsizetype button)
+{
+    if (std::exchange(m_isAnswered, true))
+        return;
+    const TDialogHost::Answered answered = std::exchange(m_answered, {});
+    hide();
+    deleteLater();
+    if (answered) // last: the window, and with it this dialog, may go away meanwhile
+        answered(button);
+}

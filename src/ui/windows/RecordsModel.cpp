@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/windows/RecordsModel.h"
+
+#include "commonprocs/ByteNames.h"
+#include "ui/windows/RowDelegate.h"
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+using Controller = TDoRollBackWindowController;
+
+namespace {
+
+constexpr std::array kColumns{Controller::kOriginalColumn, Controller::kCurrentColumn,
+                              Controller::kStatusColumn};
+
+} // namespace
+
+RecordsModel::RecordsModel(const TDoRollBackWindowController &runner, QObject *parent)
+    : QAbstractTableModel(parent)
+    , m_runner(runner)
+{
+    connect(&runner, &Controller::tableReloaded, this, [this] {
+        beginResetModel();
+        endResetModel();
+    });
+}
+
+int RecordsModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_runner.theTRX().size());
+}
+
+int RecordsModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+const TRenameTRX &RecordsModel::recordAt(int row) const
+{
+    return m_runner.theTRX()[static_cast<std::size_t>(row)];
+}
+
+QVariant RecordsModel::data(const QModelIndex &index, int role) const
+{
+    const TableCell cell =
+        m_runner.cell(index.row(), kColumns[static_cast<std::size_t>(index.column())]);
+    switch (role) {
+    case Qt::DisplayRole:
+        return ByteNames::forDisplay(cell.text);
+    case Qt::DecorationRole:
+        return cell.image.isSet() ? QVariant(RowDelegate::icon(cell.image)) : QVariant();
+    case RowDelegate::kInkRole:
+        return static_cast<int>(cell.ink);
+    case Qt::ToolTipRole:
+        return toolTip(index);
+    case Qt::AccessibleTextRole:
+        return index.column() == Status ? statusName(recordAt(index.row()).renamedExistsWithStatus)
+                                        : QVariant();
+    default:
+        return {};
+    }
+}
+
+QString RecordsModel::statusName(qint64 status)
+{
+    switch (status) {
+    case RollbackRun::kRestored:
+        return tr("Moved back");
+    case RollbackRun::kFailed:
+        return tr("Could not be moved back");
+    case RollbackRun::kRenamedFound:
+        return tr("Will be moved back");
+    default:
+        return tr("Nothing to move back");
+    }
+}
+
+QString RecordsModel::toolTip(const QModelIndex &index) const
+{
+    const TRenameTRX &record = recordAt(index.row());
+    if (index.column() != Status) {
+        const TFileURL &url = index.column() == Original ? record.originalURL : record.renamedURL;
+        return ByteNames::forDisplay(url.path());
+    }
+    QString text = statusName(record.renamedExistsWithStatus);
+    for (const TErrorTypes &problem : record.errorLog)
+        text += u'\n' + ByteNames::forDisplay(problem.errDesc);
+    return text;
+}
+
+QVariant RecordsModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal)
+        return {};
+    if (role == Qt::TextAlignmentRole)
+        return QVariant::fromValue(Qt::AlignLeading | Qt::AlignVCenter);
+    if (role != Qt::DisplayRole)
+        return {};
+    switch (section) {
+    case Original:
+        return tr("Original name");
+    case Current:
+        return tr("Current name");
+    default:
+        return tr("Status");
+    }
+}

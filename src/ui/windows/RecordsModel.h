@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/TDoRollBackWindowController.h"
+
+#include <QAbstractTableModel>
+
+/// The records of a rollback as its controller shows them. Nothing is kept a row.
+class RecordsModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    enum Column { Original, Current, Status, ColumnCount };
+
+    RecordsModel(const TDoRollBackWindowController &runner, QObject *parent);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    static QString statusName(qint64 status);
+    const TRenameTRX &recordAt(int row) const;
+    QString toolTip(const QModelIndex &index) const;
+
+    const TDoRollBackWindowController &m_runner;
+};

@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/windows/RollBackWindow.h"
+
+#include "ui/controls/Popover.h"
+#include "ui/windows/ErrorLogView.h"
+#include "ui/windows/RecordsModel.h"
+#include "ui/windows/RowDelegate.h"
+#include "ui/windows/SheetParts.h"
+
+#include <QCheckBox>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTableView>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using Controller = TDoRollBackWindowController;
+
+namespace {
+
+constexpr QSize kSize{760, 520};
+constexpr int kStatusRoom = 32;
+
+QTableView *makeTable(QAbstractItemModel *model, QWidget *parent)
+{
+    auto *table = new QTableView(parent);
+    table->setModel(model);
+    table->setItemDelegate(new RowDelegate(table));
+    table->setFrameShape(QFrame::NoFrame);
+    table->setShowGrid(false);
+    table->setWordWrap(false);
+    table->setAlternatingRowColors(true);
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table->setSelectionMode(QAbstractItemView::SingleSelection);
+    table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    table->setTabKeyNavigation(false);
+    table->verticalHeader()->hide();
+    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table->verticalHeader()->setDefaultSectionSize(RowDelegate::rowHeight(table->fontMetrics()));
+    QHeaderView *header = table->horizontalHeader();
+    header->setHighlightSections(false);
+    header->setSectionResizeMode(QHeaderView::Stretch);
+    header->setSectionResizeMode(RecordsModel::Status, QHeaderView::Fixed);
+    header->resizeSection(RecordsModel::Status,
+                          header->fontMetrics().horizontalAdvance(RecordsModel::tr("Status")) +
+                              kStatusRoom);
+    return table;
+}
+
+} // namespace
+
+RollBackWindow::RollBackWindow(Controller &runner, QWidget *parent)
+    : QDialog(parent)
+    , m_runner(runner)
+    , m_table(makeTable(new RecordsModel(runner, this), this))
+    , m_summary(SheetParts::muted(QString(), this))
+    , m_status(SheetParts::muted(QString(), this))
+    , m_bar(new QProgressBar(this))
+    , m_reverse(new QCheckBox(tr("From the &last file to the first"), this))
+    , m_reverseReason(SheetParts::muted(
+          tr("Recommended: in this run, files took the names that others had just given up. Only "
+             "in the reverse order do all of them get their old names back."),
+          this))
+    , m_cancel(new QPushButton(this))
+    , m_rollBack(new QPushButton(this))
+{
+    setWindowModality(Qt::ApplicationModal);
+    setWindowTitle(tr("Roll Back"));
+    m_table->setAccessibleName(tr("Files of the run"));
+    m_bar->setTextVisible(false);
+    m_bar->setAccessibleName(tr("Progress"));
+    m_reverse->setAccessibleDescription(m_reverseReason->text());
+    m_rollBack->setDefault(true);
+    m_cancel->setAutoDefault(false);
+    layOut();
+    connectAll();
+    refreshSummary();
+    refresh();
+    m_table->setFocus();
+    resize(kSize);
+}
+
+void RollBackWindow::layOut()
+{
+    auto *layout = SheetParts::column(this);
+    layout->addWidget(SheetParts::title(tr("Give files their old names back"), this));
+    layout->addWidget(m_summary);
+    layout->addWidget(m_status);
+    layout->addWidget(m_bar);
+    layout->addSpacing(SheetParts::kGap);
+    layout->addWidget(SheetParts::framed(m_table, this), 1);
+    layout->addWidget(m_reverse);
+    layout->addWidget(m_reverseReason);
+    layout->addSpacing(SheetParts::kGap);
+    layout->addLayout(SheetParts::buttonRow({m_cancel, m_rollBack}));
+}
+
+void RollBackWindow::connectAll()
+{
+    connect(&m_runner, &Controller::changed, this, &RollBackWindow::refresh);
+    connect(&m_runner, &Controller::progressChanged, this,
+            [this] { m_bar->setValue(m_runner.progress()); });
+    connect(&m_runner, &Controller::tableReloaded, this, &RollBackWindow::refreshSummary);
+    connect(m_rollBack, &QPushButton::clicked, this, [this] { m_runner.rollBack(); });
+    connect(m_cancel, &QPushButton::clicked, this, &RollBackWindow::reject);
+    connect(m_reverse, &QCheckBox::toggled, this, [this](bool on) { m_runner.setReverse(on); });
+    connect(m_table, &QTableView::clicked, this, &RollBackWindow::showProblems);
+    connect(m_table->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+        if (m_problems != nullptr)
+            m_problems->dismiss();
+    });
+    m_table->installEventFilter(this);
+}
+
+void RollBackWindow::refresh()
+{
+    const bool isComplete = m_runner.state() == Controller::State::Complete;
+    const bool isAnalysed = m_runner.state() == Controller::State::Analysed;
+    m_status->setText(m_runner.statusText());
+    m_bar->setValue(m_runner.progress());
+    m_status->setVisible(m_runner.isProgressShown());
+    m_bar->setVisible(m_runner.isProgressShown());
+    m_summary->setVisible(!m_runner.isProgressShown());
+    m_rollBack->setText(m_runner.rollBackButtonTitle());
+    m_rollBack->setEnabled(m_runner.rollBackButtonEnabled());
+    m_cancel->setText(isComplete ? tr("Close") : tr("Cancel"));
+    m_reverse->setChecked(m_runner.isReverse());
+    m_reverse->setEnabled(isAnalysed);
+    for (QWidget *order :
+         {static_cast<QWidget *>(m_reverse), static_cast<QWidget *>(m_reverseReason)})
+        order->setVisible(m_runner.recommendsReverse() && !isComplete);
+}
+
+/// Comes once a pass, so that counting a million records is no matter.
+void RollBackWindow::refreshSummary()
+{
+    if (m_problems != nullptr)
+        m_problems->dismiss();
+    const bool isAfter = m_runner.state() == Controller::State::Complete;
+    const qint64 wanted = isAfter ? RollbackRun::kRestored : RollbackRun::kRenamedFound;
+    const auto &records = m_runner.theTRX();
+    const auto count =
+        std::count_if(records.begin(), records.end(), [wanted](const TRenameTRX &record) {
+            return record.renamedExistsWithStatus == wanted;
+        });
+    const QString format = isAfter ? tr("%1 of %2 files have their old names back.")
+                                   : tr("%1 of %2 files can get their old names back.");
+    QString text = format.arg(locale().toString(static_cast<qlonglong>(count)),
+                              locale().toString(static_cast<qlonglong>(records.size())));
+    if (static_cast<std::size_t>(count) < records.size())
+        text += u' ' + tr("A click on a current name tells what is in the way.");
+    m_summary->setText(text);
+}
+
+void RollBackWindow::showProblems(const QModelIndex &index)
+{
+    const TErrorLog *const log =
+        index.isValid() ? m_runner.clicked(index.row(), index.column()) : nullptr;
+    if (log == nullptr)
+        return;
+    m_problems = Popover::open(std::make_unique<ErrorLogView>(*log).release(), // the popover's
+                               m_table->viewport(), m_table->visualRect(index));
+}
+
+/// The keyboard shows the problems of the selected record; Return starts nothing from here.
+bool RollBackWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_table && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space) {
+            showProblems(m_table->currentIndex().siblingAtColumn(RecordsModel::Current));
+            return true;
+        }
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+/// The controller's owner takes the window away.
+void RollBackWindow::reject()
+{
+    m_runner.cancel();
+}

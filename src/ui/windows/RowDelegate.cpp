@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/windows/RowDelegate.h"
+
+#include "document/TErrorTypes.h"
+#include "ui/controls/Icons.h"
+#include "ui/controls/Theme.h"
+
+#include <QApplication>
+#include <QPainter>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kIconSize = 16;
+constexpr int kDotSize = 10;
+constexpr int kRoom = 8; ///< of a row beside its line of text
+
+QIcon dot(const QColor &color)
+{
+    const qreal ratio = qApp->devicePixelRatio();
+    QPixmap pixmap(QSize(kIconSize, kIconSize) * ratio);
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    const int margin = (kIconSize - kDotSize) / 2;
+    painter.drawEllipse(margin, margin, kDotSize, kDotSize);
+    return QIcon(pixmap);
+}
+
+QColor inkOf(TableCell::Ink ink, const ThemeColors &colors)
+{
+    switch (ink) {
+    case TableCell::Ink::Grey:
+        return colors.muted;
+    case TableCell::Ink::Red:
+        return colors.extension;
+    case TableCell::Ink::Normal:
+        break;
+    }
+    return colors.ink;
+}
+
+} // namespace
+
+QIcon RowDelegate::icon(const TImage &image)
+{
+    const ThemeColors colors = ThemeColors::of(QApplication::palette());
+    const QString &name = image.name();
+    if (name == "tick"_L1)
+        return Icons::forLevel(TErrorTypes::kNone);
+    if (name == "achtung"_L1)
+        return Icons::forLevel(TErrorTypes::kWarning);
+    if (name == "stop"_L1)
+        return Icons::forLevel(TErrorTypes::kCritical);
+    if (name == "dot-green"_L1)
+        return dot(colors.good);
+    if (name == "dot-red"_L1)
+        return dot(colors.critical);
+    if (name == "green arrow"_L1)
+        return QIcon(
+            Icons::pixmap("roll-back"_L1, kIconSize, colors.good, qApp->devicePixelRatio()));
+    return {};
+}
+
+int RowDelegate::rowHeight(const QFontMetrics &metrics)
+{
+    return std::max(Theme::kRowHeight, metrics.height() + kRoom);
+}
+
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    QSize size = QStyledItemDelegate::sizeHint(option, index);
+    size.setHeight(std::max(size.height(), rowHeight(option.fontMetrics)));
+    return size;
+}
+
+void RowDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    const ThemeColors colors = ThemeColors::of(option->palette);
+    const auto ink = static_cast<TableCell::Ink>(index.data(kInkRole).toInt());
+    option->palette.setColor(QPalette::Highlight, colors.selection);
+    for (const auto role : {QPalette::Text, QPalette::HighlightedText})
+        option->palette.setColor(role, inkOf(ink, colors));
+    option->textElideMode = Qt::ElideMiddle;
+    option->state &= ~QStyle::State_HasFocus; // the selection shows where the keyboard is
+}
