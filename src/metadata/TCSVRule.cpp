@@ -18,15 +18,6 @@ constexpr auto kNoRow = "CSV table: Row %ld does not exist. Default used. File: 
 constexpr auto kNoColumn =
     "CSV table: Column %ld does not exist for row %ld. Default used. File: %@"_L1;
 
-QString withoutOuterQuotes(QStringView text)
-{
-    while (text.startsWith('"'_L1))
-        text = text.sliced(1);
-    while (text.endsWith('"'_L1))
-        text.chop(1);
-    return text.toString();
-}
-
 } // namespace
 
 TCSVRule::TCSVRule()
@@ -58,6 +49,15 @@ std::span<const TRuleField<TCSVRule>> TCSVRule::fields()
         {"useColumn"_L1, &TCSVRule::m_useColumn},
     };
     return kFields;
+}
+
+QString TCSVRule::withoutOuterQuotes(QStringView text)
+{
+    while (text.startsWith('"'_L1))
+        text = text.sliced(1);
+    while (text.endsWith('"'_L1))
+        text.chop(1);
+    return text.toString();
 }
 
 void TCSVRule::prepareToStart()

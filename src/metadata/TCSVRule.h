@@ -26,6 +26,9 @@ public:
     void updatePreview() override;
     QString editingViewController() const override;
 
+    /// A cell as trimQuotes makes it.
+    static QString withoutOuterQuotes(QStringView text);
+
     /// Null while no table is loaded.
     const TStringTablePtr &theRows() const { return m_theRows; }
     void setTheRows(TStringTablePtr rows) { m_theRows = std::move(rows); }

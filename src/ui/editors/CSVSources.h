@@ -6,8 +6,8 @@
 
 #include <optional>
 
-/// Which file a table was read from. Rules keep only the table, so this is known for tables that were
-/// loaded since the program began, and as long as some rule has them. Main thread only.
+/// Which file a table was read from. Rules keep only the table, so this is known for tables that
+/// were loaded since the program began, and as long as some rule has them. Main thread only.
 namespace CSVSources {
 
 struct Source

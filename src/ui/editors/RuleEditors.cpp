@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/RuleEditors.h"
 
+#include "ui/editors/TEditAudioTagRuleViewController.h"
+#include "ui/editors/TEditCSVRuleViewController.h"
 #include "ui/editors/TEditCountRuleViewController.h"
 #include "ui/editors/TEditDateRuleViewController.h"
+#include "ui/editors/TEditExtensionViewController.h"
+#include "ui/editors/TEditImageTagRuleViewController.h"
 #include "ui/editors/TEditSeparatorRuleViewController.h"
 #include "ui/editors/TEditTextRuleControllerViewController.h"
 
@@ -38,6 +42,9 @@ struct Kind
 };
 
 constexpr std::array kKinds{
+    Kind{u"TEditAudioTagRuleViewController", make<TEditAudioTagRuleViewController>},
+    Kind{u"TEditCSVRuleViewController", make<TEditCSVRuleViewController>},
+    Kind{u"TEditImageTagRuleViewController", make<TEditImageTagRuleViewController>},
     Kind{u"TEditCountRuleViewController", make<TEditCountRuleViewController>},
     Kind{u"TEditDateRuleViewController", make<TEditDateRuleViewController>},
     Kind{u"TEditSeparatorRuleViewController", make<TEditSeparatorRuleViewController>},
@@ -52,4 +59,9 @@ QWidget *RuleEditors::editorFor(const TRulePtr &rule, const EditorContext &conte
     const auto kind = std::find_if(kKinds.begin(), kKinds.end(),
                                    [&name](const Kind &each) { return each.name == name; });
     return (kind != kKinds.end() ? kind->make : make<PlainEditor>)(rule, context);
+}
+
+QWidget *RuleEditors::extensionEditor(const EditorContext &context)
+{
+    return std::make_unique<TEditExtensionViewController>(context).release(); // the caller's
 }

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/editors/CSVTableView.h"
+
+#include "ui/editors/ListFrame.h"
+
+#include <QHeaderView>
+
+namespace {
+
+constexpr int kColumnCharacters = 16;
+constexpr int kWidth = 58; ///< in average characters
+constexpr int kLeastRows = 3;
+
+} // namespace
+
+CSVTableView::CSVTableView(CSVTableModel *model, QWidget *parent)
+    : QTableView(parent)
+{
+    setModel(model);
+    setAccessibleName(tr("Rows of the CSV file"));
+    // The selection is the chosen column, which a click changes and moving about does not.
+    setSelectionMode(QAbstractItemView::NoSelection);
+    setShowGrid(false);
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    setTabKeyNavigation(false);
+    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    addHeaders();
+    const int character = fontMetrics().averageCharWidth();
+    setMinimumSize(kWidth * character, kLeastRows * ListFrame::rowHeight(*this));
+    connect(this, &QAbstractItemView::clicked, this,
+            [this](const QModelIndex &cell) { Q_EMIT columnChosen(cell.column()); });
+    connect(this, &QAbstractItemView::activated, this,
+            [this](const QModelIndex &cell) { Q_EMIT columnChosen(cell.column()); });
+    connect(model, &QAbstractItemModel::modelReset, this, &CSVTableView::markChosen);
+}
+
+void CSVTableView::addHeaders()
+{
+    QHeaderView *columns = horizontalHeader();
+    columns->setSectionsClickable(true);
+    columns->setHighlightSections(true);
+    columns->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+    columns->setDefaultSectionSize(kColumnCharacters * fontMetrics().averageCharWidth());
+    columns->setStretchLastSection(true);
+    connect(columns, &QHeaderView::sectionClicked, this, &CSVTableView::columnChosen);
+    QHeaderView *rows = verticalHeader();
+    rows->setSectionResizeMode(QHeaderView::Fixed);
+    rows->setDefaultSectionSize(ListFrame::rowHeight(*this));
+    rows->setHighlightSections(false);
+    rows->setSectionsClickable(false);
+}
+
+void CSVTableView::setChosenColumn(qint64 column)
+{
+    if (column == m_chosen)
+        return;
+    m_chosen = column;
+    markChosen();
+}
+
+void CSVTableView::markChosen()
+{
+    selectionModel()->clearSelection();
+    if (m_chosen < 0 || m_chosen >= model()->columnCount() || model()->rowCount() == 0)
+        return;
+    const auto column = static_cast<int>(m_chosen);
+    const QItemSelection whole(model()->index(0, column),
+                               model()->index(model()->rowCount() - 1, column));
+    selectionModel()->select(whole, QItemSelectionModel::ClearAndSelect);
+    if (columnViewportPosition(column) < 0 ||
+        columnViewportPosition(column) + columnWidth(column) > viewport()->width())
+        scrollTo(model()->index(std::max(rowAt(0), 0), column));
+}

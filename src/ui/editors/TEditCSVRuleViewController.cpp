@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/editors/TEditCSVRuleViewController.h"
+
+#include "ui/editors/CSVSources.h"
+#include "ui/editors/CSVTableModel.h"
+#include "ui/editors/CSVTableView.h"
+#include "ui/editors/DropHint.h"
+#include "ui/editors/ListFrame.h"
+#include "ui/editors/RuleSampler.h"
+
+#include <QDragEnterEvent>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QProgressBar>
+#include <QPushButton>
+
+#include <chrono>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kShownRows = 7;
+constexpr std::chrono::milliseconds kPatience{200};
+
+/// The one CSV file that is dragged; empty for anything else.
+QString draggedFile(const QMimeData &data)
+{
+    const QList<QUrl> urls = data.urls();
+    if (urls.size() != 1 || !urls.front().isLocalFile())
+        return {};
+    const QString path = urls.front().toLocalFile();
+    return path.endsWith(".csv"_L1, Qt::CaseInsensitive) ? path : QString();
+}
+
+} // namespace
+
+TEditCSVRuleViewController::TEditCSVRuleViewController(const TRulePtr &rule,
+                                                       const EditorContext &context)
+    : TRuleViewController(rule, context)
+    , m_loader(new CSVLoader(this))
+    , m_model(new CSVTableModel(this))
+{
+    setAcceptDrops(true);
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(kPatience);
+    connect(&m_patience, &QTimer::timeout, this, [this] { m_loadingRow.setVisible(true); });
+    connect(m_loader, &CSVLoader::loaded, this, &TEditCSVRuleViewController::fileLoaded);
+    addFileRows();
+    addTable();
+    addSettings();
+    finish(m_choose);
+}
+
+void TEditCSVRuleViewController::addFileRows()
+{
+    m_choose = new QPushButton(tr("Choose &CSV..."), this);
+    m_file = new EditorLabel({}, EditorLabel::Tone::Muted, this);
+    m_file->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    connect(m_choose, &QPushButton::clicked, this, &TEditCSVRuleViewController::chooseFile);
+    auto *file = new QWidget(this);
+    auto *fileLine = new QHBoxLayout(file);
+    fileLine->setContentsMargins({});
+    fileLine->addWidget(m_choose);
+    fileLine->addWidget(m_file, 1);
+    form().addWide(file);
+
+    auto *loading = new QWidget(this);
+    m_progress = new QProgressBar(loading);
+    m_progress->setRange(0, CSVLoader::kWhole);
+    m_progress->setTextVisible(false);
+    m_progress->setAccessibleName(tr("Reading the CSV file"));
+    m_stop = new QPushButton(tr("Cancel"), loading);
+    auto *loadingLine = new QHBoxLayout(loading);
+    loadingLine->setContentsMargins({});
+    loadingLine->addWidget(m_progress, 1);
+    loadingLine->addWidget(m_stop);
+    connect(m_loader, &CSVLoader::progressed, m_progress, &QProgressBar::setValue);
+    connect(m_stop, &QPushButton::clicked, this, [this] {
+        m_loader->cancel();
+        showLoading(false);
+    });
+    m_loadingRow = form().addWide(loading);
+    m_loadingRow.setVisible(false);
+
+    m_problem = new EditorLabel({}, EditorLabel::Tone::Problem, this);
+    m_problem->setWordWrap(true);
+    m_problem->hide();
+    form().addWide(m_problem);
+}
+
+void TEditCSVRuleViewController::addTable()
+{
+    m_hint = new DropHint(tr("Choose a CSV file, or drop it here.\n"
+                             "The first file of the batch gets its text from the first row, "
+                             "the second from the second row, and so on."),
+                          this);
+    form().addWide(m_hint);
+    m_table = new CSVTableView(m_model, this);
+    m_tableRow = form().addWide(new ListFrame(
+        m_table, kShownRows,
+        [this](const QModelIndex &cell) {
+            return cell.row() == 0 && m_model->hasHeader() ? ListFrame::Weight::Strong
+                                                           : ListFrame::Weight::Plain;
+        },
+        this));
+    connect(m_table, &CSVTableView::columnChosen, this, [this](int column) {
+        if (rule().useColumn() == column)
+            return;
+        rule().setUseColumn(column);
+        form().edited();
+        form().reload();
+    });
+}
+
+void TEditCSVRuleViewController::addSettings()
+{
+    constexpr qint64 kHighest = std::numeric_limits<qint64>::max();
+    // People count from 1.
+    NumberField *column =
+        form().number({[this] { return std::min(rule().useColumn(), kHighest - 1) + 1; },
+                       [this](qint64 number) { rule().setUseColumn(number - 1); }},
+                      {1, kHighest});
+    column->setAcceptDrops(false);
+    m_columnRemark = form().words({});
+    m_columnRow = form().addRow(tr("Co&lumn"), {column, m_columnRemark});
+    form().addWide(form().check(tr("The &first row is a header"),
+                                settingOf(rule(), &TCSVRule::skipFirst, &TCSVRule::setSkipFirst)));
+    form().addWide(form().check(tr("&Start again at the top after the last row"),
+                                settingOf(rule(), &TCSVRule::wrap, &TCSVRule::setWrap)));
+    form().addWide(
+        form().check(tr("Take &quotation marks off"),
+                     settingOf(rule(), &TCSVRule::trimQuotes, &TCSVRule::setTrimQuotes)));
+    QLineEdit *defaultText =
+        form().text(settingOf(rule(), &TCSVRule::defaultText, &TCSVRule::setDefaultText));
+    defaultText->setAcceptDrops(false);
+    defaultText->setPlaceholderText(tr("nothing"));
+    form().addRow(tr("&Without a cell"), {defaultText});
+}
+
+void TEditCSVRuleViewController::refresh()
+{
+    const TStringTablePtr &table = rule().theRows();
+    if (m_model->table() != table)
+        m_model->setTable(table, CSVTableModel::columnsOf(table));
+    m_model->setHasHeader(rule().skipFirst());
+    m_model->setTrimsQuotes(rule().trimQuotes());
+    m_table->setChosenColumn(rule().useColumn());
+    m_hint->setVisible(!table);
+    m_tableRow.setVisible(table != nullptr);
+    m_columnRemark->setText(columnRemark());
+    form().setNote(tableSummary());
+    showSource();
+}
+
+void TEditCSVRuleViewController::showSource()
+{
+    const TStringTablePtr &table = rule().theRows();
+    const auto source = CSVSources::sourceOf(table);
+    m_file->setToolTip(source ? source->path : QString());
+    if (m_loader->isLoading())
+        m_file->setText(tr("Reading %1...").arg(QFileInfo(m_loading).fileName()));
+    else if (source)
+        m_file->setText(tr("%1, %2").arg(QFileInfo(source->path).fileName(),
+                                         TCSVStream::nameOf(source->encoding)));
+    else
+        m_file->setText(table ? tr("The table came with the rule.") : tr("No file is loaded."));
+}
+
+QString TEditCSVRuleViewController::tableSummary() const
+{
+    const TStringTablePtr &table = rule().theRows();
+    if (!table)
+        return {};
+    const std::size_t header = rule().skipFirst() && !table->empty() ? 1 : 0;
+    const std::size_t rows = table->size() - header;
+    return rows == 1 ? tr("1 row") : tr("%L1 rows").arg(rows);
+}
+
+QString TEditCSVRuleViewController::columnRemark() const
+{
+    const int columns = m_model->columnCount();
+    if (!rule().theRows())
+        return {};
+    return rule().useColumn() < columns ? tr("of %L1").arg(columns)
+                                        : tr("The table has only %L1.").arg(columns);
+}
+
+QList<SamplePreview::Line> TEditCSVRuleViewController::previewLines() const
+{
+    const std::shared_ptr<TFileObject> sample = sampleFile();
+    const TRulePtr copy = sample ? RuleSampler::preparedCopy(theRule()) : nullptr;
+    if (!copy)
+        return TRuleViewController::previewLines();
+    const qsizetype row = RuleSampler::rowOf(context().document, *sample);
+    static_cast<TCSVRule &>(*copy).setGlobalCounter(static_cast<quint64>(row));
+    return {SamplePreview::change(sample->sourceURL().lastPathComponent(),
+                                  RuleSampler::fragment(context().document, *copy, *sample))};
+}
+
+void TEditCSVRuleViewController::chooseFile()
+{
+    if (m_panel != nullptr)
+        return;
+    m_panel = new QFileDialog(this, tr("Choose CSV"));
+    m_panel->setAttribute(Qt::WA_DeleteOnClose);
+    m_panel->setWindowModality(Qt::WindowModal);
+    m_panel->setFileMode(QFileDialog::ExistingFile);
+    m_panel->setNameFilter(tr("CSV files") + " (*.csv *.CSV)"_L1);
+    m_panel->setLabelText(QFileDialog::Accept, tr("Choose CSV"));
+    if (const auto source = CSVSources::sourceOf(rule().theRows()))
+        m_panel->setDirectory(QFileInfo(source->path).path());
+    connect(m_panel, &QFileDialog::fileSelected, this, &TEditCSVRuleViewController::loadFile);
+    m_panel->open();
+}
+
+void TEditCSVRuleViewController::loadFile(const QString &path)
+{
+    m_problem->hide();
+    m_progress->setValue(0);
+    m_loading = path;
+    m_loader->load(path);
+    showLoading(true);
+}
+
+void TEditCSVRuleViewController::showLoading(bool isLoading)
+{
+    m_choose->setEnabled(!isLoading);
+    if (isLoading)
+        m_patience.start();
+    else
+        m_patience.stop();
+    m_loadingRow.setVisible(false);
+    showSource();
+}
+
+void TEditCSVRuleViewController::fileLoaded(const CSVLoader::Result &result)
+{
+    showLoading(false);
+    if (result.contents.rows) {
+        CSVSources::remember(result.contents.rows, {result.path, result.contents.encoding});
+        m_model->setTable(result.contents.rows, result.columns);
+        rule().setTheRows(result.contents.rows);
+    } else {
+        tellFailure(result.path, result.contents.problem);
+    }
+    form().edited();
+}
+
+void TEditCSVRuleViewController::tellFailure(const QString &path, const QString &problem)
+{
+    const QString what = tr("%1: %2").arg(QFileInfo(path).fileName(), problem);
+    m_problem->setText(what);
+    m_problem->show();
+    auto *alert = new QMessageBox(QMessageBox::Critical, tr("No CSV Data"), tr("No CSV Data"),
+                                  QMessageBox::Ok, this);
+    alert->setInformativeText(
+        tr("I was unable to read CSV data from the file you fed me. Please try again") + "\n\n"_L1 +
+        what);
+    alert->setTextFormat(Qt::PlainText);
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setWindowModality(Qt::WindowModal);
+    alert->open();
+}
+
+void TEditCSVRuleViewController::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (draggedFile(*event->mimeData()).isEmpty())
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    m_hint->setLit(true);
+}
+
+void TEditCSVRuleViewController::dragLeaveEvent(QDragLeaveEvent *)
+{
+    m_hint->setLit(false);
+}
+
+void TEditCSVRuleViewController::dropEvent(QDropEvent *event)
+{
+    m_hint->setLit(false);
+    const QString path = draggedFile(*event->mimeData());
+    if (path.isEmpty())
+        return;
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    loadFile(path);
+}

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/editors/TEditExtensionViewController.h"
+
+#include "commonprocs/RegexReplacer.h"
+#include "document/TRenameOperation.h"
+#include "ui/editors/ExtensionMapTable.h"
+
+TEditExtensionViewController::TEditExtensionViewController(const EditorContext &context)
+    : m_context(context)
+    , m_form(*this, tr("Extension"), [this] { m_context.document.extensionHandlerEdited(); })
+{
+    addRows();
+    m_form.addPreview();
+    connect(&m_context.document, &TDocument::extensionHandlerChanged, this,
+            &TEditExtensionViewController::reload);
+    connect(&m_context.document, &TDocument::filesInserted, this,
+            &TEditExtensionViewController::showState);
+    reload();
+}
+
+TEditExtensionViewController::~TEditExtensionViewController()
+{
+    endEdit();
+}
+
+void TEditExtensionViewController::openEdit()
+{
+    m_context.document.beginExtensionEdit();
+}
+
+void TEditExtensionViewController::closeEdit()
+{
+    m_context.document.endExtensionEdit();
+}
+
+QUndoStack &TEditExtensionViewController::undoStack()
+{
+    return m_context.document.undoStack();
+}
+
+void TEditExtensionViewController::addFor(qint64 method, const EditorForm::Row &row)
+{
+    m_rows.push_back({method, row});
+}
+
+void TEditExtensionViewController::addRows()
+{
+    using Handler = TExtensionHandler;
+    QComboBox *method =
+        m_form.choice({{Handler::kUnchanged, tr("Leave unchanged")},
+                       {Handler::kReplace, tr("Replace")},
+                       {Handler::kMap, tr("Map")},
+                       {Handler::kStrip, tr("Strip")},
+                       {Handler::kRegEx, tr("Regular expression")}},
+                      settingOf(handler(), &Handler::handlingMethod, &Handler::setHandlingMethod));
+    m_form.addRow(tr("&Method"), {method});
+    setFocusProxy(method);
+    QComboBox *letterCase =
+        m_form.choice({{Handler::kCaseAsItIs, tr("As it is")},
+                       {Handler::kUpperCase, tr("UPPER CASE")},
+                       {Handler::kLowerCase, tr("lower case")}},
+                      settingOf(handler(), &Handler::caseHandling, &Handler::setCaseHandling));
+    addFor(Handler::kUnchanged, m_form.addRow(tr("Letter &case"), {letterCase}));
+    addFor(Handler::kReplace,
+           m_form.addRow(tr("&New extension"), {m_form.text(settingOf(handler(), &Handler::replacer,
+                                                                      &Handler::setReplacer))}));
+    addMapRows();
+    addFor(Handler::kStrip, m_form.addWide(m_form.words(tr("Files lose their extension."))));
+    addRegExRows();
+}
+
+void TEditExtensionViewController::addMapRows()
+{
+    using Handler = TExtensionHandler;
+    m_map = new ExtensionMapTable(this);
+    connect(m_map, &ExtensionMapTable::edited, this, [this] {
+        handler().setMapArray(m_map->pairs());
+        m_form.edited();
+    });
+    m_form.addLoader([this] { m_map->setPairs(handler().mapArray()); });
+    addFor(Handler::kMap, m_form.addWide(m_map));
+    addFor(Handler::kMap, m_form.addWide(m_form.check(
+                              tr("&Ignore upper and lower case"),
+                              switchOf(handler(), &Handler::ignoreCase, &Handler::setIgnoreCase))));
+    QComboBox *remainder = m_form.choice(
+        {{0, tr("Stay")}, {1, tr("Become")}},
+        eitherOf(handler(), &Handler::mapRemainderChoice, &Handler::setMapRemainderChoice));
+    m_remainder = m_form.text(settingOf(handler(), &Handler::replacer, &Handler::setReplacer));
+    EditorForm::setName(m_remainder, tr("What other extensions become"));
+    addFor(Handler::kMap, m_form.addRow(tr("&Others"), {remainder, m_remainder}));
+}
+
+void TEditExtensionViewController::addRegExRows()
+{
+    using Handler = TExtensionHandler;
+    addFor(Handler::kRegEx,
+           m_form.addRow(tr("&Find"),
+                         {m_form.text(settingOf(handler(), &Handler::regEx, &Handler::setRegEx))}));
+    addFor(Handler::kRegEx,
+           m_form.addRow(tr("&Replace by"), {m_form.text(settingOf(handler(), &Handler::rePattern,
+                                                                   &Handler::setRePattern))}));
+    QComboBox *access =
+        m_form.choice({{Handler::kWholeName, tr("Whole name, such as 'name.ext'")},
+                       {Handler::kNameWithoutExtension, tr("Name without extension")},
+                       {Handler::kExtension, tr("Extension")}},
+                      settingOf(handler(), &Handler::regAccess, &Handler::setRegAccess));
+    addFor(Handler::kRegEx, m_form.addRow(tr("&Works on"), {access}));
+    m_problem = new EditorLabel({}, EditorLabel::Tone::Problem, this);
+    m_problem->setWordWrap(true);
+    m_form.addWide(m_problem);
+}
+
+void TEditExtensionViewController::reload()
+{
+    m_form.reload();
+    showState();
+}
+
+void TEditExtensionViewController::showState()
+{
+    const qint64 method = handler().handlingMethod();
+    for (const MethodRow &each : m_rows)
+        each.row.setVisible(each.method == method);
+    m_remainder->setEnabled(handler().mapRemainderChoice() != 0);
+    const QString problem = method == TExtensionHandler::kRegEx
+                                ? RegexReplacer(handler().regEx(), handler().rePattern()).problem()
+                                : QString();
+    m_problem->setText(problem);
+    m_problem->setVisible(!problem.isEmpty());
+    m_form.preview().setLines(previewLines());
+}
+
+QList<SamplePreview::Line> TEditExtensionViewController::previewLines() const
+{
+    const std::shared_ptr<TFileObject> sample =
+        m_context.sampleFile ? m_context.sampleFile() : nullptr;
+    if (!sample)
+        return {SamplePreview::note(tr("Files of the batch show here what they get."))};
+    const std::unique_ptr<TExtensionHandler> copy = handler().copyForRun();
+    const std::shared_ptr<TFileObject> file = sample->copy();
+    TRuleDict dict;
+    dict.batchSize = static_cast<qint64>(m_context.document.sourceObjectArray().size());
+    const QString extension = copy->processWithFileObject(*file, nullptr, dict);
+    if (dict.tookTooLong)
+        return {SamplePreview::note(RegexReplacer::kTookTooLong.toString())};
+    return {SamplePreview::change(file->sourceURL().lastPathComponent(),
+                                  TEvaluatedName::joined(file->fileName(), extension))};
+}

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/editors/TEditImageTagRuleViewController.h"
+
+#include "metadata/EXIFSupport.h"
+#include "platform/TypeIdentifiers.h"
+
+TEditImageTagRuleViewController::TEditImageTagRuleViewController(const TRulePtr &rule,
+                                                                 const EditorContext &context)
+    : TEditTagRuleViewController(rule, context)
+{
+    addCategoryRow();
+    addTagRows();
+    finish(chooser());
+}
+
+void TEditImageTagRuleViewController::addCategoryRow()
+{
+    auto &rule = ruleAs<TImageTagRule>();
+    m_category = new QComboBox(this);
+    m_category->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    for (const QString &key : EXIFSupport::categories())
+        m_category->addItem(EXIFSupport::titleForCategory(key));
+    m_category->setMaxVisibleItems(m_category->count());
+    connect(m_category, &QComboBox::activated, this, [this, &rule](int index) {
+        rule.setCategory(m_category->itemText(index));
+        form().edited();
+    });
+    form().addLoader([this, &rule] {
+        m_category->setPlaceholderText(rule.category());
+        m_category->setCurrentIndex(m_category->findText(rule.category()));
+    });
+    form().addRow(tr("Ca&tegory"), {m_category});
+}
+
+QStringList TEditImageTagRuleViewController::offeredTags() const
+{
+    return EXIFSupport::tagsForCategory(
+        EXIFSupport::categoryForTitle(ruleAs<TImageTagRule>().category()));
+}
+
+QString TEditImageTagRuleViewController::placeholder() const
+{
+    return tr("Please Choose a Tag Category");
+}
+
+TMetadataPtr TEditImageTagRuleViewController::metadataOf(const TFileObject &file) const
+{
+    return file.imageProperties();
+}
+
+QVariant TEditImageTagRuleViewController::valueOf(const TMetadata &metadata,
+                                                  const QString &tag) const
+{
+    const QString category = ruleAs<TImageTagRule>().metadataCategory();
+    return category.isEmpty() ? metadata.value(tag) : metadata.value(category, tag);
+}
+
+bool TEditImageTagRuleViewController::isOfKind(const TFileObject &file) const
+{
+    return TypeIdentifiers::conformsTo(
+        TypeIdentifiers::identifierForExtension(file.extension(), false), TypeIdentifiers::kImage);
+}
+
+QString TEditImageTagRuleViewController::otherKindRemark() const
+{
+    return tr("%1 is not an image.");
+}
