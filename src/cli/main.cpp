@@ -2,24 +2,9 @@
 #include "cli/Cli.h"
 #include "cli/Interrupt.h"
 #include "commonprocs/ByteNames.h"
+#include "platform/StandardStreams.h"
 
-#include <cerrno>
-#include <fcntl.h>
 #include <unistd.h>
-
-namespace {
-
-/// Fills standard streams that the caller closed, so that no journal or log ever gets their numbers
-/// and is written into; using them still fails.
-void fillClosedStreams()
-{
-    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
-        if (::fcntl(stream, F_GETFD) == -1 && errno == EBADF)
-            ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
-    }
-}
-
-} // namespace
 
 int main(int argc, char **argv)
 {
