@@ -3,12 +3,14 @@
 
 #include "ui/controls/Theme.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPushButton>
 
 #include <algorithm>
 
@@ -18,6 +20,14 @@ constexpr int kShadow = 10;  ///< room around the body for its shadow
 constexpr int kArrow = 9;    ///< height of the arrow, half of its width
 constexpr int kMargin = 4;   ///< from the window's edges
 constexpr int kPadding = 16; ///< around the content
+
+/// In the cell of a table, Return ends the editing of the cell.
+bool isCellEditor(const QWidget &field)
+{
+    const QWidget *viewport = field.parentWidget();
+    return viewport != nullptr &&
+           qobject_cast<const QAbstractItemView *>(viewport->parentWidget()) != nullptr;
+}
 
 } // namespace
 
@@ -110,6 +120,16 @@ void Popover::place()
     update();
 }
 
+/// The button that Return presses where the content has one: a form that is to be confirmed.
+QPushButton *Popover::defaultButton() const
+{
+    const auto buttons = m_content->findChildren<QPushButton *>();
+    const auto found = std::find_if(buttons.begin(), buttons.end(), [](const QPushButton *button) {
+        return button->isDefault() && button->isVisible();
+    });
+    return found == buttons.end() ? nullptr : *found;
+}
+
 bool Popover::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
@@ -140,9 +160,12 @@ bool Popover::eventFilter(QObject *watched, QEvent *event)
     case QEvent::KeyPress: {
         const auto *key = static_cast<QKeyEvent *>(event);
         const bool isReturn = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
-        if (isReturn && isAncestorOf(qobject_cast<QWidget *>(watched)) &&
-            qobject_cast<QLineEdit *>(watched) != nullptr) {
-            dismiss();
+        const auto *field = qobject_cast<QLineEdit *>(watched);
+        if (isReturn && field != nullptr && isAncestorOf(field) && !isCellEditor(*field)) {
+            if (QPushButton *button = defaultButton())
+                button->click();
+            else
+                dismiss();
             return true;
         }
         break;

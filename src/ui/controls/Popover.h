@@ -4,9 +4,12 @@
 #include <QPointer>
 #include <QWidget>
 
+class QPushButton;
+
 /// A small surface over its window, with an arrow to what it is about. It takes the keyboard when
-/// opened and gives it back when closed. Closes on Escape, on Return in a text field, on a click
-/// elsewhere in the window and when its anchor goes away; not when the focus merely moves on.
+/// opened and gives it back when closed. Closes on Escape, on Return in a text field (which presses
+/// the content's default button instead, if there is one), on a click elsewhere in the window and
+/// when its anchor goes away; not when the focus merely moves on.
 /// Child of the anchor's window; deletes itself, and its content, after it was closed.
 class Popover : public QWidget
 {
@@ -37,6 +40,7 @@ private:
     Popover(QWidget *content, QWidget *anchor, const QRect &part);
     void place();
     QRect body() const;
+    QPushButton *defaultButton() const;
 
     QWidget *m_content;
     QPointer<QWidget> m_anchor;
