@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/tiles/DropPlace.h"
+
+#include "ui/controls/Icons.h"
+#include "ui/controls/Theme.h"
+#include "ui/tiles/TileDrawing.h"
+
+#include <QEvent>
+#include <QPainter>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kPadding = 20;
+constexpr int kIcon = 16;
+constexpr int kLeastWidth = 48;
+
+} // namespace
+
+DropPlace::DropPlace(QWidget *parent)
+    : QWidget(parent)
+{
+    setAccessibleName(tr("drag elements here"));
+    setAccessibleDescription(tr("The end of the recipe"));
+}
+
+void DropPlace::setInviting(bool isInviting)
+{
+    if (std::exchange(m_isInviting, isInviting) != isInviting)
+        update();
+}
+
+QSize DropPlace::sizeHint() const
+{
+    const QFontMetrics metrics = fontMetrics();
+    return {metrics.horizontalAdvance(accessibleName()) + 2 * kPadding,
+            TileDrawing::height(metrics, true)};
+}
+
+int DropPlace::leastWidth()
+{
+    return kLeastWidth;
+}
+
+void DropPlace::paintEvent(QPaintEvent *)
+{
+    const ThemeColors colors = ThemeColors::of(palette());
+    const bool isLit = m_isInviting || hasFocus();
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPen pen(isLit ? colors.accent : colors.border, isLit ? 1.5 : 1);
+    pen.setDashPattern({4, 3});
+    painter.setPen(pen);
+    const QRectF frame = QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5);
+    painter.drawRoundedRect(frame, Theme::kFieldRadius, Theme::kFieldRadius);
+    if (frame.width() >= sizeHint().width() - kPadding) {
+        painter.setPen(colors.muted);
+        painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, accessibleName());
+        return;
+    }
+    painter.drawPixmap(rect().center() + QPoint(1, 1) - QPoint(kIcon / 2, kIcon / 2),
+                       Icons::pixmap("plus"_L1, kIcon, colors.muted, devicePixelRatioF()));
+}
+
+void DropPlace::focusInEvent(QFocusEvent *)
+{
+    update();
+}
+
+void DropPlace::focusOutEvent(QFocusEvent *)
+{
+    update();
+}
+
+void DropPlace::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    update();
+}

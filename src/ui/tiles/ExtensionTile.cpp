@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/tiles/ExtensionTile.h"
+
+#include "ui/controls/Icons.h"
+#include "ui/controls/Theme.h"
+#include "ui/tiles/TileDrawing.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyle>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kPeriod = 12; ///< before the tile, as it stands before an extension
+constexpr int kPeriodSize = 3;
+constexpr int kPadding = 13;
+constexpr int kGap = 14;
+constexpr int kChevron = 16;
+constexpr int kInset = 2;
+
+} // namespace
+
+ExtensionTile::ExtensionTile(TDocument &document, QWidget *parent)
+    : QAbstractButton(parent)
+    , m_document(document)
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setToolTip(tr("What becomes of the extension: kept, replaced, mapped, left out or rewritten"));
+    connect(&document, &TDocument::extensionHandlerChanged, this, &ExtensionTile::follow);
+    follow();
+}
+
+void ExtensionTile::follow()
+{
+    setText(m_document.theExtensionHandler().name());
+    setAccessibleName(tr("Extension: %1").arg(text()));
+    updateGeometry();
+    update();
+}
+
+void ExtensionTile::setEdited(bool isEdited)
+{
+    if (std::exchange(m_isEdited, isEdited) != isEdited)
+        update();
+}
+
+QFont ExtensionTile::titleFont() const
+{
+    QFont title = font();
+    title.setBold(true);
+    return title;
+}
+
+QSize ExtensionTile::sizeHint() const
+{
+    const int title = QFontMetrics(titleFont()).horizontalAdvance(tr("Extension"));
+    const int name = fontMetrics().horizontalAdvance(text());
+    return {kPeriod + 2 * kInset + 2 * kPadding + title + kGap + name + kGap + kChevron,
+            TileDrawing::height(fontMetrics(), true)};
+}
+
+void ExtensionTile::paintEvent(QPaintEvent *)
+{
+    const ThemeColors colors = ThemeColors::of(palette());
+    const auto placed = [this](const QRect &place) {
+        return QStyle::visualRect(layoutDirection(), rect(), place);
+    };
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colors.extension);
+    const int foot = rect().center().y() + fontMetrics().ascent() / 2 - kPeriodSize;
+    painter.drawEllipse(placed({2, foot, kPeriodSize, kPeriodSize}));
+
+    const QRect frame = placed(rect().adjusted(kPeriod + kInset, kInset, -kInset, -kInset));
+    const bool isLit = hasFocus() || m_isEdited;
+    painter.setPen(QPen(isLit ? colors.accent : colors.extension, isLit ? 2 : 1.5));
+    painter.setBrush(isDown() || underMouse() ? colors.field : colors.card);
+    painter.drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), Theme::kFieldRadius,
+                            Theme::kFieldRadius);
+
+    const QFont title = titleFont();
+    const int titleWidth = QFontMetrics(title).horizontalAdvance(tr("Extension"));
+    const int start = kPeriod + kInset + kPadding;
+    painter.setFont(title);
+    painter.setPen(colors.extension);
+    painter.drawText(placed({start, 0, titleWidth + 1, height()}), Qt::AlignCenter,
+                     tr("Extension"));
+    painter.setFont(font());
+    painter.setPen(colors.ink);
+    const int end = width() - kInset - kPadding - kChevron;
+    const int nameStart = start + titleWidth + kGap;
+    const QRect name(nameStart, 0, end - nameStart, height());
+    painter.drawText(placed(name),
+                     QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter),
+                     text());
+    const QRect chevron(end, (height() - kChevron) / 2, kChevron, kChevron);
+    painter.drawPixmap(placed(chevron), Icons::pixmap("chevron-down"_L1, kChevron, colors.muted,
+                                                      devicePixelRatioF()));
+}
+
+void ExtensionTile::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
+}
+
+void ExtensionTile::enterEvent(QEnterEvent *event)
+{
+    QAbstractButton::enterEvent(event);
+    update();
+}
+
+void ExtensionTile::leaveEvent(QEvent *event)
+{
+    QAbstractButton::leaveEvent(event);
+    update();
+}
+
+void ExtensionTile::changeEvent(QEvent *event)
+{
+    QAbstractButton::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        updateGeometry();
+    update();
+}

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/tiles/RecipeCard.h"
+
+#include "ui/controls/Theme.h"
+#include "ui/tiles/ExtensionTile.h"
+#include "ui/tiles/PresetPopUp.h"
+#include "ui/tiles/RecipeDropArea.h"
+#include "ui/tiles/RecipeScroll.h"
+#include "ui/tiles/RecipeStrip.h"
+#include "ui/tiles/RuleTile.h"
+#include "ui/tiles/SampleLine.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kSideMargin = 16;
+constexpr int kMargin = 8;
+constexpr int kSpacing = 12;
+
+QLabel *makeLabel(const QString &text, QWidget *parent)
+{
+    auto *label = new QLabel(text, parent);
+    QFont bold = label->font();
+    bold.setBold(true);
+    label->setFont(bold);
+    return label;
+}
+
+} // namespace
+
+class RecipeCard::Private
+{
+public:
+    Private(RecipeCard &card, TDocument &batch, Notifications &notifications)
+        : document(batch)
+        , label(makeLabel(RecipeCard::tr("Recipe"), &card))
+        , presets(new PresetPopUp(&card))
+        , strip(new RecipeStrip(batch, notifications, &card))
+        , scroll(new RecipeScroll(strip, &card))
+        , extension(new ExtensionTile(batch, &card))
+        , sample(new SampleLine(batch, &card))
+        , presetColumn(new QVBoxLayout)
+    {
+        auto *lines = new QVBoxLayout(&card);
+        lines->setContentsMargins(kSideMargin, kMargin, kSideMargin, 0);
+        lines->setSpacing(kMargin);
+        auto *tiles = new QHBoxLayout;
+        tiles->setSpacing(kSpacing);
+        presetColumn->addWidget(presets);
+        presetColumn->addStretch();
+        tiles->addWidget(label, 0, Qt::AlignTop);
+        tiles->addLayout(presetColumn);
+        tiles->addWidget(scroll, 1);
+        tiles->addWidget(extension, 0, Qt::AlignTop);
+        lines->addLayout(tiles);
+        lines->addWidget(sample);
+        lines->addStretch();
+        fitToFirstLine();
+    }
+
+    /// What stands beside the tiles is in the middle of their first line.
+    void fitToFirstLine() const
+    {
+        const int height = strip->heightOfLines(1);
+        label->setFixedHeight(height);
+        const int above = std::max(0, (height - presets->sizeHint().height()) / 2);
+        presetColumn->setContentsMargins(0, above, 0, 0);
+    }
+
+    TDocument &document;
+    QLabel *label;
+    PresetPopUp *presets;
+    RecipeStrip *strip;
+    RecipeScroll *scroll;
+    ExtensionTile *extension;
+    SampleLine *sample;
+    QVBoxLayout *presetColumn; ///< the layout's
+};
+
+RecipeCard::RecipeCard(TDocument &document, Notifications &notifications, QWidget *parent)
+    : Card(parent)
+    , m_private(std::make_unique<Private>(*this, document, notifications))
+{
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setAccessibleName(tr("Recipe"));
+    const Private &parts = *m_private;
+    new RecipeDropArea(document, *parts.strip, *parts.scroll, *this); // the card's
+    connect(parts.presets, &PresetPopUp::presetChosen, this, &RecipeCard::presetChosen);
+    connect(parts.extension, &ExtensionTile::clicked, this, &RecipeCard::extensionEditRequested);
+    connect(parts.strip, &TileStrip::selectionChanged, this, &RecipeCard::selectionChanged);
+    const auto followRules = [&parts] {
+        parts.presets->setCanSave(!parts.document.ruleArray().empty());
+    };
+    connect(&document, &TDocument::rulesChanged, this, followRules);
+    followRules();
+}
+
+RecipeCard::~RecipeCard() = default;
+
+void RecipeCard::setPresetNames(const QStringList &names)
+{
+    m_private->presets->setPresetNames(names);
+}
+
+void RecipeCard::setSampleFile(const std::shared_ptr<TFileObject> &file)
+{
+    m_private->sample->setFile(file);
+}
+
+QWidget *RecipeCard::tileOf(const TRulePtr &rule) const
+{
+    return m_private->strip->tileOf(rule);
+}
+
+QWidget *RecipeCard::extensionTile() const
+{
+    return m_private->extension;
+}
+
+QWidget *RecipeCard::presetPopUp() const
+{
+    return m_private->presets;
+}
+
+void RecipeCard::setEditedTile(QWidget *tile)
+{
+    m_private->strip->setEditedTile(qobject_cast<RuleTile *>(tile));
+    m_private->extension->setEdited(tile == m_private->extension);
+}
+
+TRuleList RecipeCard::selectedRules() const
+{
+    return m_private->strip->selection().selected();
+}
+
+void RecipeCard::selectAllRules()
+{
+    m_private->strip->selectAllRules();
+}
+
+void RecipeCard::focusRecipe()
+{
+    m_private->strip->focusRecipe();
+}
+
+void RecipeCard::startDupeDrag(const TRulePtr &rule)
+{
+    m_private->strip->startCopyDrag(rule);
+}
+
+void RecipeCard::changeEvent(QEvent *event)
+{
+    Card::changeEvent(event);
+    if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange)
+        return;
+    if (m_private)
+        m_private->fitToFirstLine();
+}

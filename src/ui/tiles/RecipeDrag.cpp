@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/tiles/RecipeDrag.h"
+
+#include <QApplication>
+#include <QDrag>
+#include <QDropEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::size_t kTilesShown = 3;
+constexpr int kCountGap = 4;
+
+/// Takes what is dropped anywhere in a window but on a recipe, for as long as it lives.
+class Outside : public QObject
+{
+public:
+    explicit Outside(QWidget &window)
+        : m_window(&window)
+        , m_acceptedDrops(window.acceptDrops())
+    {
+        window.setAcceptDrops(true);
+        window.installEventFilter(this);
+    }
+    ~Outside() override
+    {
+        if (m_window)
+            m_window->setAcceptDrops(m_acceptedDrops);
+    }
+    bool hasDrop() const { return m_hasDrop; }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        const QEvent::Type type = event->type();
+        if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop)
+            return false;
+        auto *drop = static_cast<QDropEvent *>(event);
+        drop->setDropAction(Qt::MoveAction);
+        drop->accept();
+        m_hasDrop = m_hasDrop || type == QEvent::Drop;
+        return true;
+    }
+
+private:
+    QPointer<QWidget> m_window;
+    bool m_acceptedDrops;
+    bool m_hasDrop = false;
+};
+
+} // namespace
+
+namespace RecipeDrag {
+
+Picture picture(const std::vector<TileDrawing> &tiles, std::size_t pressed, const QPoint &position,
+                const QWidget &recipe)
+{
+    const std::size_t shown = std::min(tiles.size(), kTilesShown);
+    const QString more = shown < tiles.size() ? u"+%1"_s.arg(tiles.size() - shown) : QString();
+    const QFont font = recipe.font();
+    std::vector<QRect> places;
+    int x = 0;
+    for (std::size_t i = 0; i < shown; ++i) {
+        places.emplace_back(QPoint(x, 0), tiles[i].size(font));
+        x += places.back().width() - TileDrawing::kOverlap;
+    }
+    const int countWidth = more.isEmpty() ? 0 : recipe.fontMetrics().horizontalAdvance(more);
+    const QRect count(x + TileDrawing::kOverlap + kCountGap, 0, countWidth,
+                      places.front().height());
+    const QSize size(count.right() + 1, count.height());
+    const bool isMirrored = recipe.layoutDirection() == Qt::RightToLeft;
+    const auto placed = [&](const QRect &place) {
+        return isMirrored ? place.translated(size.width() - place.left() - place.right() - 1, 0)
+                          : place;
+    };
+
+    Picture picture;
+    const qreal ratio = recipe.devicePixelRatioF();
+    picture.pixmap = QPixmap((QSizeF(size) * ratio).toSize());
+    picture.pixmap.setDevicePixelRatio(ratio);
+    picture.pixmap.fill(Qt::transparent);
+    QPainter painter(&picture.pixmap);
+    for (std::size_t i = 0; i < shown; ++i)
+        tiles[i].paint(painter, placed(places[i]), font, recipe.layoutDirection());
+    painter.setFont(font);
+    painter.setPen(recipe.palette().color(QPalette::WindowText));
+    painter.drawText(placed(count), Qt::AlignCenter, more);
+    picture.hotSpot = placed(places[std::min(pressed, shown - 1)]).topLeft() + position;
+    return picture;
+}
+
+bool run(std::unique_ptr<QMimeData> data, const Picture &picture, Purpose purpose, QWidget &recipe)
+{
+    auto *drag = new QDrag(qApp); // outlives the recipe when its window is closed meanwhile
+    drag->setMimeData(data.release());
+    drag->setPixmap(picture.pixmap);
+    drag->setHotSpot(picture.hotSpot);
+    if (purpose == Purpose::Copy) {
+        drag->exec(Qt::CopyAction);
+        return false;
+    }
+    Outside outside(*recipe.window());
+    const Qt::DropAction done = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
+    // A drag that Escape ends leaves the button down.
+    const bool isReleased = !(QGuiApplication::mouseButtons() & Qt::LeftButton);
+    return outside.hasDrop() || (done == Qt::IgnoreAction && isReleased);
+}
+
+} // namespace RecipeDrag
