@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/table/ColumnSettings.h"
+
+#include "settings/UserDefaults.h"
+#include "ui/table/FileCells.h"
+#include "ui/table/FileTableModel.h"
+#include "ui/table/TableLook.h"
+
+#include <QEvent>
+#include <QScopedValueRollback>
+
+#include <array>
+#include <set>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Model = FileTableModel;
+
+constexpr QLatin1StringView kKey{"fileTableColumns"};
+constexpr QLatin1StringView kColumn{"column"};
+constexpr QLatin1StringView kWidth{"width"};
+constexpr QLatin1StringView kHidden{"hidden"};
+/// What the columns are called in the settings.
+constexpr std::array<QLatin1StringView, Model::ColumnCount> kNames{
+    "status"_L1, "name"_L1, "newName"_L1, "size"_L1, "modified"_L1, "created"_L1, "folder"_L1};
+constexpr int kStatusWidth = 36;
+constexpr int kLeastName = 120;
+constexpr int kMostWidth = 4000;
+/// Of the room for both names, the part for the old one.
+constexpr double kOldNamePart = 0.36;
+constexpr int kSavingDelay = 400;
+constexpr QLatin1StringView kLongSize{"1000.0 MB"};
+constexpr QLatin1StringView kLongFolder{"Holiday pictures 2"};
+constexpr qint64 kSampleSeconds = 1'751'551'509;
+
+int columnNamed(const QString &name)
+{
+    const auto found = std::find(kNames.begin(), kNames.end(), name);
+    return found == kNames.end() ? -1 : static_cast<int>(found - kNames.begin());
+}
+
+} // namespace
+
+ColumnSettings::ColumnSettings(QHeaderView &header, QObject *parent)
+    : QObject(parent)
+    , m_header(header)
+{
+    m_saving.setSingleShot(true);
+    connect(&m_saving, &QTimer::timeout, this, &ColumnSettings::save);
+    connect(&header, &QHeaderView::sectionMoved, this, [this] { m_saving.start(kSavingDelay); });
+    connect(&header, &QHeaderView::sectionResized, this, [this] {
+        if (m_isAdjusting)
+            return;
+        m_isFitting = false;
+        m_saving.start(kSavingDelay);
+    });
+    showInitialColumns();
+    load();
+    fillMenu();
+    header.installEventFilter(this);
+    header.setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(&header, &QWidget::customContextMenuRequested, this,
+            [this](QPoint position) { m_menu.popup(m_header.mapToGlobal(position)); });
+}
+
+ColumnSettings::~ColumnSettings()
+{
+    if (m_saving.isActive())
+        save();
+}
+
+int ColumnSettings::widthFor(const QString &sample) const
+{
+    return m_header.fontMetrics().horizontalAdvance(sample) + 2 * TableLook::kPadding + 4;
+}
+
+void ColumnSettings::showInitialColumns()
+{
+    const QScopedValueRollback adjusting(m_isAdjusting, true);
+    const QString date = FileCells::dateText(TDate::fromSeconds(kSampleSeconds)) + "00"_L1;
+    for (int column = 0; column < Model::ColumnCount; ++column) {
+        m_header.moveSection(m_header.visualIndex(column), column);
+        m_header.setSectionHidden(column, column == Model::Created);
+    }
+    m_header.setSectionResizeMode(Model::Status, QHeaderView::Fixed);
+    m_header.resizeSection(Model::Status, kStatusWidth);
+    m_header.resizeSection(Model::Size, widthFor(kLongSize));
+    m_header.resizeSection(Model::Modified, widthFor(date));
+    m_header.resizeSection(Model::Created, widthFor(date));
+    m_header.resizeSection(Model::Folder, widthFor(kLongFolder));
+    m_isFitting = true;
+    fit();
+}
+
+/// The old and the new name get what the other columns leave.
+void ColumnSettings::fit()
+{
+    if (!m_isFitting)
+        return;
+    const QScopedValueRollback adjusting(m_isAdjusting, true);
+    int others = kStatusWidth;
+    for (const int column : {Model::Size, Model::Modified, Model::Created})
+        others += m_header.sectionSize(column);
+    if (!m_header.isSectionHidden(Model::Folder))
+        others += widthFor(kLongFolder);
+    const int room = std::max(2 * kLeastName, m_header.width() - others);
+    const int oldName = std::max(kLeastName, static_cast<int>(room * kOldNamePart));
+    if (!m_header.isSectionHidden(Model::Name))
+        m_header.resizeSection(Model::Name, oldName);
+    m_header.resizeSection(Model::NewName, room - oldName);
+}
+
+bool ColumnSettings::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize) {
+        // The last column takes up the rest; that is not the user's doing.
+        const QScopedValueRollback adjusting(m_isAdjusting, true);
+        fit();
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void ColumnSettings::load()
+{
+    const QScopedValueRollback adjusting(m_isAdjusting, true);
+    std::set<int> seen;
+    for (const QVariant &entry : UserDefaults::valueForKey(kKey).toList()) {
+        const QVariantMap settings = entry.toMap();
+        const int column = columnNamed(settings.value(kColumn).toString());
+        if (column < 0 || !seen.insert(column).second)
+            continue;
+        m_header.moveSection(m_header.visualIndex(column), static_cast<int>(seen.size()) - 1);
+        const bool canHide = column != Model::NewName;
+        m_header.setSectionHidden(column, canHide && settings.value(kHidden).toBool());
+        const int width = settings.value(kWidth).toInt();
+        if (width >= m_header.minimumSectionSize() && width <= kMostWidth &&
+            column != Model::Status) {
+            m_header.resizeSection(column, width);
+            m_isFitting = false;
+        }
+    }
+}
+
+void ColumnSettings::save()
+{
+    m_saving.stop();
+    QVariantList columns;
+    for (int visual = 0; visual < m_header.count(); ++visual) {
+        const int column = m_header.logicalIndex(visual);
+        QVariantMap settings{{kColumn, kNames[static_cast<std::size_t>(column)]},
+                             {kHidden, m_header.isSectionHidden(column)}};
+        if (!m_isFitting && !m_header.isSectionHidden(column))
+            settings.insert(kWidth, m_header.sectionSize(column));
+        columns += settings;
+    }
+    UserDefaults::setValue(kKey, columns);
+}
+
+void ColumnSettings::fillMenu()
+{
+    m_menu.setTitle(tr("Columns"));
+    for (int column = 0; column < Model::ColumnCount; ++column) {
+        QAction *action =
+            m_menu.addAction(m_header.model()
+                                 ->headerData(column, Qt::Horizontal, Qt::AccessibleTextRole)
+                                 .toString());
+        action->setCheckable(true);
+        action->setEnabled(column != Model::NewName); // a table without it would show nothing
+        connect(action, &QAction::triggered, this, [this, column](bool isShown) {
+            {
+                const QScopedValueRollback adjusting(m_isAdjusting, true);
+                m_header.setSectionHidden(column, !isShown);
+            }
+            fit();
+            m_saving.start(kSavingDelay);
+        });
+    }
+    m_menu.addSeparator();
+    connect(m_menu.addAction(tr("Standard Columns")), &QAction::triggered, this, [this] {
+        showInitialColumns();
+        save();
+    });
+    connect(&m_menu, &QMenu::aboutToShow, this, [this] {
+        for (int column = 0; column < Model::ColumnCount; ++column)
+            m_menu.actions()[column]->setChecked(!m_header.isSectionHidden(column));
+    });
+}

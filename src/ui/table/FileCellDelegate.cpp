@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/table/FileCellDelegate.h"
+
+#include "ui/table/FileCells.h"
+
+#include <QPainter>
+
+namespace {
+
+/// No text this long is shown in full, so the rest is not measured.
+constexpr qsizetype kMostShown = 400;
+constexpr qsizetype kShownEnd = 60;
+constexpr QChar kEllipsis{u'\u2026'};
+
+QString withoutMiddle(const QString &text)
+{
+    if (text.size() <= kMostShown)
+        return text;
+    return text.first(kMostShown - kShownEnd) + kEllipsis + text.last(kShownEnd);
+}
+
+} // namespace
+
+const FileTableModel &fileTableModel(const QModelIndex &index)
+{
+    return *static_cast<const FileTableModel *>(index.model());
+}
+
+FileCellDelegate::FileCellDelegate(const TableLook &look, const FileSelection &selection,
+                                   QObject *parent)
+    : QStyledItemDelegate(parent)
+    , m_look(look)
+    , m_selection(selection)
+{
+}
+
+QSize FileCellDelegate::sizeHint(const QStyleOptionViewItem &, const QModelIndex &index) const
+{
+    const QString text = withoutMiddle(index.data(Qt::DisplayRole).toString());
+    return {QFontMetrics(m_look.font).horizontalAdvance(text) + 2 * TableLook::kPadding,
+            Theme::kRowHeight};
+}
+
+void FileCellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                             const QModelIndex &index) const
+{
+    paintGround(*painter, option, index);
+    if (index.column() == FileTableModel::Status)
+        return paintLevel(*painter, option.rect, index);
+    const QRect rect = option.rect.adjusted(TableLook::kPadding, 0, -TableLook::kPadding, 0);
+    if (rect.width() <= 0)
+        return;
+    painter->save();
+    painter->setClipRect(option.rect);
+    painter->setLayoutDirection(option.direction);
+    painter->setFont(m_look.font);
+    paintContent(*painter, option, rect, index);
+    painter->restore();
+}
+
+void FileCellDelegate::paintGround(QPainter &painter, const QStyleOptionViewItem &option,
+                                   const QModelIndex &index) const
+{
+    const ThemeColors &colors = m_look.colors;
+    if (m_selection.contains(index.row()))
+        painter.fillRect(option.rect, colors.selection);
+    else
+        painter.fillRect(option.rect, index.row() % 2 == 0 ? colors.card : colors.stripe);
+    // The cursor shows as a line around its row while the table has the keyboard.
+    const bool isCurrent = m_selection.currentIndex().row() == index.row();
+    if (!isCurrent || !option.widget->hasFocus() ||
+        (m_selection.rows().count() == 1 && m_selection.contains(index.row())))
+        return;
+    painter.fillRect(QRect(option.rect.left(), option.rect.top(), option.rect.width(), 1),
+                     colors.accent);
+    painter.fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1),
+                     colors.accent);
+}
+
+void FileCellDelegate::paintLevel(QPainter &painter, const QRect &cell,
+                                  const QModelIndex &index) const
+{
+    const FileTableModel &model = fileTableModel(index);
+    const int level = FileCells::level(model.file(index.row()), model.forecast(index.row()));
+    QRect place(0, 0, TableLook::kIconSize, TableLook::kIconSize);
+    place.moveCenter(cell.center());
+    const auto known =
+        static_cast<std::size_t>(std::clamp(level, 0, static_cast<int>(m_look.levels.size()) - 1));
+    m_look.levels[known].paint(&painter, place);
+}
+
+void FileCellDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem &option,
+                                    const QRect &rect, const QModelIndex &index) const
+{
+    const bool isName = index.column() == FileTableModel::Name;
+    const QString text = withoutMiddle(index.data(Qt::DisplayRole).toString());
+    const QString shown =
+        QFontMetrics(m_look.font)
+            .elidedText(text, isName ? Qt::ElideMiddle : Qt::ElideRight, rect.width());
+    const Qt::Alignment alignment = QStyle::visualAlignment(
+        option.direction, index.column() == FileTableModel::Size ? Qt::AlignRight : Qt::AlignLeft);
+    painter.setPen(isName ? m_look.colors.ink : m_look.colors.muted);
+    painter.drawText(rect, static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine,
+                     shown);
+}

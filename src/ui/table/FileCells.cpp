@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/table/FileCells.h"
+
+#include "commonprocs/ByteNames.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QLocale>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr const char *kContext = "FileTable";
+constexpr const char *kSavedAs = QT_TRANSLATE_NOOP("FileTable", "\u21b3 saved as %1");
+constexpr const char *kRefused = QT_TRANSLATE_NOOP("FileTable", "\u21b3 %1");
+constexpr const char *kNameTaken = QT_TRANSLATE_NOOP(
+    "FileTable", "The run would save it as %1, because the name must be free and usable.");
+constexpr const char *kWouldFail =
+    QT_TRANSLATE_NOOP("FileTable", "The run could not give it this name: %1");
+constexpr QLatin1StringView kPlainDate{"yyyy-MM-dd HH:mm"};
+constexpr qint64 kMegabyte = qint64{1} << 20;
+constexpr qsizetype kLineLength = 90;
+constexpr qsizetype kMostLines = 24;
+
+QString text(const char *source)
+{
+    return QCoreApplication::translate(kContext, source);
+}
+
+/// The extension with its period that a file gets, as far as what is shown tells.
+QString wantedExtension(const TFileObject &file)
+{
+    const QString shown = file.attributedTargetExtension().string();
+    if (shown == "."_L1)
+        return {}; // the extension is taken away
+    if (!shown.isEmpty())
+        return shown;
+    const QString own = file.extension();
+    return own.isEmpty() ? own : '.'_L1 + own;
+}
+
+bool isKnown(const FileCells::Forecast *forecast)
+{
+    return forecast != nullptr && !forecast->finalName.isNull();
+}
+
+} // namespace
+
+namespace FileCells {
+
+const QString &currentName(const TFileObject &file)
+{
+    return file.item().url.lastPathComponent();
+}
+
+QString shownName(const TFileObject &file)
+{
+    const QString &name = file.attributedTargetName().string();
+    return name.isEmpty() ? file.targetName() : name;
+}
+
+QString wantedName(const TFileObject &file)
+{
+    return shownName(file) + wantedExtension(file);
+}
+
+QString newName(const TFileObject &file, const Forecast *forecast)
+{
+    return isKnown(forecast) ? forecast->finalName : wantedName(file);
+}
+
+bool isUnchanged(const TFileObject &file, const Forecast *forecast)
+{
+    if (forecast != nullptr && forecast->unchanged)
+        return true;
+    const QString name = shownName(file);
+    const QString &current = currentName(file);
+    const QStringView base = QStringView(name).trimmed();
+    if (!QStringView(current).startsWith(base))
+        return false;
+    const QString extension = wantedExtension(file);
+    if (QStringView(current).sliced(base.size()) != extension)
+        return false;
+    // An extension whose letter case the run changes is not shown when extensions are left alone.
+    return !isKnown(forecast) || extension.isEmpty() || forecast->finalName.endsWith(extension);
+}
+
+Note note(const TFileObject &file, const Forecast *forecast)
+{
+    if (!isKnown(forecast))
+        return {};
+    if (!forecast->refusal.isEmpty())
+        return {text(kRefused).arg(forecast->refusal), true};
+    if (forecast->finalName == wantedName(file))
+        return {};
+    return {text(kSavedAs).arg(ByteNames::forDisplay(forecast->finalName)), false};
+}
+
+int level(const TFileObject &file, const Forecast *forecast)
+{
+    const bool isRefused = forecast != nullptr && !forecast->refusal.isEmpty();
+    return std::max(file.errLevel(), isRefused ? TErrorTypes::kWarning : TErrorTypes::kNone);
+}
+
+TErrorLog problems(const TFileObject &file, const Forecast *forecast)
+{
+    TErrorLog log = file.errLog();
+    if (forecast != nullptr && !forecast->refusal.isEmpty())
+        log.addErrorOfType(TErrorTypes::kWarning, text(kWouldFail).arg(forecast->refusal));
+    return log;
+}
+
+QString sizeText(qint64 size)
+{
+    return QLocale().formattedDataSize(size, size < kMegabyte ? 0 : 1,
+                                       QLocale::DataSizeTraditionalFormat);
+}
+
+QString dateText(TDate date)
+{
+    if (!date.isSet())
+        return {};
+    const QDateTime moment = QDateTime::fromMSecsSinceEpoch(date.milliseconds());
+    const QLocale locale;
+    if (locale.language() == QLocale::C)
+        return moment.toString(kPlainDate);
+    return locale.toString(moment, QLocale::ShortFormat);
+}
+
+QString levelText(int level)
+{
+    switch (level) {
+    case TErrorTypes::kWarning:
+        return QCoreApplication::translate(kContext, "Warning");
+    case TErrorTypes::kCritical:
+        return QCoreApplication::translate(kContext, "Critical problem");
+    default:
+        return QCoreApplication::translate(kContext, "No problem");
+    }
+}
+
+QString toolTip(const QString &text)
+{
+    if (text.isEmpty())
+        return {};
+    QStringList lines;
+    for (const QString &paragraph : text.split(u'\n')) {
+        for (qsizetype from = 0; from == 0 || from < paragraph.size(); from += kLineLength)
+            lines += paragraph.mid(from, kLineLength).toHtmlEscaped();
+        if (lines.size() > kMostLines)
+            break;
+    }
+    if (lines.size() > kMostLines) {
+        lines.resize(kMostLines);
+        lines.last() = u"\u2026"_s;
+    }
+    return u"<p style='white-space:pre'>"_s + lines.join(u"<br>"_s) + u"</p>"_s;
+}
+
+QString newNameToolTip(const TFileObject &file, const Forecast *forecast)
+{
+    QString tip = ByteNames::forDisplay(shownName(file)) +
+                  ByteNames::forDisplay(file.attributedTargetExtension().string());
+    if (!isKnown(forecast))
+        return toolTip(tip);
+    if (!forecast->refusal.isEmpty())
+        tip += '\n'_L1 + text(kWouldFail).arg(forecast->refusal);
+    else if (forecast->finalName != wantedName(file))
+        tip += '\n'_L1 + text(kNameTaken).arg(ByteNames::forDisplay(forecast->finalName));
+    return toolTip(tip);
+}
+
+} // namespace FileCells

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "document/ForecastStepper.h"
+
+/// What the cells of the file table say about a file. Computed whenever it is shown, since 100,000
+/// rows must not keep texts. Main thread only.
+namespace FileCells {
+
+using Forecast = ForecastStepper::Forecast;
+
+/// What stands behind a new name when the run would write something else.
+struct Note
+{
+    QString text; ///< empty when there is nothing to say
+    bool isRefusal = false;
+};
+
+/// The name on disk, with its extension.
+const QString &currentName(const TFileObject &file);
+/// The new name without its extension, as the recipe made it; the second one with its extension.
+QString shownName(const TFileObject &file);
+QString wantedName(const TFileObject &file);
+/// The name on disk after the run, as far as that is known.
+QString newName(const TFileObject &file, const Forecast *forecast);
+/// True when the recipe gives the file the name that it has.
+bool isUnchanged(const TFileObject &file, const Forecast *forecast);
+Note note(const TFileObject &file, const Forecast *forecast);
+/// The worst of the file's problems; a name that the run must refuse counts as a warning.
+int level(const TFileObject &file, const Forecast *forecast);
+/// The file's problems, and why the run would refuse its name.
+TErrorLog problems(const TFileObject &file, const Forecast *forecast);
+
+QString sizeText(qint64 size);
+QString dateText(TDate date);
+QString levelText(int level);
+/// Plain text as a tool tip, in lines that fit on a screen however long it is.
+QString toolTip(const QString &text);
+/// Why the run would write something else than the new name that is shown, behind that name.
+QString newNameToolTip(const TFileObject &file, const Forecast *forecast);
+
+} // namespace FileCells

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/table/FilterRow.h"
+
+#include "ui/controls/Icons.h"
+#include "ui/controls/PillButton.h"
+#include "ui/controls/Theme.h"
+
+#include <QAction>
+#include <QButtonGroup>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Milliseconds without a key before names are searched.
+constexpr int kPause = 90;
+constexpr int kSearchLetters = 26;
+constexpr int kLensSize = 16;
+
+struct PillText
+{
+    const char *title;
+    const char *toolTip;
+};
+constexpr std::array<PillText, FileKinds::kFilterCount> kPills{{
+    {QT_TRANSLATE_NOOP("FilterRow", "All"), QT_TRANSLATE_NOOP("FilterRow", "Show all files")},
+    {QT_TRANSLATE_NOOP("FilterRow", "Changed"),
+     QT_TRANSLATE_NOOP("FilterRow", "Show only files that get another name")},
+    {QT_TRANSLATE_NOOP("FilterRow", "Unchanged"),
+     QT_TRANSLATE_NOOP("FilterRow", "Show only files whose new name is the one they have")},
+    {QT_TRANSLATE_NOOP("FilterRow", "Problems"),
+     QT_TRANSLATE_NOOP("FilterRow", "Show only files with warnings or critical problems")},
+}};
+
+} // namespace
+
+FilterRow::FilterRow(QWidget *parent)
+    : QWidget(parent)
+    , m_search(new QLineEdit(this))
+{
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(8);
+    auto *group = new QButtonGroup(this);
+    for (std::size_t i = 0; i < m_pills.size(); ++i) {
+        auto *pill = new PillButton(tr(kPills[i].title), this);
+        pill->setToolTip(tr(kPills[i].toolTip));
+        m_pills[i] = pill;
+        group->addButton(pill, static_cast<int>(i));
+        layout->addWidget(pill);
+    }
+    m_pills[0]->setChecked(true);
+    connect(group, &QButtonGroup::idToggled, this, [this](int id, bool isOn) {
+        if (isOn)
+            Q_EMIT filterChosen(static_cast<Filter>(id));
+    });
+    layout->addStretch();
+
+    m_search->setPlaceholderText(tr("Search names"));
+    m_search->setAccessibleName(tr("Search names"));
+    m_search->setToolTip(tr("Select files whose old or new name contains this text"));
+    m_search->setClearButtonEnabled(true);
+    m_search->setFixedWidth(fontMetrics().averageCharWidth() * kSearchLetters + 2 * kLensSize);
+    m_lens = m_search->addAction(Icons::icon("search"_L1), QLineEdit::LeadingPosition);
+    m_search->installEventFilter(this);
+    layout->addWidget(m_search);
+    m_pause.setSingleShot(true);
+    connect(m_search, &QLineEdit::textChanged, this, [this] { m_pause.start(kPause); });
+    connect(&m_pause, &QTimer::timeout, this, &FilterRow::searchNow);
+}
+
+void FilterRow::setCount(Filter filter, qint64 count)
+{
+    m_pills[static_cast<std::size_t>(filter)]->setCount(count);
+}
+
+void FilterRow::searchNow()
+{
+    m_pause.stop();
+    if (m_search->text() == m_searched)
+        return;
+    m_searched = m_search->text();
+    Q_EMIT searchChanged(m_searched);
+}
+
+bool FilterRow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_search || event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    switch (static_cast<const QKeyEvent &>(*event).key()) {
+    case Qt::Key_Escape:
+        if (m_search->text().isEmpty())
+            Q_EMIT searchLeft();
+        m_search->clear();
+        searchNow();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        searchNow();
+        Q_EMIT searchConfirmed();
+        return true;
+    case Qt::Key_Down:
+        searchNow();
+        Q_EMIT searchLeft();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void FilterRow::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && m_lens != nullptr)
+        m_lens->setIcon(Icons::icon("search"_L1));
+    if (event->type() == QEvent::FontChange && m_search != nullptr)
+        m_search->setFixedWidth(fontMetrics().averageCharWidth() * kSearchLetters + 2 * kLensSize);
+}

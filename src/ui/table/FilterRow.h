@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/table/FileKinds.h"
+
+#include <QTimer>
+#include <QWidget>
+
+class PillButton;
+class QLineEdit;
+
+/// The filters above the file table, with the number of files that pass each, and the search field.
+class FilterRow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    using Filter = FileKinds::Filter;
+
+    explicit FilterRow(QWidget *parent = nullptr);
+
+    QLineEdit *searchField() const { return m_search; }
+    void setCount(Filter filter, qint64 count);
+
+Q_SIGNALS:
+    void filterChosen(FileKinds::Filter filter);
+    /// Comes a moment after the last key; empty when the field was cleared.
+    void searchChanged(const QString &text);
+    /// Return in the search field, after searchChanged.
+    void searchConfirmed();
+    /// Escape or the arrow downwards in the search field.
+    void searchLeft();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void searchNow();
+
+    std::array<PillButton *, FileKinds::kFilterCount> m_pills{};
+    QLineEdit *m_search;
+    QAction *m_lens;
+    QTimer m_pause;
+    QString m_searched;
+};

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/table/NewNameDelegate.h"
+
+#include "commonprocs/ByteNames.h"
+#include "ui/table/FileCells.h"
+#include "ui/table/NameLine.h"
+
+#include <QPainter>
+
+#include <cmath>
+
+namespace {
+
+/// Between a name and its note.
+constexpr int kNoteGap = 14;
+/// The most of a column that a note may take from the name before it.
+constexpr qreal kNoteShare = 0.45;
+constexpr qreal kDimmed = 0.55;
+constexpr qreal kLeastName = 40;
+
+std::vector<NameLine::Piece> piecesOf(const TFileObject &file, const ThemeColors &colors)
+{
+    const TAttributedString &name = file.attributedTargetName();
+    std::vector<NameLine::Piece> pieces;
+    qsizetype start = 0;
+    for (const TAttributedString::Run &run : name.runs()) {
+        const QColor tile = Theme::color(run.background);
+        pieces.push_back({ByteNames::forDisplay(QStringView(name.string()).mid(start, run.length)),
+                          tile, tile.isValid() ? Theme::inkOn(tile) : colors.ink});
+        start += run.length;
+    }
+    if (pieces.empty())
+        pieces.push_back({ByteNames::forDisplay(FileCells::shownName(file)), {}, colors.ink});
+    return pieces;
+}
+
+} // namespace
+
+QSize NewNameDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    QSize size = FileCellDelegate::sizeHint(option, index);
+    const FileTableModel &model = fileTableModel(index);
+    const QString note = FileCells::note(model.file(index.row()), model.forecast(index.row())).text;
+    if (!note.isEmpty())
+        size.rwidth() += kNoteGap + QFontMetrics(look().noteFont).horizontalAdvance(note);
+    return size;
+}
+
+void NewNameDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem &option,
+                                   const QRect &rect, const QModelIndex &index) const
+{
+    const FileTableModel &model = fileTableModel(index);
+    const TFileObject &file = model.file(index.row());
+    const auto *forecast = model.forecast(index.row());
+    const FileCells::Note note = FileCells::note(file, forecast);
+    const QFontMetricsF metrics(look().font);
+    const QFontMetrics noteMetrics(look().noteFont);
+    const auto place = [&](qreal left, qreal width) {
+        return QStyle::visualRect(option.direction, rect,
+                                  QRect(rect.left() + static_cast<int>(std::lround(left)),
+                                        rect.top(), static_cast<int>(std::ceil(width)),
+                                        rect.height()));
+    };
+
+    const int noteWidth =
+        note.text.isEmpty() ? 0 : kNoteGap + noteMetrics.horizontalAdvance(note.text);
+    const qreal room = rect.width() - std::min<qreal>(noteWidth, kNoteShare * rect.width());
+    const QString extension =
+        ByteNames::forDisplay(file.attributedTargetExtension().string().left(rect.width()));
+    const qreal extensionWidth = extension.isEmpty() ? 0 : metrics.horizontalAdvance(extension);
+    NameLine name(piecesOf(file, look().colors), look().font,
+                  std::max(kLeastName, room - extensionWidth));
+
+    painter.setOpacity(FileCells::isUnchanged(file, forecast) ? kDimmed : 1);
+    const QRect nameRect = place(0, name.width());
+    name.paint(painter, nameRect.topLeft(), rect.height());
+    painter.setPen(look().colors.extension);
+    const int flags =
+        static_cast<int>(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine;
+    painter.drawText(place(name.width(), extensionWidth), flags, extension);
+    painter.setOpacity(1);
+
+    const qreal used = name.width() + extensionWidth + kNoteGap;
+    if (note.text.isEmpty() || used >= rect.width())
+        return;
+    painter.setFont(look().noteFont);
+    painter.setPen(note.isRefusal ? look().colors.extension : look().colors.muted);
+    const QRect noteRect = place(used, rect.width() - used);
+    const Qt::Alignment side = QStyle::visualAlignment(option.direction, Qt::AlignLeft);
+    painter.drawText(noteRect, static_cast<int>(side | Qt::AlignVCenter) | Qt::TextSingleLine,
+                     noteMetrics.elidedText(note.text, Qt::ElideRight, noteRect.width()));
+}

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/table/FileCellDelegate.h"
+
+/// Paints the new name part by part on the colours of the rules that made it, the extension in red,
+/// and behind them what the run would write instead, if it would.
+class NewNameDelegate : public FileCellDelegate
+{
+    Q_OBJECT
+
+public:
+    using FileCellDelegate::FileCellDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+protected:
+    void paintContent(QPainter &painter, const QStyleOptionViewItem &option, const QRect &rect,
+                      const QModelIndex &index) const override;
+};

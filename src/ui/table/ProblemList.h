@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "document/TErrorLog.h"
+
+#include <QWidget>
+
+/// The problems of one file, each with the icon of its level: content of a popover.
+class ProblemList : public QWidget
+{
+    Q_OBJECT
+
+public:
+    ProblemList(const QString &fileName, const TErrorLog &log, QWidget *parent = nullptr);
+};

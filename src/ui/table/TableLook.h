@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/controls/Theme.h"
+
+#include <QFont>
+#include <QIcon>
+#include <QWidget>
+
+#include <array>
+
+/// Colours, fonts and pictures of the file table, made once for a palette and a font rather than
+/// for every cell.
+struct TableLook
+{
+    static constexpr int kPadding = 8;
+    static constexpr int kIconSize = 15;
+
+    ThemeColors colors;
+    QPalette palette;
+    QFont font;
+    QFont noteFont;
+    std::array<QIcon, 3> levels;
+
+    /// For the palette and the font that the widget has now.
+    void follow(const QWidget &widget);
+};
