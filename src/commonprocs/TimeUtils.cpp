@@ -3,6 +3,8 @@
 
 #include "commonprocs/LocalFormats.h"
 
+#include <unicode/uversion.h>
+
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -149,6 +151,15 @@ QString iso8601(TDate date)
 QString systemDateAndTime(TDate date)
 {
     return date.isSet() ? systemMediumDate(date) + u' ' + systemMediumTime(date) : u""_s;
+}
+
+QString icuVersion()
+{
+    UVersionInfo version;
+    std::array<char, U_MAX_VERSION_STRING_LENGTH> text{};
+    u_getVersion(version);
+    u_versionToString(version, text.data());
+    return QString::fromLatin1(text.data());
 }
 
 } // namespace TimeUtils

@@ -40,4 +40,7 @@ QString iso8601(TDate date);
 /// System date and time formats, joined by a blank, for the text log.
 QString systemDateAndTime(TDate date);
 
+/// Of the ICU library in use, which knows the locales.
+QString icuVersion();
+
 } // namespace TimeUtils

@@ -12,6 +12,7 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QListView>
+#include <QLocale>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -23,6 +24,7 @@ namespace {
 constexpr int kCharacters = 60;
 constexpr int kShownRows = 10;
 constexpr int kBatch = 200;
+constexpr int kIconSize = 16;
 
 class LogModel : public QAbstractListModel
 {
@@ -72,13 +74,14 @@ private:
 QString summary(const TErrorLog &log)
 {
     QStringList parts;
-    const auto count = [&log](int level) {
-        return static_cast<int>(log.numberOfErrorsWithType(level));
+    const auto add = [&](int level, const QString &one, const QString &many) {
+        const qsizetype count = log.numberOfErrorsWithType(level);
+        if (count > 0)
+            parts += count == 1 ? one : many.arg(QLocale().toString(static_cast<qlonglong>(count)));
     };
-    if (const int criticals = count(TErrorTypes::kCritical))
-        parts += ErrorLogView::tr("%n critical problem(s)", nullptr, criticals);
-    if (const int warnings = count(TErrorTypes::kWarning))
-        parts += ErrorLogView::tr("%n warning(s)", nullptr, warnings);
+    add(TErrorTypes::kCritical, ErrorLogView::tr("1 critical problem"),
+        ErrorLogView::tr("%1 critical problems"));
+    add(TErrorTypes::kWarning, ErrorLogView::tr("1 warning"), ErrorLogView::tr("%1 warnings"));
     return parts.isEmpty() ? ErrorLogView::tr("Notes") : parts.join(", "_L1);
 }
 
@@ -117,6 +120,8 @@ public:
         setModel(new LogModel(log, this));
         setSelectionMode(ExtendedSelection);
         setWordWrap(true);
+        setTextElideMode(Qt::ElideNone);
+        setIconSize({kIconSize, kIconSize});
         setResizeMode(Adjust);
         setLayoutMode(Batched);
         setBatchSize(kBatch);

@@ -63,7 +63,6 @@ void LogDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                                   QRect(all.left() + left, top, width, height));
     };
     const int line = option.fontMetrics.height();
-    icon.paint(painter, place(0, all.top() + (line - kIconSize) / 2, kIconSize, kIconSize));
     const ThemeColors colors = ThemeColors::of(option.palette);
     const int left = kIconSize + kMargin;
     const QString date = readableDate(name);
@@ -73,8 +72,9 @@ void LogDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         const QString shown = option.fontMetrics.elidedText(text, Qt::ElideMiddle, rect.width());
         painter->drawText(rect, QStyle::visualAlignment(option.direction, Qt::AlignLeft), shown);
     };
-    draw(date.isEmpty() ? name : date, date.isEmpty() ? all.center().y() - line / 2 : all.top(),
-         colors.ink);
+    const int top = date.isEmpty() ? all.center().y() - line / 2 : all.top();
+    icon.paint(painter, place(0, top + (line - kIconSize) / 2, kIconSize, kIconSize));
+    draw(date.isEmpty() ? name : date, top, colors.ink);
     if (!date.isEmpty())
         draw(name, all.top() + line, colors.muted);
 }

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int kCharacters = 36;
+constexpr int kCharacters = 44;
 constexpr int kMostName = 200; ///< with its extension, a file name of the usual limit
 
 } // namespace

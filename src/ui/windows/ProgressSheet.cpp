@@ -29,6 +29,7 @@ ProgressSheet::ProgressSheet(std::shared_ptr<TProgressSheetController> controlle
     m_bar->setAccessibleName(tr("Progress of the rename"));
     m_bar->setMinimumWidth(SheetParts::widthOf(this, kCharacters));
     auto *cancel = new QPushButton(tr("Cancel"), this);
+    cancel->setAutoDefault(false); // no run ends by a stray Return
     cancel->setToolTip(tr("Stops after the file in hand. What was renamed can be rolled back."));
     connect(cancel, &QPushButton::clicked, this, &ProgressSheet::reject);
     connect(this, &QDialog::rejected, cancel, [cancel] { cancel->setEnabled(false); });

@@ -26,6 +26,7 @@ namespace {
 
 constexpr QSize kSize{760, 520};
 constexpr int kStatusRoom = 32;
+constexpr int kHeaderHeight = 28;
 
 QTableView *makeTable(QAbstractItemModel *model, QWidget *parent)
 {
@@ -45,6 +46,7 @@ QTableView *makeTable(QAbstractItemModel *model, QWidget *parent)
     table->verticalHeader()->setDefaultSectionSize(RowDelegate::rowHeight(table->fontMetrics()));
     QHeaderView *header = table->horizontalHeader();
     header->setHighlightSections(false);
+    header->setMinimumHeight(kHeaderHeight);
     header->setSectionResizeMode(QHeaderView::Stretch);
     header->setSectionResizeMode(RecordsModel::Status, QHeaderView::Fixed);
     header->resizeSection(RecordsModel::Status,

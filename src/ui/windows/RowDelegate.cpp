@@ -16,7 +16,8 @@ namespace {
 
 constexpr int kIconSize = 16;
 constexpr int kDotSize = 10;
-constexpr int kRoom = 8; ///< of a row beside its line of text
+constexpr int kRoom = 8;  ///< of a row beside its line of text
+constexpr int kInset = 5; ///< of a cell's content from its sides
 
 QIcon dot(const QColor &color)
 {
@@ -73,9 +74,24 @@ int RowDelegate::rowHeight(const QFontMetrics &metrics)
     return std::max(Theme::kRowHeight, metrics.height() + kRoom);
 }
 
+void RowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                        const QModelIndex &index) const
+{
+    QStyleOptionViewItem ground(option);
+    initStyleOption(&ground, index);
+    ground.widget->style()->drawPrimitive(QStyle::PE_PanelItemViewItem, &ground, painter,
+                                          ground.widget);
+    QStyleOptionViewItem content(option);
+    content.state &= ~(QStyle::State_Selected | QStyle::State_MouseOver);
+    content.rect.adjust(kInset, 0, -kInset, 0);
+    QStyledItemDelegate::paint(painter, content, index);
+}
+
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
-    QSize size = QStyledItemDelegate::sizeHint(option, index);
+    QStyleOptionViewItem content(option);
+    content.rect.adjust(kInset, 0, -kInset, 0);
+    QSize size = QStyledItemDelegate::sizeHint(content, index);
     size.setHeight(std::max(size.height(), rowHeight(option.fontMetrics)));
     return size;
 }
@@ -88,6 +104,7 @@ void RowDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInde
     option->palette.setColor(QPalette::Highlight, colors.selection);
     for (const auto role : {QPalette::Text, QPalette::HighlightedText})
         option->palette.setColor(role, inkOf(ink, colors));
-    option->textElideMode = Qt::ElideMiddle;
+    if (!option->features.testFlag(QStyleOptionViewItem::WrapText))
+        option->textElideMode = Qt::ElideMiddle;
     option->state &= ~QStyle::State_HasFocus; // the selection shows where the keyboard is
 }

@@ -18,6 +18,8 @@ public:
 
     using QStyledItemDelegate::QStyledItemDelegate;
 
+    void paint(QPainter *painter, const QStyleOptionViewItem &option,
+               const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     /// A row high enough for the font.
     static int rowHeight(const QFontMetrics &metrics);

@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/windows/PreferencesWindow.h"
+
+#include "settings/UserDefaults.h"
+#include "settings/logging.h"
+#include "ui/controls/Theme.h"
+#include "ui/windows/SheetParts.h"
+#include "ui/windows/Translations.h"
+#include "ui/windows/UiSettings.h"
+#include "ui/windows/UpdateNotice.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView kAppearance{"appearance"};
+constexpr int kEverything = 1; ///< 0 shows as much, but counts as "no logging"
+constexpr int kWarnings = 2;
+constexpr int kErrors = 3;
+constexpr int kPopUpCharacters = 30;
+constexpr int kFeedCharacters = 44;
+
+/// The row with the value; the first when there is none.
+void choose(QComboBox &popUp, const QVariant &value)
+{
+    popUp.setCurrentIndex(std::max(0, popUp.findData(value)));
+}
+
+QComboBox *makePopUp(const QString &name, QWidget *parent)
+{
+    auto *popUp = new QComboBox(parent);
+    popUp->setAccessibleName(name);
+    popUp->setMinimumWidth(SheetParts::widthOf(popUp, kPopUpCharacters));
+    return popUp;
+}
+
+} // namespace
+
+PreferencesWindow::PreferencesWindow(QWidget *window)
+    : PreferencesWindow(UpdateCheck::Limits(), window)
+{
+}
+
+PreferencesWindow::PreferencesWindow(const UpdateCheck::Limits &limits, QWidget *window)
+    : QDialog(window)
+    , m_check(limits, nullptr)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(tr("Preferences"));
+    auto *layout = SheetParts::column(this);
+    addGeneral();
+    addDiagnostics();
+    addUpdates();
+    auto *close = new QPushButton(tr("&Close"), this);
+    close->setAutoDefault(false);
+    connect(close, &QPushButton::clicked, this, &QDialog::accept);
+    layout->addSpacing(SheetParts::kGap);
+    layout->addLayout(SheetParts::buttonRow({close}));
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+}
+
+QFormLayout *PreferencesWindow::addSection(const QString &title)
+{
+    auto *column = static_cast<QVBoxLayout *>(layout());
+    if (column->count() > 0)
+        column->addSpacing(SheetParts::kWideGap);
+    column->addWidget(SheetParts::title(title, this));
+    auto *form = new QFormLayout;
+    column->addLayout(form);
+    form->setHorizontalSpacing(SheetParts::kWideGap);
+    form->setVerticalSpacing(SheetParts::kGap);
+    form->setLabelAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+    form->setFormAlignment(Qt::AlignLeading | Qt::AlignTop);
+    return form;
+}
+
+void PreferencesWindow::addGeneral()
+{
+    QFormLayout *form = addSection(tr("General"));
+    QComboBox *language = makePopUp(tr("Language"), this);
+    language->addItem(tr("System language"), QString());
+    const QStringList codes = Translations::available();
+    for (const QString &code : codes)
+        language->addItem(Translations::nativeName(code), code);
+    choose(*language, UiSettings::language());
+    language->setToolTip(tr("Takes effect when Tavrin is started the next time"));
+    connect(language, &QComboBox::activated, this,
+            [language] { UiSettings::setLanguage(language->currentData().toString()); });
+    form->addRow(tr("&Language"), language);
+
+    m_appearance = makePopUp(tr("Appearance"), this);
+    m_appearance->addItem(tr("As the desktop"), static_cast<int>(Theme::Scheme::Desktop));
+    m_appearance->addItem(tr("Light"), static_cast<int>(Theme::Scheme::Light));
+    m_appearance->addItem(tr("Dark"), static_cast<int>(Theme::Scheme::Dark));
+    connect(m_appearance, &QComboBox::activated, this, [this] {
+        const int scheme = m_appearance->currentData().toInt();
+        UserDefaults::setValue(kAppearance, scheme);
+        Theme::apply(static_cast<Theme::Scheme>(scheme));
+    });
+    form->addRow(tr("&Appearance"), m_appearance);
+}
+
+void PreferencesWindow::addDiagnostics()
+{
+    QFormLayout *form = addSection(tr("Diagnostics"));
+    m_logLevel = makePopUp(tr("Messages"), this);
+    m_logLevel->addItem(tr("Everything"), kEverything);
+    m_logLevel->addItem(tr("Warnings and errors"), kWarnings);
+    m_logLevel->addItem(tr("Errors only"), kErrors);
+    m_logLevel->setToolTip(tr("What Tavrin writes to the system's log"));
+    connect(m_logLevel, &QComboBox::activated, this,
+            [this] { setLogLevel(m_logLevel->currentData().toInt()); });
+    form->addRow(tr("&Messages"), m_logLevel);
+}
+
+void PreferencesWindow::addUpdates()
+{
+    QFormLayout *form = addSection(tr("Updates"));
+    m_feed = new QLineEdit(UiSettings::updateFeed().toDisplayString(), this);
+    m_feed->setPlaceholderText(u"https://"_s);
+    m_feed->setAccessibleName(tr("Address of the update feed"));
+    m_feed->setMinimumWidth(SheetParts::widthOf(m_feed, kFeedCharacters));
+    form->addRow(tr("&Feed"), m_feed);
+    auto *atStart = new QCheckBox(tr("Look for a new version at &start, once a day"), this);
+    atStart->setChecked(UiSettings::looksForUpdates());
+    form->addRow(QString(), atStart);
+    m_checkNow = new QPushButton(tr("Check &Now"), this);
+    m_checkNow->setAutoDefault(false);
+    form->addRow(QString(), m_checkNow);
+    m_found = SheetParts::muted(UpdateNotice::noFeed(), this);
+    static_cast<QVBoxLayout *>(layout())->addWidget(m_found);
+
+    const auto enable = [this, atStart] {
+        const bool hasFeed = !m_feed->text().trimmed().isEmpty();
+        atStart->setEnabled(hasFeed);
+        m_checkNow->setEnabled(hasFeed && !m_check.isUnderWay());
+        m_found->setText(hasFeed ? QString() : UpdateNotice::noFeed());
+    };
+    enable();
+    connect(m_feed, &QLineEdit::textChanged, this, enable);
+    connect(m_feed, &QLineEdit::editingFinished, this, [this] { takeFeed(); });
+    connect(atStart, &QCheckBox::toggled, this,
+            [](bool looks) { UiSettings::setLooksForUpdates(looks); });
+    connect(m_checkNow, &QPushButton::clicked, this, &PreferencesWindow::checkNow);
+}
+
+/// What is no address is not stored, and false.
+bool PreferencesWindow::takeFeed()
+{
+    const QUrl url(m_feed->text().trimmed(), QUrl::StrictMode);
+    const bool isUsable = url.isEmpty() || (url.isValid() && !url.host().isEmpty());
+    if (isUsable)
+        UiSettings::setUpdateFeed(url);
+    else
+        m_found->setText(tr("This is no web address."));
+    return isUsable;
+}
+
+void PreferencesWindow::checkNow()
+{
+    if (!takeFeed())
+        return;
+    m_checkNow->setEnabled(false);
+    m_found->setText(tr("Looking..."));
+    m_check.start(UiSettings::updateFeed(), [this](const UpdateCheck::Answer &answer) {
+        m_checkNow->setEnabled(true);
+        m_found->setText(UpdateNotice::sentence(answer));
+    });
+}
+
+void PreferencesWindow::showEvent(QShowEvent *event)
+{
+    choose(*m_appearance, static_cast<int>(Theme::scheme()));
+    choose(*m_logLevel, logLevel());
+    QDialog::showEvent(event);
+}

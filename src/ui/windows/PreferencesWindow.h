@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/windows/UpdateCheck.h"
+
+#include <QDialog>
+
+class QComboBox;
+class QFormLayout;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+/// The few settings of the program. Each takes effect at once, or says when it will. Deletes itself
+/// when closed.
+class PreferencesWindow : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit PreferencesWindow(QWidget *window);
+    /// For tests of the update check.
+    PreferencesWindow(const UpdateCheck::Limits &limits, QWidget *window);
+
+protected:
+    /// Another window may have changed something meanwhile.
+    void showEvent(QShowEvent *event) override;
+
+private:
+    QFormLayout *addSection(const QString &title);
+    void addGeneral();
+    void addDiagnostics();
+    void addUpdates();
+    void checkNow();
+    bool takeFeed();
+
+    QComboBox *m_appearance = nullptr;
+    QComboBox *m_logLevel = nullptr;
+    QLineEdit *m_feed = nullptr;
+    QPushButton *m_checkNow = nullptr;
+    QLabel *m_found = nullptr;
+    UpdateCheck m_check;
+};

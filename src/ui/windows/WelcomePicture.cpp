@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/windows/WelcomePicture.h"
+
+#include "ui/controls/Icons.h"
+#include "ui/controls/Theme.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize kSize{220, 132};
+constexpr int kMargin = 16;
+constexpr QRgb kTeal = 0xff8dcdc1;
+constexpr QRgb kGreen = 0xffd3e397;
+constexpr QRgb kGrey = 0xff9c988a;
+
+struct Canvas
+{
+    QPainter &painter;
+    ThemeColors colors;
+    qreal ratio;
+
+    void drawing(QLatin1StringView icon, QPoint at, int size, const QColor &ink) const
+    {
+        painter.drawPixmap(at, Icons::pixmap(icon, size, ink, ratio));
+    }
+    void text(const QRect &rect, const QString &text, const QColor &ink) const
+    {
+        painter.setPen(ink);
+        painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter, text);
+    }
+    /// A tile that interlocks with the next; gives the x at which that begins.
+    int tile(QPoint at, int width, QLatin1StringView icon, QRgb color) const
+    {
+        constexpr int kHeight = 36;
+        constexpr int kKnob = 6;
+        const QRectF body(at.x(), at.y(), width, kHeight);
+        QPainterPath path;
+        path.addRoundedRect(body, 5, 5);
+        QPainterPath knob;
+        knob.addEllipse(QPointF(body.right() + 1, body.center().y()), kKnob, kKnob);
+        QPainterPath hole;
+        hole.addEllipse(QPointF(body.left() + 1, body.center().y()), kKnob + 1, kKnob + 1);
+        painter.fillPath(path.united(knob).subtracted(hole), QColor::fromRgb(color));
+        const QColor ink = Theme::inkOn(QColor::fromRgb(color));
+        drawing(icon, body.center().toPoint() - QPoint(6, 9), 18, ink);
+        return static_cast<int>(body.right()) + 2;
+    }
+    void pointer(QPointF tip) const
+    {
+        const QPolygonF arrow({tip, tip + QPointF(0, 17), tip + QPointF(4, 13),
+                               tip + QPointF(7, 19), tip + QPointF(10, 18), tip + QPointF(7, 12),
+                               tip + QPointF(12, 12)});
+        painter.setPen(QPen(colors.card, 1.5));
+        painter.setBrush(colors.ink);
+        painter.drawPolygon(arrow);
+    }
+};
+
+void paintDrop(const Canvas &canvas, const QRect &rect)
+{
+    QPen dashes(canvas.colors.accent, 1.5, Qt::CustomDashLine);
+    dashes.setDashPattern({4, 3});
+    canvas.painter.setPen(dashes);
+    canvas.painter.setBrush(Qt::NoBrush);
+    canvas.painter.drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
+    const QPoint centre = rect.center();
+    canvas.drawing("folder"_L1, centre - QPoint(58, 22), 44, canvas.colors.muted);
+    canvas.drawing("original"_L1, centre - QPoint(4, 30), 44, canvas.colors.accent);
+    canvas.pointer(centre + QPointF(34, 2));
+}
+
+void paintTiles(const Canvas &canvas, const QRect &rect)
+{
+    const int y = rect.center().y() - 2;
+    int x = canvas.tile({rect.left() + 8, y}, 48, "date"_L1, kTeal);
+    x = canvas.tile({x, y}, 48, "text"_L1, kGreen);
+    canvas.tile({x + 14, y - 26}, 48, "counter"_L1, kGrey);
+    canvas.pointer(QPointF(x + 46, y + 4));
+}
+
+void paintNames(const Canvas &canvas, const QRect &rect)
+{
+    constexpr int kRow = 30;
+    const std::array names{u"Rome 001.jpg"_s, u"Rome 002.jpg"_s, u"Rome 003.jpg"_s};
+    const QFontMetrics metrics = canvas.painter.fontMetrics();
+    int y = rect.center().y() - kRow * 3 / 2;
+    for (const QString &name : names) {
+        canvas.drawing("tick"_L1, {rect.left() + 4, y + 7}, 16, canvas.colors.good);
+        const QString start = name.left(4);
+        const QString number = name.mid(4, 4);
+        int x = rect.left() + 32;
+        const auto part = [&](const QString &text, QRgb color) {
+            const int width = metrics.horizontalAdvance(text) + 4;
+            const QRect box(x, y + 5, width, kRow - 10);
+            canvas.painter.fillRect(box, QColor::fromRgb(color));
+            canvas.text(box.adjusted(2, 0, 0, 0), text, Theme::inkOn(QColor::fromRgb(color)));
+            x += width;
+        };
+        part(start, kTeal);
+        part(number, kGreen);
+        canvas.text(QRect(x + 2, y, rect.right() - x, kRow), name.mid(8), canvas.colors.extension);
+        y += kRow;
+    }
+}
+
+} // namespace
+
+WelcomePicture::WelcomePicture(Step step, QWidget *parent)
+    : QWidget(parent)
+    , m_step(step)
+{
+    setFixedSize(kSize);
+}
+
+void WelcomePicture::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const Canvas canvas{painter, ThemeColors::of(palette()), devicePixelRatioF()};
+    painter.setPen(QPen(canvas.colors.border, 1));
+    painter.setBrush(canvas.colors.card);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Theme::kCardRadius,
+                            Theme::kCardRadius);
+    const QRect inside = rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
+    switch (m_step) {
+    case Drop:
+        return paintDrop(canvas, inside);
+    case Tiles:
+        return paintTiles(canvas, inside);
+    case Names:
+        return paintNames(canvas, inside);
+    }
+}
