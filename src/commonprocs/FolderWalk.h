@@ -46,15 +46,12 @@ public:
     void walk(const TFolderPtr &start, Visitor &visitor, const std::stop_token &stop = {});
 
 private:
-    struct Slot;
     struct Frame;
-
-    struct Known;
 
     int open(Frame &frame);
     void close(Frame &frame);
-    void ask(Frame &frame, const std::stop_token &stop);
-    void push(std::vector<Frame> &frames, const TFolderPtr &folder, Visitor &visitor);
+    void push(std::vector<Frame> &frames, const TFolderPtr &folder, Visitor &visitor,
+              const std::stop_token &stop);
 
     FileManager &m_fileManager;
 };

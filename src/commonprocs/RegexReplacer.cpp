@@ -78,6 +78,7 @@ public:
     }
 
     QString replaceAll(const QString &text, Budget &budget);
+    std::vector<Match> matches(const QString &text, Budget &budget);
 
     QString m_pattern;
     QString m_replacement;
@@ -85,6 +86,7 @@ public:
     Expression m_expression; ///< null when pattern or template are invalid
 
 private:
+    bool begin(const QString &text, Budget &budget, UErrorCode &status);
     void compile();
     void compilePattern();
     bool appendReplacement(QString &result, QStringView text, UErrorCode &status);
@@ -177,22 +179,44 @@ bool RegexReplacer::Private::appendReplacement(QString &result, QStringView text
     return true;
 }
 
-QString RegexReplacer::Private::replaceAll(const QString &text, Budget &budget)
+/// Takes the text up; false when there is nothing to work with. The text outlives the search.
+bool RegexReplacer::Private::begin(const QString &text, Budget &budget, UErrorCode &status)
 {
     if (!m_expression || budget.exceeded)
-        return {};
+        return false;
     if (text.size() > kMaxUnits) {
         budget.exceeded = true;
-        return {};
+        return false;
     }
     m_budget = &budget;
     m_stepCost = m_patternCost * (1 + text.size() / kTextUnitsPerExtraCost);
     m_appendedPieces = 0;
-
-    URegularExpression *expression = m_expression.get();
-    UErrorCode status = U_ZERO_ERROR;
-    uregex_setText(expression, reinterpret_cast<const UChar *>(text.constData()),
+    uregex_setText(m_expression.get(), reinterpret_cast<const UChar *>(text.constData()),
                    static_cast<int32_t>(text.size()), &status);
+    return true;
+}
+
+std::vector<RegexReplacer::Match> RegexReplacer::Private::matches(const QString &text,
+                                                                  Budget &budget)
+{
+    std::vector<Match> matches;
+    UErrorCode status = U_ZERO_ERROR;
+    if (!begin(text, budget, status))
+        return matches;
+    while (uregex_findNext(m_expression.get(), &status)) {
+        const int32_t start = uregex_start(m_expression.get(), 0, &status);
+        const int32_t end = uregex_end(m_expression.get(), 0, &status);
+        matches.push_back({start, end - start});
+    }
+    return matches;
+}
+
+QString RegexReplacer::Private::replaceAll(const QString &text, Budget &budget)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    if (!begin(text, budget, status))
+        return {};
+    URegularExpression *expression = m_expression.get();
     if (!uregex_findNext(expression, &status)) {
         if (U_FAILURE(status))
             return {};
@@ -253,4 +277,9 @@ const QString &RegexReplacer::replacement() const
 QString RegexReplacer::replaceAll(const QString &text, Budget &budget) const
 {
     return m_private->replaceAll(text, budget);
+}
+
+std::vector<RegexReplacer::Match> RegexReplacer::matches(const QString &text, Budget &budget) const
+{
+    return m_private->matches(text, budget);
 }

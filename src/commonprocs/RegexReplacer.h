@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <memory>
+#include <vector>
 
 /// One ICU pattern and replacement template, compiled once and used by one thread. Replaces every
 /// non-overlapping match, left to right, with default options.
@@ -19,6 +20,13 @@ public:
         static constexpr qint64 kStepsPerName = 2'000; ///< about 0.25 s in all
         qint64 steps = kStepsPerName;
         bool exceeded = false;
+    };
+
+    /// A piece of a text.
+    struct Match
+    {
+        qsizetype start;
+        qsizetype length;
     };
 
     /// A text or a result of more UTF-16 units than this exceeds every budget, so that patterns
@@ -43,6 +51,8 @@ public:
     const QString &replacement() const;
     /// The text with all matches replaced; null when the engine failed or the budget ran out.
     QString replaceAll(const QString &text, Budget &budget) const;
+    /// Where the pattern matches, in order; without those that the budget was not enough for.
+    std::vector<Match> matches(const QString &text, Budget &budget) const;
 
 private:
     class Private;
