@@ -13,6 +13,7 @@
 namespace {
 
 constexpr QSize kRoom(276, 176);
+constexpr int kEdge = 256; ///< of pictures that are not much wider than high
 constexpr int kFrame = 6;
 constexpr qreal kRadius = 4;
 constexpr int kDrawing = 48;
@@ -38,7 +39,7 @@ QSize PicturePane::sizeHint() const
 
 int PicturePane::edge() const
 {
-    return static_cast<int>(std::ceil(kRoom.width() * devicePixelRatioF()));
+    return static_cast<int>(std::ceil(kEdge * devicePixelRatioF()));
 }
 
 void PicturePane::showPicture(const QImage &picture)

@@ -17,7 +17,7 @@ public:
     void showPicture(const QImage &picture);
     /// Shows the drawing (a name of Icons); none while nothing is selected.
     void showDrawing(QLatin1StringView drawing, bool isBusy);
-    /// Length of a side of what can be shown, in pixels.
+    /// Length of a side, in pixels, that a picture needs to look sharp.
     int edge() const;
     QSize sizeHint() const override;
 
