@@ -64,7 +64,7 @@ EditorForm::EditorForm(QWidget &editor, const QString &title, std::function<void
     m_preview->hide();
     editor.setAccessibleName(title);
     m_column->setContentsMargins(2, 0, 2, 0);
-    m_column->setSpacing(kStep);
+    m_column->setSpacing(kStep + kStep / 2);
     m_column->setSizeConstraint(QLayout::SetMinimumSize);
     m_column->addStrut(kFormWidth);
     auto *head = new QHBoxLayout;

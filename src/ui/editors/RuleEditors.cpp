@@ -7,6 +7,8 @@
 #include "ui/editors/TEditDateRuleViewController.h"
 #include "ui/editors/TEditExtensionViewController.h"
 #include "ui/editors/TEditImageTagRuleViewController.h"
+#include "ui/editors/TEditOriginalViewController.h"
+#include "ui/editors/TEditRegExRuleViewController.h"
 #include "ui/editors/TEditSeparatorRuleViewController.h"
 #include "ui/editors/TEditTextRuleControllerViewController.h"
 
@@ -47,6 +49,8 @@ constexpr std::array kKinds{
     Kind{u"TEditImageTagRuleViewController", make<TEditImageTagRuleViewController>},
     Kind{u"TEditCountRuleViewController", make<TEditCountRuleViewController>},
     Kind{u"TEditDateRuleViewController", make<TEditDateRuleViewController>},
+    Kind{u"TEditOriginalViewController", make<TEditOriginalViewController>},
+    Kind{u"TEditRegExRuleViewController", make<TEditRegExRuleViewController>},
     Kind{u"TEditSeparatorRuleViewController", make<TEditSeparatorRuleViewController>},
     Kind{u"TEditTextRuleControllerViewController", make<TEditTextRuleControllerViewController>},
 };

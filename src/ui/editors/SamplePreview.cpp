@@ -14,6 +14,7 @@ namespace {
 
 constexpr int kGap = 10;
 constexpr int kLeading = 4;
+constexpr int kTop = 4; ///< more room below the line above
 constexpr QChar kOpenBox(0x2423); ///< stands for a blank that would not be seen
 constexpr QStringView kArrow = u"\u2192";
 constexpr QStringView kArrowToLeft = u"\u2190";
@@ -74,7 +75,7 @@ int SamplePreview::lineHeight() const
 QSize SamplePreview::sizeHint() const
 {
     const auto count = static_cast<int>(std::max<qsizetype>(m_lines.size(), 1));
-    return {0, count * lineHeight()};
+    return {0, kTop + count * lineHeight()};
 }
 
 QSize SamplePreview::minimumSizeHint() const
@@ -85,7 +86,7 @@ QSize SamplePreview::minimumSizeHint() const
 void SamplePreview::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    int top = 0;
+    int top = kTop;
     for (const Line &line : m_lines) {
         paintLine(painter, line, top);
         top += lineHeight();
@@ -108,10 +109,25 @@ void SamplePreview::paintLine(QPainter &painter, const Line &line, int top) cons
         const int room = isLast || piece.isResult ? width() - left : (width() - left) / 2;
         text = fontMetrics().elidedText(text, Qt::ElideMiddle, room);
         const int length = fontMetrics().horizontalAdvance(text);
-        const QRect place(left, top, length + 1, lineHeight());
+        const QRect place =
+            QStyle::visualRect(layoutDirection(), rect(), {left, top, length + 1, lineHeight()});
+        if (text == piece.text)
+            paintMarks(painter, piece, place);
         painter.setPen(piece.isResult && !piece.text.isEmpty() ? colors.ink : colors.muted);
-        painter.drawText(QStyle::visualRect(layoutDirection(), rect(), place),
-                         Qt::AlignCenter | Qt::TextSingleLine, text);
+        painter.drawText(place, Qt::AlignCenter | Qt::TextSingleLine, text);
         left += length + kGap;
+    }
+}
+
+void SamplePreview::paintMarks(QPainter &painter, const Piece &piece, const QRect &place) const
+{
+    const auto widthOf = [&](qsizetype length) {
+        return fontMetrics().horizontalAdvance(piece.text.first(length));
+    };
+    for (const auto &[start, length] : piece.marks) {
+        const int left = widthOf(start);
+        const QRect mark(place.left() + left, place.top(), widthOf(start + length) - left,
+                         place.height());
+        painter.fillRect(mark.adjusted(0, 1, 0, -1), ThemeColors::of(palette()).selection);
     }
 }

@@ -16,6 +16,7 @@ public:
     {
         QString text;
         bool isResult = true;
+        QList<std::pair<qsizetype, qsizetype>> marks = {}; ///< highlighted: start and length
 
         friend bool operator==(const Piece &, const Piece &) = default;
     };
@@ -42,6 +43,7 @@ protected:
 
 private:
     int lineHeight() const;
+    void paintMarks(QPainter &painter, const Piece &piece, const QRect &place) const;
     void paintLine(QPainter &painter, const Line &line, int top) const;
 
     QList<Line> m_lines;

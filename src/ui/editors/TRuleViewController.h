@@ -49,6 +49,8 @@ protected:
     /// To be called after every change of the rule: brings its tile's name up to date and tells
     /// everybody. The form's controls do it themselves.
     void ruleEdited();
+    /// Shows what follows from the settings: refresh() and the examples.
+    void showState();
     /// The selected file, or the first; null when the batch is empty.
     std::shared_ptr<TFileObject> sampleFile() const;
     /// Called after every change and reload: which rows apply, the note, anything that follows from
@@ -64,7 +66,6 @@ protected:
 
 private:
     void reload();
-    void showState();
     void beginEdit();
     void endEdit();
 

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/editors/TEditRegExRuleViewController.h"
+
+#include "document/NameGeneration.h"
+#include "ui/editors/RuleSampler.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kWidth = 440;
+constexpr int kGap = 8;
+constexpr std::size_t kExamples = 3;
+constexpr qint64 kSteps =
+    150; ///< for all examples of a key press; a fraction of what a name may take
+constexpr qsizetype kLongestExample = 24;
+
+const TRegExPairs &pairsOf(const TRegExRule &rule)
+{
+    static const TRegExPairs kNone;
+    return rule.regArray() ? *rule.regArray() : kNone;
+}
+
+} // namespace
+
+TEditRegExRuleViewController::TEditRegExRuleViewController(const TRulePtr &rule,
+                                                           const EditorContext &context)
+    : TRuleViewController(rule, context)
+    , m_pairs(new RegexPairsView(this))
+    , m_problem(new EditorLabel(QString(), EditorLabel::Tone::Problem, this))
+    , m_help(new RegexCheatSheet(this))
+{
+    setMinimumWidth(kWidth);
+    addSourceRows();
+    form().addLine();
+    form().addWide(m_pairs);
+    form().addWide(makeButtons());
+    form().addWide(m_problem);
+    form().addWide(m_help);
+    m_problem->setWordWrap(true);
+    m_help->hide();
+    connect(m_help, &RegexCheatSheet::snippetChosen, m_pairs, &RegexPairsView::insertSnippet);
+    connect(m_pairs, &RegexPairsView::pairsEdited, this,
+            &TEditRegExRuleViewController::pairsEdited);
+    connect(m_pairs, &RegexPairsView::currentRowChanged, this,
+            &TEditRegExRuleViewController::showState);
+    form().addLoader([this] { m_pairs->setPairs(pairsOf(regex())); });
+    finish(m_source);
+    if (QLineEdit *first = m_pairs->findChild<QLineEdit *>())
+        setFocusProxy(first);
+}
+
+void TEditRegExRuleViewController::addSourceRows()
+{
+    m_source = form().choice({{0, {}}, {1, {}}},
+                             eitherOf(regex(), &TRegExRule::source, &TRegExRule::setSource));
+    form().addRow(tr("Read"), {m_source});
+    m_replacesAll =
+        form().check(tr("Put the result in place of the whole name so far"),
+                     switchOf(regex(), &TRegExRule::replaceAll, &TRegExRule::setReplaceAll));
+    m_replacesAll->setToolTip(tr("Otherwise it is added at the end, and the name stands twice."));
+    form().addWide(m_replacesAll);
+}
+
+QWidget *TEditRegExRuleViewController::makeButtons()
+{
+    auto *body = new QWidget(this);
+    auto *line = new QHBoxLayout(body);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(kGap);
+    auto *add = new QPushButton(tr("Add Pair"), body);
+    add->setAutoDefault(false);
+    connect(add, &QPushButton::clicked, m_pairs, &RegexPairsView::addPair);
+    m_up = makeMoveButton(Qt::UpArrow, tr("Move pair up"), -1, body);
+    m_down = makeMoveButton(Qt::DownArrow, tr("Move pair down"), 1, body);
+    auto *help = new QPushButton(tr("Help"), body);
+    help->setAutoDefault(false);
+    help->setCheckable(true);
+    help->setToolTip(tr("What patterns are made of"));
+    connect(help, &QPushButton::toggled, this, &TEditRegExRuleViewController::showHelp);
+    line->addWidget(add);
+    line->addWidget(m_up);
+    line->addWidget(m_down);
+    line->addStretch();
+    line->addWidget(help);
+    return body;
+}
+
+QToolButton *TEditRegExRuleViewController::makeMoveButton(Qt::ArrowType arrow, const QString &name,
+                                                          int by, QWidget *parent)
+{
+    auto *button = new QToolButton(parent);
+    button->setArrowType(arrow);
+    button->setAutoRaise(true);
+    button->setAccessibleName(name);
+    button->setToolTip(name);
+    connect(button, &QToolButton::clicked, m_pairs, [this, by] { m_pairs->moveCurrentRow(by); });
+    return button;
+}
+
+void TEditRegExRuleViewController::pairsEdited()
+{
+    regex().setRegArray(m_pairs->pairs());
+    ruleEdited();
+}
+
+void TEditRegExRuleViewController::showHelp(bool isShown)
+{
+    m_help->setVisible(isShown);
+    updateGeometry();
+}
+
+void TEditRegExRuleViewController::compile()
+{
+    const TRegExPairs &pairs = pairsOf(regex());
+    m_compiled.resize(pairs.size());
+    for (std::size_t i = 0; i < pairs.size(); ++i)
+        if (m_compiled[i].pattern() != pairs[i]->match ||
+            m_compiled[i].replacement() != pairs[i]->replace)
+            m_compiled[i] = RegexReplacer(pairs[i]->match, pairs[i]->replace);
+}
+
+/// Why and where the first of the bad pairs is wrong; empty when all can be used.
+QString TEditRegExRuleViewController::problem() const
+{
+    if (m_compiled.empty())
+        return tr("Without a pair the rule gives \"???RegEx???\".");
+    for (std::size_t i = 0; i < m_compiled.size(); ++i)
+        if (!m_compiled[i].isValid())
+            return m_compiled.size() == 1
+                       ? m_compiled[i].problem()
+                       : tr("Pair %1: %2").arg(i + 1).arg(m_compiled[i].problem());
+    return {};
+}
+
+void TEditRegExRuleViewController::refresh()
+{
+    compile();
+    const QString text = problem();
+    m_problem->setText(text);
+    m_problem->setVisible(!text.isEmpty());
+    m_pairs->setVisible(m_pairs->count() > 0);
+    m_up->setEnabled(m_pairs->currentRow() > 0);
+    m_down->setEnabled(m_pairs->currentRow() + 1 < m_pairs->count());
+    m_replacesAll->setEnabled(regex().source() > 0);
+    form().setNote(regex().source() > 0 && regex().replaceAll() != 0
+                       ? tr("rewrites the name so far")
+                       : tr("adds to the name"));
+    const std::shared_ptr<TFileObject> sample = sampleFile();
+    const auto words = [&](const QString &choice, const QString &example) {
+        return example.isEmpty()
+                   ? choice
+                   : u"%1  \u2013  %2"_s.arg(
+                         choice, example.first(std::min(example.size(), kLongestExample)));
+    };
+    EditorForm::setChoices(
+        m_source,
+        {{0, words(tr("the file's name"), sample ? sample->fileName() : QString())},
+         {1, words(tr("the name so far"),
+                   sample ? RuleSampler::nameBefore(context().document, theRule(), *sample)
+                          : QString())}});
+}
+
+QList<SamplePreview::Line> TEditRegExRuleViewController::previewLines() const
+{
+    const std::shared_ptr<TFileObject> sample = sampleFile();
+    if (!sample)
+        return TRuleViewController::previewLines();
+    if (m_compiled.empty() || !problem().isEmpty())
+        return {SamplePreview::note(tr("No example yet."))};
+    RegexReplacer::Budget budget;
+    budget.steps = kSteps;
+    QList<SamplePreview::Line> lines;
+    const TFileList &files = context().document.sourceObjectArray();
+    auto row = static_cast<std::size_t>(RuleSampler::rowOf(context().document, *sample));
+    for (; lines.size() < static_cast<qsizetype>(kExamples) && row < files.size(); ++row)
+        lines += lineFor(*files[row], budget);
+    return lines;
+}
+
+SamplePreview::Line TEditRegExRuleViewController::lineFor(const TFileObject &file,
+                                                          RegexReplacer::Budget &budget) const
+{
+    const QString before = regex().source() == 0
+                               ? file.fileName()
+                               : RuleSampler::nameBefore(context().document, theRule(), file);
+    QString after = before;
+    for (const RegexReplacer &replacer : m_compiled)
+        after = replacer.replaceAll(after, budget);
+    if (budget.exceeded)
+        return SamplePreview::note(tr("The pattern takes long for %1.").arg(before));
+    SamplePreview::Line line = SamplePreview::change(
+        before, NameGeneration::postProcessFragment(after, context().document.theOptions()));
+    // Later pairs match in what the earlier ones have made of it.
+    if (m_pairs->currentRow() <= 0)
+        for (const RegexReplacer::Match &match : m_compiled.front().matches(before, budget))
+            line.front().marks += {match.start, match.length};
+    return line;
+}
