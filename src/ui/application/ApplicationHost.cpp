@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/application/ApplicationHost.h"
+
+#include "document/TDocumentHelpers.h"
+#include "ui/batch/ViewMenu.h"
+#include "ui/windows/AboutDialog.h"
+#include "ui/windows/Dialogs.h"
+#include "ui/windows/FirstRunDialog.h"
+#include "ui/windows/PreferencesWindow.h"
+#include "ui/windows/RatingQuestion.h"
+#include "ui/windows/RollBackChooserWindow.h"
+#include "ui/windows/RollBackWindow.h"
+#include "ui/windows/Translations.h"
+#include "ui/windows/UiSettings.h"
+#include "ui/windows/UpdateNotice.h"
+#include "ui/windows/WelcomeWindow.h"
+
+#include <QApplication>
+
+#include <algorithm>
+
+namespace {
+
+/// Shows a window that keeps everything else waiting.
+void showModally(QDialog &dialog)
+{
+    dialog.setWindowModality(Qt::ApplicationModal);
+    dialog.show();
+    dialog.raise();
+    dialog.activateWindow();
+}
+
+/// Its click may still be under way.
+void take(QDialog *dialog)
+{
+    if (dialog == nullptr)
+        return;
+    dialog->hide();
+    dialog->deleteLater();
+}
+
+/// A window that is open comes to the front; else a new one, which deletes itself.
+template <typename Window>
+void showOnce(QPointer<QDialog> &window, QWidget *parent)
+{
+    if (!window)
+        window = new Window(parent);
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+} // namespace
+
+ApplicationHost::ApplicationHost()
+    : m_delegate({*this, m_mainThread, m_notifications, m_disk, m_clock, m_system})
+{
+    connect(qApp, &QGuiApplication::lastWindowClosed, this, &ApplicationHost::quitIfDone);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
+        if (auto *batch = now != nullptr ? qobject_cast<BatchWindow *>(now->window()) : nullptr)
+            m_lastUsed = batch;
+    });
+}
+
+ApplicationHost::~ApplicationHost()
+{
+    delete m_chooser; // their controllers are the delegate's
+    delete m_rollBack;
+}
+
+void ApplicationHost::start(const TFileURLs &files)
+{
+    m_files = files;
+    m_delegate.awakeFromNib();
+    Translations::install();
+    ViewMenu::restoreAppearance();
+    m_delegate.applicationWillFinishLaunching();
+    m_delegate.applicationDidFinishLaunching();
+}
+
+void ApplicationHost::open(const TFileURLs &files)
+{
+    if (m_isQuitting)
+        return;
+    BatchWindow *batch = currentBatch();
+    if (batch == nullptr) { // the first one is on its way
+        m_files += files;
+        return;
+    }
+    if (!files.isEmpty())
+        batch->addFiles(files);
+    batch->setWindowState(batch->windowState() & ~Qt::WindowMinimized);
+    batch->raise();
+    batch->activateWindow();
+}
+
+TDocumentServices ApplicationHost::documentServices()
+{
+    return {m_mainThread,
+            m_disk,
+            m_clock,
+            m_notifications,
+            m_delegate.worker(),
+            PresetsManager::standard(),
+            &TDocumentServices::userLogsFolder,
+            gatherersWithHelpers(m_mainThread)};
+}
+
+BatchWindow *ApplicationHost::currentBatch() const
+{
+    if (m_lastUsed && !m_lastUsed->document().isClosing())
+        return m_lastUsed;
+    const auto open = std::find_if(m_batches.rbegin(), m_batches.rend(), [](const auto &batch) {
+        return !batch->document().isClosing();
+    });
+    return open == m_batches.rend() ? nullptr : open->get();
+}
+
+void ApplicationHost::ask(const Question &question, Answered answered)
+{
+    Dialogs::ask(m_rollBack, question, std::move(answered));
+}
+
+void ApplicationHost::chooseFolder(const FolderPanel &panel, Chosen chosen)
+{
+    Dialogs::chooseFolder(m_rollBack, panel, std::move(chosen));
+}
+
+void ApplicationHost::chooseSaveFile(const SavePanel &panel, Chosen chosen)
+{
+    Dialogs::chooseSaveFile(m_rollBack, panel, std::move(chosen));
+}
+
+void ApplicationHost::updateMenus()
+{
+    for (const auto &batch : m_batches)
+        batch->updateMenus();
+}
+
+void ApplicationHost::openUntitledDocument()
+{
+    newBatch();
+    if (!m_files.isEmpty())
+        m_batches.back()->addFiles(std::exchange(m_files, {}));
+    if (m_firstRunFinished)
+        showFirstRun();
+}
+
+/// The greeting comes before there is anything to greet with; it waits for the first window.
+void ApplicationHost::showFirstRunDialog(std::function<void()> finished)
+{
+    m_firstRunFinished = std::move(finished);
+}
+
+void ApplicationHost::showFirstRun()
+{
+    m_firstRun = new FirstRunDialog(
+        [this, finished = std::exchange(m_firstRunFinished, {})] {
+            finished();
+            showWelcomeWindow();
+        },
+        currentBatch()); // deletes itself
+    m_firstRun->show();
+}
+
+/// At every start: the welcome as long as it is wanted, and what else may be due.
+void ApplicationHost::showWelcomeWindow()
+{
+    if (m_isQuitting || (m_firstRun && m_firstRun->isVisible()))
+        return;
+    RatingQuestion::countRun();
+    if (UiSettings::showsWelcome())
+        showWelcome();
+    else
+        RatingQuestion::askIfDue(*this);
+    if (UiSettings::looksForUpdates())
+        updates().checkAtStart();
+}
+
+UpdateNotice &ApplicationHost::updates()
+{
+    if (!m_updates)
+        m_updates = std::make_unique<UpdateNotice>(*this);
+    return *m_updates;
+}
+
+void ApplicationHost::checkForUpdates()
+{
+    updates().check();
+}
+
+void ApplicationHost::showWelcome()
+{
+    showOnce<WelcomeWindow>(m_welcome, currentBatch());
+}
+
+void ApplicationHost::showAbout()
+{
+    showOnce<AboutDialog>(m_about, currentBatch());
+}
+
+void ApplicationHost::showPreferences()
+{
+    showOnce<PreferencesWindow>(m_preferences, currentBatch());
+}
+
+void ApplicationHost::newBatch()
+{
+    m_batches.push_back(std::make_unique<BatchWindow>(documentServices(), *this));
+    BatchWindow *batch = m_batches.back().get();
+    connect(batch, &BatchWindow::finished, this, [this, batch] { batchFinished(batch); });
+    m_lastUsed = batch;
+    batch->show();
+}
+
+/// The call may come from within the window, so it is destroyed a little later.
+void ApplicationHost::batchFinished(BatchWindow *batch)
+{
+    const auto found = std::find_if(m_batches.begin(), m_batches.end(),
+                                    [batch](const auto &each) { return each.get() == batch; });
+    if (found == m_batches.end())
+        return;
+    m_gone.push_back(std::move(*found));
+    m_batches.erase(found);
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_gone.clear();
+            quitIfDone();
+        },
+        Qt::QueuedConnection);
+}
+
+void ApplicationHost::quitRequested()
+{
+    quit();
+}
+
+void ApplicationHost::quit()
+{
+    if (!m_isQuitting)
+        Q_EMIT quitting();
+    m_isQuitting = true;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    std::vector<QPointer<QWidget>> open(windows.begin(), windows.end());
+    for (const QPointer<QWidget> &window : open) {
+        if (window && window->isVisible())
+            window->close();
+    }
+    QMetaObject::invokeMethod(this, &ApplicationHost::quitIfDone, Qt::QueuedConnection);
+}
+
+void ApplicationHost::quitIfDone()
+{
+    if (!m_batches.empty() || !m_gone.empty())
+        return;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const bool isUsed = std::any_of(windows.begin(), windows.end(), [](const QWidget *window) {
+        return window->isVisible() && window->windowType() != Qt::ToolTip;
+    });
+    if (isUsed && !m_isQuitting)
+        return;
+    if (!m_isQuitting)
+        Q_EMIT quitting();
+    m_isQuitting = true;
+    QCoreApplication::quit();
+}
+
+void ApplicationHost::rollBackEarlier()
+{
+    m_delegate.rollBack();
+}
+
+void ApplicationHost::rollBackLog(const TFileURL &log)
+{
+    m_delegate.rollBackLogWithURL(log);
+}
+
+void ApplicationHost::showRollBackChooser(TRollBackWindowController &chooser)
+{
+    m_chooser = new RollBackChooserWindow(chooser, currentBatch());
+    showModally(*m_chooser);
+}
+
+void ApplicationHost::closeRollBackChooser()
+{
+    take(m_chooser);
+    m_chooser = nullptr;
+}
+
+void ApplicationHost::showRollBackWindow(TDoRollBackWindowController &runner)
+{
+    m_rollBack = new RollBackWindow(runner, currentBatch());
+    showModally(*m_rollBack);
+}
+
+void ApplicationHost::closeRollBackWindow()
+{
+    take(m_rollBack);
+    m_rollBack = nullptr;
+}

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/application/StartOptions.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView kVersion{"tavrin " TAVRIN_VERSION};
+constexpr QLatin1StringView kHelp{R"(Usage: tavrin [PATH...]
+
+Opens a window with a batch of the given files and folders. When Tavrin is running
+already on this display, the running one gets them.
+
+  -h, --help     show this help
+  -V, --version  show the version
+
+A path that starts with a dash stands after --. tavrin-cli does the same work
+without a window.)"};
+constexpr QLatin1StringView kFileScheme{"file:"};
+
+TFileURL locationOf(const QString &argument)
+{
+    const TFileURL url =
+        argument.startsWith(kFileScheme) ? TFileURL::fromString(argument) : TFileURL();
+    return url.isValid() ? url : TFileURL::fileURLWithPath(argument);
+}
+
+} // namespace
+
+StartOptions StartOptions::parse(const QStringList &arguments)
+{
+    StartOptions options;
+    bool onlyPaths = false;
+    for (const QString &argument : arguments) {
+        if (onlyPaths || !argument.startsWith(u'-') || argument.size() == 1) {
+            if (!argument.isEmpty())
+                options.paths += locationOf(argument);
+        } else if (argument == "--"_L1) {
+            onlyPaths = true;
+        } else if (argument == "-h"_L1 || argument == "--help"_L1) {
+            return {Wish::Tell, kHelp, {}};
+        } else if (argument == "-V"_L1 || argument == "--version"_L1) {
+            return {Wish::Tell, kVersion, {}};
+        } else {
+            return {Wish::Refuse,
+                    u"unknown option %1; possible: --help, --version. A path that starts with a "
+                    "dash stands after --"_s.arg(argument),
+                    {}};
+        }
+    }
+    return options;
+}

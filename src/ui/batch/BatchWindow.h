@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "document/TDocument.h"
+#include "ui/batch/BatchHost.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+class ApplicationCommands;
+class BatchMenus;
+class EditorPopovers;
+class FilePane;
+class InspectorDock;
+class PaletteBar;
+class RecipeCard;
+class StatusLine;
+
+/// One batch: palette, recipe, file table and status line around a document of its own. Closing
+/// hides the window at once and closes the document; once finished() has come, the window is to be
+/// destroyed. Main thread only.
+class BatchWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// What the services and the commands refer to outlives the window.
+    BatchWindow(TDocumentServices services, ApplicationCommands &application);
+    ~BatchWindow() override;
+
+    TDocument &document() const { return *m_document; }
+    /// Adds files behind those that are there.
+    void addFiles(const TFileURLs &urls);
+    /// Brings the menus up to date.
+    void updateMenus();
+
+Q_SIGNALS:
+    /// Nothing of the batch is under way any more.
+    void finished();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    friend class BatchHost;
+
+    QWidget *makeBody();
+    void connectParts();
+    void showSample();
+    void showProblemCounts();
+    void showRenameToolTip();
+    void showFolderAccess();
+
+    ApplicationCommands &m_application;
+    const TDocumentServices m_services;
+    StatusLine *m_status;
+    BatchHost m_host;
+    std::unique_ptr<TDocument> m_document;
+    PaletteBar *m_palette;
+    RecipeCard *m_recipe;
+    FilePane *m_files;
+    InspectorDock *m_inspector;
+    EditorPopovers *m_editors;
+    BatchMenus *m_menus = nullptr; ///< null while the window is being made
+};

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/batch/StatusLine.h"
+
+#include "document/TErrorTypes.h"
+#include "ui/controls/BadgeButton.h"
+#include "ui/controls/Icons.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLocale>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kBarDelay = 150ms;
+constexpr int kBarWidth = 150;
+constexpr int kIconSize = 16;
+constexpr int kApart = 8;
+constexpr int kFarApart = 24;
+constexpr int kSteps = 1000; ///< of the bar; a batch may have more files than an int counts
+
+} // namespace
+
+StatusLine::StatusLine(QWidget *parent)
+    : QWidget(parent)
+    , m_text(new QLabel(this))
+    , m_bar(new QProgressBar(this))
+    , m_warnings(makeCount(TErrorTypes::kWarning))
+    , m_criticals(makeCount(TErrorTypes::kCritical))
+    , m_testRun(new BadgeButton(tr("Test Run"), BadgeButton::Weight::Plain, this))
+    , m_rollBack(new BadgeButton(tr("Roll Back"), BadgeButton::Weight::Plain, this))
+    , m_rename(new BadgeButton(tr("Rename"), BadgeButton::Weight::Accented, this))
+{
+    m_text->setTextFormat(Qt::PlainText);
+    m_text->setAccessibleName(tr("Status"));
+    m_bar->setFixedWidth(kBarWidth);
+    m_bar->setTextVisible(false);
+    m_bar->setAccessibleName(tr("Progress"));
+    QSizePolicy policy = m_bar->sizePolicy();
+    policy.setVerticalPolicy(QSizePolicy::Fixed);
+    m_bar->setSizePolicy(policy);
+    m_bar->hide();
+    m_testRun->setToolTip(tr("Works out all names anew and lists the problems; touches no file"));
+    m_rollBack->setToolTip(tr("Undoes the last rename of this batch"));
+    m_rename->setMinimumWidth(m_rename->sizeHint().width() * 5 / 4);
+    m_rename->installEventFilter(this);
+    m_barDelay.setSingleShot(true);
+    m_barDelay.setInterval(kBarDelay);
+    connect(&m_barDelay, &QTimer::timeout, m_bar, &QWidget::show);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(0); // they keep room for their badges around them
+    buttons->addWidget(m_testRun);
+    buttons->addWidget(m_rollBack);
+    buttons->addWidget(m_rename);
+    auto *counts = new QHBoxLayout;
+    counts->setSpacing(kApart);
+    counts->addWidget(m_warnings);
+    counts->addWidget(m_criticals);
+    auto *line = new QHBoxLayout(this);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(kFarApart);
+    line->addWidget(m_text);
+    line->addWidget(m_bar);
+    line->addLayout(counts);
+    line->addStretch();
+    line->addLayout(buttons);
+}
+
+QToolButton *StatusLine::makeCount(int errLevel)
+{
+    auto *count = new QToolButton(this);
+    count->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    count->setIcon(Icons::forLevel(errLevel));
+    count->setIconSize({kIconSize, kIconSize});
+    count->setAutoRaise(true);
+    count->setFocusPolicy(Qt::TabFocus);
+    count->setToolTip(tr("Show the problems"));
+    count->hide();
+    connect(count, &QToolButton::clicked, this, &StatusLine::problemsClicked);
+    return count;
+}
+
+void StatusLine::setText(const QString &text)
+{
+    m_text->setText(text);
+}
+
+void StatusLine::setBusy(bool busy)
+{
+    m_isBusy = busy;
+    updateBar();
+}
+
+void StatusLine::showProgress(qint64 currVal, qint64 maxVal)
+{
+    m_hasProgress = true;
+    updateBar();
+    m_bar->setValue(maxVal > 0 ? static_cast<int>(currVal * kSteps / maxVal) : kSteps);
+}
+
+void StatusLine::hideProgress()
+{
+    m_hasProgress = false;
+    updateBar();
+}
+
+void StatusLine::updateBar()
+{
+    m_bar->setRange(0, m_hasProgress ? kSteps : 0); // without an end it shows that work goes on
+    if (!m_isBusy && !m_hasProgress) {
+        m_barDelay.stop();
+        m_bar->hide();
+    } else if (m_bar->isHidden() && !m_barDelay.isActive()) {
+        m_barDelay.start();
+    }
+}
+
+void StatusLine::setProblems(qsizetype warnings, qsizetype criticals)
+{
+    m_warnings->setText(warnings == 1 ? tr("1 warning")
+                                      : tr("%1 warnings").arg(locale().toString(warnings)));
+    m_criticals->setText(tr("%1 critical").arg(locale().toString(criticals)));
+    m_warnings->setVisible(warnings > 0);
+    m_criticals->setVisible(criticals > 0);
+}
+
+void StatusLine::setBadge(qint64 criticals)
+{
+    m_rename->setBadge(criticals);
+}
+
+QWidget *StatusLine::problemsAnchor() const
+{
+    if (m_criticals->isVisible())
+        return m_criticals;
+    return m_warnings->isVisible() ? static_cast<QWidget *>(m_warnings) : m_testRun;
+}
+
+bool StatusLine::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_rename && event->type() == QEvent::ToolTip)
+        Q_EMIT renameToolTipWanted();
+    return QWidget::eventFilter(watched, event);
+}
+
+void StatusLine::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::PaletteChange) {
+        m_warnings->setIcon(Icons::forLevel(TErrorTypes::kWarning));
+        m_criticals->setIcon(Icons::forLevel(TErrorTypes::kCritical));
+    }
+    QWidget::changeEvent(event);
+}

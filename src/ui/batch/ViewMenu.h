@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/batch/BatchParts.h"
+
+#include <QMenu>
+
+/// What of a batch window is shown, and how the whole program looks. The appearance is remembered.
+class ViewMenu : public QMenu
+{
+    Q_OBJECT
+
+public:
+    ViewMenu(const BatchParts &parts, QWidget *parent);
+
+    /// Gives the application the remembered appearance; before the first window.
+    static void restoreAppearance();
+
+private:
+    void addAppearances();
+    void addFullScreen(QMainWindow &window);
+};
