@@ -220,6 +220,7 @@ void TavrinStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
         return;
     }
     case PE_FrameLineEdit:
+    case PE_PanelScrollAreaCorner:
         return;
     case PE_Frame:
         painter->save();
@@ -270,9 +271,11 @@ void TavrinStyle::drawControl(ControlElement element, const QStyleOption *option
     case CE_HeaderSection: {
         const ThemeColors colors = ThemeColors::of(option->palette);
         painter->fillRect(option->rect, colors.card);
-        painter->fillRect(
-            QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1),
-            colors.border);
+        const auto *header = qstyleoption_cast<const QStyleOptionHeader *>(option);
+        if (header == nullptr || header->orientation == Qt::Horizontal)
+            painter->fillRect(
+                QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1),
+                colors.border);
         return;
     }
     default:

@@ -39,12 +39,18 @@ void CSVTableModel::setHasHeader(bool hasHeader)
 {
     if (hasHeader == m_hasHeader)
         return;
+    const bool hasRow = m_rows && !m_rows->empty();
+    if (hasRow && hasHeader)
+        beginRemoveRows({}, 0, 0);
+    else if (hasRow)
+        beginInsertRows({}, 0, 0);
     m_hasHeader = hasHeader;
-    if (m_columns > 0) {
+    if (hasRow && hasHeader)
+        endRemoveRows();
+    else if (hasRow)
+        endInsertRows();
+    if (m_columns > 0)
         Q_EMIT headerDataChanged(Qt::Horizontal, 0, m_columns - 1);
-        Q_EMIT headerDataChanged(Qt::Vertical, 0, rowCount() - 1);
-        Q_EMIT dataChanged(index(0, 0), index(0, m_columns - 1));
-    }
 }
 
 void CSVTableModel::setTrimsQuotes(bool trims)
@@ -53,14 +59,17 @@ void CSVTableModel::setTrimsQuotes(bool trims)
         return;
     m_trimsQuotes = trims;
     if (m_columns > 0)
+        Q_EMIT headerDataChanged(Qt::Horizontal, 0, m_columns - 1);
+    if (m_columns > 0 && rowCount() > 0)
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, m_columns - 1));
 }
 
 int CSVTableModel::rowCount(const QModelIndex &parent) const
 {
-    if (parent.isValid() || !m_rows)
+    if (parent.isValid() || !m_rows || m_rows->empty())
         return 0;
-    return static_cast<int>(std::min<std::size_t>(m_rows->size(), std::numeric_limits<int>::max()));
+    const std::size_t rows = m_rows->size() - (m_hasHeader ? 1 : 0);
+    return static_cast<int>(std::min<std::size_t>(rows, std::numeric_limits<int>::max()));
 }
 
 int CSVTableModel::columnCount(const QModelIndex &parent) const
@@ -68,9 +77,9 @@ int CSVTableModel::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : m_columns;
 }
 
-QString CSVTableModel::cell(int row, int column) const
+QString CSVTableModel::cell(std::size_t row, int column) const
 {
-    const QStringList &cells = (*m_rows)[static_cast<std::size_t>(row)];
+    const QStringList &cells = (*m_rows)[row];
     if (column >= cells.size())
         return {};
     return m_trimsQuotes ? TCSVRule::withoutOuterQuotes(cells[column]) : cells[column];
@@ -80,14 +89,15 @@ QVariant CSVTableModel::data(const QModelIndex &index, int role) const
 {
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
         return {};
-    const QString text = cell(index.row(), index.column());
+    const auto row = static_cast<std::size_t>(index.row()) + (m_hasHeader ? 1 : 0);
+    const QString text = cell(row, index.column());
     return role == Qt::ToolTipRole ? text : text.left(kLongestShown).simplified();
 }
 
 QString CSVTableModel::columnTitle(int column) const
 {
     const QString number = QString::number(column + 1);
-    const QString title = m_hasHeader && rowCount() > 0
+    const QString title = m_hasHeader && m_rows && !m_rows->empty()
                               ? cell(0, column).left(kLongestShown).simplified()
                               : QString();
     return title.isEmpty() ? number : u"%1 \u00b7 %2"_s.arg(number, title);
@@ -100,8 +110,12 @@ QVariant CSVTableModel::headerData(int section, Qt::Orientation orientation, int
             return tr("Use this column");
         return role == Qt::DisplayRole ? columnTitle(section) : QVariant();
     }
-    if (role != Qt::DisplayRole)
+    switch (role) {
+    case Qt::DisplayRole:
+        return QString::number(section + 1);
+    case Qt::TextAlignmentRole:
+        return QVariant(Qt::AlignTrailing | Qt::AlignVCenter);
+    default:
         return {};
-    const int number = m_hasHeader ? section : section + 1;
-    return number > 0 ? QString::number(number) : QString();
+    }
 }

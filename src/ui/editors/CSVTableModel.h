@@ -6,8 +6,8 @@
 #include <QAbstractTableModel>
 
 /// The table of a CSV rule, cell by cell as the rule uses them; nothing is copied. Rows and columns
-/// are numbered from 1; a header row has no number and gives the columns their titles. Main thread
-/// only.
+/// are numbered from 1; a header row is none of the rows and gives the columns their titles. Main
+/// thread only.
 class CSVTableModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -19,7 +19,6 @@ public:
     void setTable(const TStringTablePtr &rows, int columns);
     const TStringTablePtr &table() const { return m_rows; }
     void setHasHeader(bool hasHeader);
-    bool hasHeader() const { return m_hasHeader; }
     void setTrimsQuotes(bool trims);
     /// The length of the longest row. Any thread.
     static int columnsOf(const TStringTablePtr &rows);
@@ -30,7 +29,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    QString cell(int row, int column) const;
+    QString cell(std::size_t row, int column) const;
     QString columnTitle(int column) const;
 
     TStringTablePtr m_rows;

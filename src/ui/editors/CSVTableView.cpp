@@ -33,6 +33,7 @@ CSVTableView::CSVTableView(CSVTableModel *model, QWidget *parent)
     connect(this, &QAbstractItemView::activated, this,
             [this](const QModelIndex &cell) { Q_EMIT columnChosen(cell.column()); });
     connect(model, &QAbstractItemModel::modelReset, this, &CSVTableView::markChosen);
+    connect(model, &QAbstractItemModel::rowsInserted, this, &CSVTableView::markChosen);
 }
 
 void CSVTableView::addHeaders()
@@ -43,6 +44,7 @@ void CSVTableView::addHeaders()
     columns->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     columns->setDefaultSectionSize(kColumnCharacters * fontMetrics().averageCharWidth());
     columns->setStretchLastSection(true);
+    columns->setMinimumHeight(ListFrame::rowHeight(*this));
     connect(columns, &QHeaderView::sectionClicked, this, &CSVTableView::columnChosen);
     QHeaderView *rows = verticalHeader();
     rows->setSectionResizeMode(QHeaderView::Fixed);

@@ -94,8 +94,11 @@ EditorForm::Row EditorForm::addRow(const QString &label, std::initializer_list<Q
     line->setSpacing(kStep);
     bool isFilled = false;
     for (QWidget *control : controls) {
-        if (control->accessibleName().isEmpty() && qobject_cast<QLabel *>(control) == nullptr)
-            control->setAccessibleName(label);
+        const bool isNamed = qobject_cast<QLabel *>(control) != nullptr ||
+                             qobject_cast<QAbstractButton *>(control) != nullptr ||
+                             !control->accessibleName().isEmpty();
+        if (!isNamed)
+            control->setAccessibleName(QString(label).remove(u'&'));
         isFilled = isFilled || stretches(control);
         line->addWidget(control, stretches(control) ? control->sizeHint().width() : 0);
     }

@@ -43,8 +43,8 @@ public:
 
     /// What stands at the right of the title.
     void setNote(const QString &note);
-    /// A label and its controls, side by side; the first one is the label's buddy. One without an
-    /// accessible name gets the label's text. Those that stretch share the room.
+    /// A label and its controls, side by side; the first one is the label's buddy. A field
+    /// without an accessible name gets the label's text. Those that stretch share the room.
     Row addRow(const QString &label, std::initializer_list<QWidget *> controls);
     /// Something as wide as the form.
     Row addWide(QWidget *widget);

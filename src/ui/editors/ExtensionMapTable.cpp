@@ -33,6 +33,7 @@ ExtensionMapTable::ExtensionMapTable(QWidget *parent)
     m_table->verticalHeader()->setDefaultSectionSize(ListFrame::rowHeight(*this));
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     m_table->horizontalHeader()->setHighlightSections(false);
+    m_table->horizontalHeader()->setMinimumHeight(ListFrame::rowHeight(*this));
     m_table->installEventFilter(this);
     auto *row = new QVBoxLayout(this);
     row->setContentsMargins({});

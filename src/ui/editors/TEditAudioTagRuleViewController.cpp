@@ -4,12 +4,14 @@
 #include "metadata/ID3AVSupport.h"
 #include "platform/TypeIdentifiers.h"
 
+#include <QLineEdit>
+
 TEditAudioTagRuleViewController::TEditAudioTagRuleViewController(const TRulePtr &rule,
                                                                  const EditorContext &context)
     : TEditTagRuleViewController(rule, context)
 {
     addTagRows();
-    finish(chooser());
+    finish(chooser()->filter());
 }
 
 QStringList TEditAudioTagRuleViewController::offeredTags() const

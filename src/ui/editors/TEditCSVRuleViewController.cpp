@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/TEditCSVRuleViewController.h"
 
+#include "ui/controls/Icons.h"
 #include "ui/editors/CSVSources.h"
 #include "ui/editors/CSVTableModel.h"
 #include "ui/editors/CSVTableView.h"
@@ -101,12 +102,7 @@ void TEditCSVRuleViewController::addTable()
     form().addWide(m_hint);
     m_table = new CSVTableView(m_model, this);
     m_tableRow = form().addWide(new ListFrame(
-        m_table, kShownRows,
-        [this](const QModelIndex &cell) {
-            return cell.row() == 0 && m_model->hasHeader() ? ListFrame::Weight::Strong
-                                                           : ListFrame::Weight::Plain;
-        },
-        this));
+        m_table, kShownRows, [](const QModelIndex &) { return ListFrame::Weight::Plain; }, this));
     connect(m_table, &CSVTableView::columnChosen, this, [this](int column) {
         if (rule().useColumn() == column)
             return;
@@ -172,11 +168,9 @@ void TEditCSVRuleViewController::showSource()
 
 QString TEditCSVRuleViewController::tableSummary() const
 {
-    const TStringTablePtr &table = rule().theRows();
-    if (!table)
+    if (!rule().theRows())
         return {};
-    const std::size_t header = rule().skipFirst() && !table->empty() ? 1 : 0;
-    const std::size_t rows = table->size() - header;
+    const int rows = m_model->rowCount();
     return rows == 1 ? tr("1 row") : tr("%L1 rows").arg(rows);
 }
 
@@ -260,6 +254,8 @@ void TEditCSVRuleViewController::tellFailure(const QString &path, const QString 
     alert->setInformativeText(
         tr("I was unable to read CSV data from the file you fed me. Please try again") + "\n\n"_L1 +
         what);
+    const int side = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, alert);
+    alert->setIconPixmap(Icons::forLevel(TErrorTypes::kCritical).pixmap(side));
     alert->setTextFormat(Qt::PlainText);
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setWindowModality(Qt::WindowModal);

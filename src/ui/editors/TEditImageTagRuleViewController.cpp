@@ -4,13 +4,15 @@
 #include "metadata/EXIFSupport.h"
 #include "platform/TypeIdentifiers.h"
 
+#include <QLineEdit>
+
 TEditImageTagRuleViewController::TEditImageTagRuleViewController(const TRulePtr &rule,
                                                                  const EditorContext &context)
     : TEditTagRuleViewController(rule, context)
 {
     addCategoryRow();
     addTagRows();
-    finish(chooser());
+    finish(chooser()->filter());
 }
 
 void TEditImageTagRuleViewController::addCategoryRow()

@@ -57,10 +57,13 @@ void TEditTagRuleViewController::showValues()
                                    : std::nullopt;
         },
         remark);
+    form().preview().setLines(previewLines());
 }
 
 QString TEditTagRuleViewController::remarkFor(const TFileObject *file) const
 {
+    if (m_offered.isEmpty())
+        return tr("The rule's category is none of those on offer.");
     if (file == nullptr)
         return tr("With files in the batch, their values are shown here.");
     const QString name = file->sourceURL().lastPathComponent();

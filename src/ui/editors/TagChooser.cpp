@@ -15,8 +15,9 @@ namespace {
 
 constexpr int kGap = 8;
 constexpr int kShownRows = 9;
-constexpr int kListWidth = 60; ///< in average characters
-constexpr int kTagWidth = 26;
+constexpr QStringView kWideTag = u"Country/PrimaryLocationName";
+constexpr QStringView kWideValue = u"2024:07:03 14:05:09";
+constexpr int kMargins = 16;
 
 } // namespace
 
@@ -95,13 +96,14 @@ void TagChooser::addList()
     m_list->setAccessibleName(tr("Tags"));
     m_list->setRootIsDecorated(false);
     m_list->setUniformRowHeights(true);
-    m_list->setAllColumnsShowFocus(true);
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_list->header()->hide();
-    const int character = fontMetrics().averageCharWidth();
-    m_list->setColumnWidth(TagListModel::kTag, kTagWidth * character);
-    m_list->setMinimumWidth(kListWidth * character);
+    const auto widthOf = [this](QStringView text) {
+        return fontMetrics().horizontalAdvance(text.toString()) + kMargins;
+    };
+    m_list->setColumnWidth(TagListModel::kTag, widthOf(kWideTag));
+    m_list->setMinimumWidth(widthOf(kWideTag) + widthOf(kWideValue) + kMargins);
     m_list->setMinimumHeight(3 * Theme::kRowHeight);
     auto *frame = new ListFrame(
         m_list, kShownRows,
@@ -129,8 +131,10 @@ void TagChooser::setTags(const QStringList &offered, const QString &placeholder)
 {
     m_isShowing = true;
     m_model->setTags(offered, placeholder);
+    m_list->setFirstColumnSpanned(0, {}, offered.isEmpty());
     m_isShowing = false;
     setChosenTag(m_chosen);
+    showChosen(QAbstractItemView::PositionAtCenter);
 }
 
 void TagChooser::setChosenTag(const QString &tag)
@@ -160,15 +164,21 @@ void TagChooser::refilter()
     showChosen();
 }
 
-void TagChooser::showChosen()
+void TagChooser::showChosen(QAbstractItemView::ScrollHint hint)
 {
     m_isShowing = true;
     const QModelIndex row = m_proxy->mapFromSource(m_model->index(m_model->rowOf(m_chosen), 0));
     m_list->selectionModel()->setCurrentIndex(row, QItemSelectionModel::ClearAndSelect |
                                                        QItemSelectionModel::Rows);
     if (row.isValid())
-        m_list->scrollTo(row);
+        m_list->scrollTo(row, hint);
     m_isShowing = false;
+}
+
+void TagChooser::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    showChosen(QAbstractItemView::PositionAtCenter);
 }
 
 /// From the filter field, the arrow keys walk through the list.

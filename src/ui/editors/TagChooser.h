@@ -36,6 +36,7 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     class Proxy;
@@ -43,7 +44,7 @@ private:
     void addHead();
     void addList();
     void refilter();
-    void showChosen();
+    void showChosen(QAbstractItemView::ScrollHint hint = QAbstractItemView::EnsureVisible);
 
     TagListModel *m_model;
     Proxy *m_proxy;
