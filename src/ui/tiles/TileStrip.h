@@ -5,6 +5,7 @@
 #include "ui/tiles/FlowPlan.h"
 #include "ui/tiles/RecipeSelection.h"
 
+#include <QCoreApplication>
 #include <QPointer>
 #include <QWidget>
 
@@ -21,6 +22,8 @@ class TileStrip : public QWidget
 public:
     /// The document outlives the strip.
     TileStrip(TDocument &document, QWidget *parent);
+    /// While its tiles go away they give up the keyboard, which must not be heard any more.
+    ~TileStrip() override { QCoreApplication::instance()->disconnect(this); }
 
     const RecipeSelection &selection() const { return m_selection; }
     /// Null when the rule has no tile.
