@@ -149,6 +149,9 @@ void TDocument::undoRuleChangeForRuleWithProperties(const TRulePtr &rule, QVaria
     rule->setProperties(properties);
     rule->updatePreview();
     properties = completed(now, properties);
+    // An editor that is open goes on from here.
+    if (m_ruleEdit && m_ruleEdit->rule == rule)
+        m_ruleEdit->before = rule->properties();
     batchChanged();
     Q_EMIT ruleChanged(rule);
     doBackgroundRunIfUpdate();
@@ -206,6 +209,8 @@ void TDocument::undoRuleChangeForExtensionHandlerWithProperties(QVariantMap &pro
     if (properties.contains(kRePattern))
         m_theExtensionHandler->setRePattern(properties.value(kRePattern).toString());
     properties = std::move(now);
+    if (m_extensionEdit)
+        m_extensionEdit = extensionHandlerProperties();
     extensionHandlerEdited();
 }
 
