@@ -5,13 +5,11 @@
 #include "ui/controls/Icons.h"
 #include "ui/editors/RuleSampler.h"
 
-#include <QKeyEvent>
-
 using namespace Qt::StringLiterals;
 
 TRuleViewController::TRuleViewController(TRulePtr rule, const EditorContext &context,
                                          QWidget *parent)
-    : QWidget(parent)
+    : LiveEditor(parent)
     , m_theRule(std::move(rule))
     , m_context(context)
     , m_form(*this, Icons::kindName(TRuleKinds::identifierForRule(*m_theRule)),
@@ -74,55 +72,17 @@ QList<SamplePreview::Line> TRuleViewController::previewLines() const
                               RuleSampler::fragmentOfCopy(m_context.document, m_theRule, *sample))};
 }
 
-void TRuleViewController::beginEdit()
+void TRuleViewController::openEdit()
 {
     m_context.document.beginRuleEdit(m_theRule);
-    m_isEditing = true;
 }
 
-void TRuleViewController::endEdit()
+void TRuleViewController::closeEdit()
 {
-    if (std::exchange(m_isEditing, false))
-        m_context.document.endRuleEdit();
+    m_context.document.endRuleEdit();
 }
 
-void TRuleViewController::showEvent(QShowEvent *event)
+QUndoStack &TRuleViewController::undoStack()
 {
-    QWidget::showEvent(event);
-    if (!event->spontaneous() && !m_isEditing)
-        beginEdit();
-}
-
-void TRuleViewController::hideEvent(QHideEvent *event)
-{
-    QWidget::hideEvent(event);
-    if (!event->spontaneous())
-        endEdit();
-}
-
-bool TRuleViewController::event(QEvent *event)
-{
-    // Undoing while the editor is open is its own business, before any shortcut of the window.
-    if (event->type() == QEvent::ShortcutOverride) {
-        const auto *key = static_cast<QKeyEvent *>(event);
-        if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
-            event->accept();
-            return true;
-        }
-    }
-    return QWidget::event(event);
-}
-
-/// What was changed so far becomes a step of its own first, so that it is what is undone.
-void TRuleViewController::keyPressEvent(QKeyEvent *event)
-{
-    const bool isUndo = event->matches(QKeySequence::Undo);
-    if (!isUndo && !event->matches(QKeySequence::Redo))
-        return QWidget::keyPressEvent(event);
-    endEdit();
-    if (isUndo)
-        m_context.document.undoStack().undo();
-    else
-        m_context.document.undoStack().redo();
-    beginEdit();
+    return m_context.document.undoStack();
 }
