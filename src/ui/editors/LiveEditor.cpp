@@ -2,6 +2,7 @@
 #include "ui/editors/LiveEditor.h"
 
 #include <QKeyEvent>
+#include <QPointer>
 
 #include <utility>
 
@@ -50,9 +51,12 @@ void LiveEditor::keyPressEvent(QKeyEvent *event)
     if (!isUndo && !event->matches(QKeySequence::Redo))
         return QWidget::keyPressEvent(event);
     endEdit();
+    const QPointer<LiveEditor> self(this);
     if (isUndo)
         undoStack().undo();
     else
         undoStack().redo();
-    beginEdit();
+    // What is edited may have gone, and the popover with it.
+    if (self && isVisible())
+        beginEdit();
 }

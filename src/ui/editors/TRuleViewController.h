@@ -3,8 +3,7 @@
 
 #include "document/TDocument.h"
 #include "ui/editors/EditorForm.h"
-
-#include <QWidget>
+#include "ui/editors/LiveEditor.h"
 
 #include <functional>
 #include <memory>
@@ -24,7 +23,7 @@ struct EditorContext
 ///
 /// A kind's editor adds rows to the form in its constructor, ends with finish(), and says in
 /// refresh() what applies and in previewLines() what the rule gives.
-class TRuleViewController : public QWidget
+class TRuleViewController : public LiveEditor
 {
     Q_OBJECT
 
@@ -59,19 +58,15 @@ protected:
     /// What the rule gives now: by default the sample file's name and its fragment.
     virtual QList<SamplePreview::Line> previewLines() const;
 
-    void showEvent(QShowEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
-    bool event(QEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
+    void openEdit() override;
+    void closeEdit() override;
+    QUndoStack &undoStack() override;
 
 private:
     void reload();
-    void beginEdit();
-    void endEdit();
 
     TRulePtr m_theRule;
     EditorContext m_context;
     EditorForm m_form;
-    bool m_isEditing = false; ///< the document's edit of the rule is open
     bool m_isPosting = false;
 };
