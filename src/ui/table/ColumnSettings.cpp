@@ -50,8 +50,9 @@ ColumnSettings::ColumnSettings(QHeaderView &header, QObject *parent)
     m_saving.setSingleShot(true);
     connect(&m_saving, &QTimer::timeout, this, &ColumnSettings::save);
     connect(&header, &QHeaderView::sectionMoved, this, [this] { m_saving.start(kSavingDelay); });
-    connect(&header, &QHeaderView::sectionResized, this, [this] {
-        if (m_isAdjusting)
+    connect(&header, &QHeaderView::sectionResized, this, [this](int section) {
+        // The last column takes up what the others leave.
+        if (m_isAdjusting || m_header.visualIndex(section) == lastVisible())
             return;
         m_isFitting = false;
         m_saving.start(kSavingDelay);
@@ -69,6 +70,14 @@ ColumnSettings::~ColumnSettings()
 {
     if (m_saving.isActive())
         save();
+}
+
+int ColumnSettings::lastVisible() const
+{
+    int visual = m_header.count() - 1;
+    while (visual > 0 && m_header.isSectionHidden(m_header.logicalIndex(visual)))
+        --visual;
+    return visual;
 }
 
 int ColumnSettings::widthFor(const QString &sample) const
@@ -114,11 +123,8 @@ void ColumnSettings::fit()
 
 bool ColumnSettings::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::Resize) {
-        // The last column takes up the rest; that is not the user's doing.
-        const QScopedValueRollback adjusting(m_isAdjusting, true);
+    if (event->type() == QEvent::Resize)
         fit();
-    }
     return QObject::eventFilter(watched, event);
 }
 
@@ -180,10 +186,15 @@ void ColumnSettings::fillMenu()
     m_menu.addSeparator();
     connect(m_menu.addAction(tr("Standard Columns")), &QAction::triggered, this, [this] {
         showInitialColumns();
+        checkShown();
         save();
     });
-    connect(&m_menu, &QMenu::aboutToShow, this, [this] {
-        for (int column = 0; column < Model::ColumnCount; ++column)
-            m_menu.actions()[column]->setChecked(!m_header.isSectionHidden(column));
-    });
+    connect(&m_menu, &QMenu::aboutToShow, this, &ColumnSettings::checkShown);
+    checkShown();
+}
+
+void ColumnSettings::checkShown()
+{
+    for (int column = 0; column < Model::ColumnCount; ++column)
+        m_menu.actions()[column]->setChecked(!m_header.isSectionHidden(column));
 }

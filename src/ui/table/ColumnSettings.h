@@ -26,7 +26,9 @@ private:
     void load();
     void save();
     void fillMenu();
+    void checkShown();
     void fit();
+    int lastVisible() const;
     int widthFor(const QString &sample) const;
 
     QHeaderView &m_header;

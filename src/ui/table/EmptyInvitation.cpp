@@ -19,7 +19,7 @@ namespace {
 constexpr int kDrawingSize = 112;
 constexpr int kInset = 16;
 constexpr qreal kTitleScale = 1.3;
-constexpr float kQuiet = 0.55F;
+constexpr qreal kQuiet = 0.6;
 
 } // namespace
 
@@ -68,9 +68,9 @@ void EmptyInvitation::paintEvent(QPaintEvent *)
     painter.setPen(QPen(m_isHighlighted ? colors.accent : colors.border, m_isHighlighted ? 2 : 1.5,
                         Qt::DashLine, Qt::RoundCap));
     painter.drawRoundedRect(frame, Theme::kCardRadius, Theme::kCardRadius);
-    QColor ink = m_isHighlighted ? colors.accent : colors.muted;
+    const QColor ink = m_isHighlighted ? colors.accent : colors.muted;
     if (!m_isHighlighted)
-        ink.setAlphaF(kQuiet);
+        painter.setOpacity(kQuiet); // of the whole drawing, so that crossing lines do not show
     painter.drawPixmap(m_drawing->pos(),
                        Icons::pixmap("drop-invitation"_L1, kDrawingSize, ink, devicePixelRatioF()));
 }

@@ -10,6 +10,7 @@ namespace {
 /// No text this long is shown in full, so the rest is not measured.
 constexpr qsizetype kMostShown = 400;
 constexpr qsizetype kShownEnd = 60;
+constexpr float kCursorStrength = 0.6F;
 constexpr QChar kEllipsis{u'\u2026'};
 
 QString withoutMiddle(const QString &text)
@@ -71,10 +72,10 @@ void FileCellDelegate::paintGround(QPainter &painter, const QStyleOptionViewItem
     if (!isCurrent || !option.widget->hasFocus() ||
         (m_selection.rows().count() == 1 && m_selection.contains(index.row())))
         return;
-    painter.fillRect(QRect(option.rect.left(), option.rect.top(), option.rect.width(), 1),
-                     colors.accent);
-    painter.fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1),
-                     colors.accent);
+    QColor line = colors.accent;
+    line.setAlphaF(kCursorStrength);
+    painter.fillRect(QRect(option.rect.left(), option.rect.top(), option.rect.width(), 1), line);
+    painter.fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1), line);
 }
 
 void FileCellDelegate::paintLevel(QPainter &painter, const QRect &cell,
@@ -97,6 +98,9 @@ void FileCellDelegate::paintContent(QPainter &painter, const QStyleOptionViewIte
     const QString shown =
         QFontMetrics(m_look.font)
             .elidedText(text, isName ? Qt::ElideMiddle : Qt::ElideRight, rect.width());
+    // Numbers and dates read as their own text does, whichever way the window runs.
+    if (index.column() != FileTableModel::Name && index.column() != FileTableModel::Folder)
+        painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const Qt::Alignment alignment = QStyle::visualAlignment(
         option.direction, index.column() == FileTableModel::Size ? Qt::AlignRight : Qt::AlignLeft);
     painter.setPen(isName ? m_look.colors.ink : m_look.colors.muted);

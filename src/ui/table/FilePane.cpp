@@ -18,6 +18,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QPointer>
 #include <QStackedLayout>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -73,6 +74,7 @@ public:
     QWidget *tablePage;
     QStackedLayout *pages = nullptr;
     std::unique_ptr<ColumnSettings> columns;
+    QPointer<Popover> problems;
     std::shared_ptr<TFileObject> current;
     bool isSearching = false; ///< the keyboard stays in the field while it is typed into
 };
@@ -103,6 +105,8 @@ FilePane::Private::Private(FilePane &self, TDocument &given)
 
 FilePane::Private::~Private()
 {
+    if (problems != nullptr)
+        problems->dismiss();
     columns.reset();
     delete tablePage; // before the model that its table shows
 }
@@ -287,8 +291,8 @@ void FilePane::showProblems(qsizetype row)
         return;
     FileTableView &table = *m_private->table;
     table.scrollTo(m_private->model.index(shown, FileTableModel::Name));
-    Popover::open(new ProblemList(FileCells::currentName(file), log, this), table.viewport(),
-                  table.problemRect(shown));
+    m_private->problems = Popover::open(new ProblemList(FileCells::currentName(file), log, this),
+                                        table.viewport(), table.problemRect(shown));
 }
 
 void FilePane::revealCurrent()
@@ -296,4 +300,12 @@ void FilePane::revealCurrent()
     if (const auto file = currentFile())
         QDesktopServices::openUrl(
             QUrl::fromEncoded(file->item().url.folder()->url().toLatin1(), QUrl::StrictMode));
+}
+
+void FilePane::keyPressEvent(QKeyEvent *event)
+{
+    if (!event->matches(QKeySequence::Find))
+        return QWidget::keyPressEvent(event);
+    searchField()->setFocus(Qt::ShortcutFocusReason);
+    searchField()->selectAll();
 }

@@ -44,6 +44,9 @@ Q_SIGNALS:
     /// "Show Metadata" of the context menu.
     void metadataRequested();
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
     class Private;
     std::unique_ptr<Private> m_private;

@@ -13,6 +13,9 @@ class FileTableHeader : public QHeaderView
 public:
     explicit FileTableHeader(QWidget *parent = nullptr);
 
+    /// -1 while no title has the mark.
+    int sortedColumn() const { return m_sorted; }
+    bool isAscending() const { return m_isAscending; }
     void markSort(int column, bool ascending);
     void removeMark();
     QSize sectionSizeFromContents(int section) const override;

@@ -129,6 +129,8 @@ QVariant FileTableModel::headerData(int section, Qt::Orientation orientation, in
         return {};
     const ColumnText &column = columnText(section);
     const bool hasTitle = *column.title != '\0';
+    if (role == Qt::TextAlignmentRole && section == Size)
+        return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
     if (role == Qt::DisplayRole)
         return hasTitle ? tr(column.title) : QString();
     if (role == Qt::AccessibleTextRole || (role == Qt::ToolTipRole && !hasTitle))
@@ -155,7 +157,7 @@ QVariant FileTableModel::data(const QModelIndex &index, int role) const
                 .trimmed();
         return text(file(row), index.column());
     case Qt::TextAlignmentRole:
-        return index.column() == Size ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+        return headerData(index.column(), Qt::Horizontal, role);
     default:
         return {};
     }

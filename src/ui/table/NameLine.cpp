@@ -43,6 +43,7 @@ NameLine::NameLine(std::vector<Piece> pieces, const QFont &font, qreal room)
     m_isOneWay = std::none_of(m_text.cbegin(), m_text.cend(), mayRunLeft);
     QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
     option.setWrapMode(QTextOption::NoWrap);
+    option.setTextDirection(m_isOneWay ? Qt::LeftToRight : Qt::LayoutDirectionAuto);
     m_layout.setTextOption(option);
     m_layout.setCacheEnabled(true);
 

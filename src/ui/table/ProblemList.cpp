@@ -36,7 +36,7 @@ ProblemList::ProblemList(const QString &fileName, const TErrorLog &log, QWidget 
 {
     setAccessibleName(tr("Problems"));
     auto *layout = new QGridLayout(this);
-    layout->setContentsMargins(16, 12, 16, 12);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->setHorizontalSpacing(8);
     layout->setVerticalSpacing(8);
     auto *title = wrapped(fontMetrics().elidedText(ByteNames::forDisplay(fileName), Qt::ElideMiddle,
