@@ -181,6 +181,10 @@ void TDocument::applyResults(qsizetype first, std::vector<TAnalysisResult> &resu
     for (TAnalysisResult &result : results) {
         TFileObject &entry = **file++;
         entry.setErrLog(std::move(result.errors));
+        // A forecast about another name would pass for one about this name until the next comes.
+        if (entry.attributedTargetName().string() != result.targetName.string() ||
+            entry.attributedTargetExtension() != result.targetExtension)
+            m_forecasts.remove(&entry);
         entry.setTargetName(result.targetName.string());
         entry.setAttributedTargetName(std::move(result.targetName));
         entry.setAttributedTargetExtension(result.targetExtension);
