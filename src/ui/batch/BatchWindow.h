@@ -57,6 +57,7 @@ private:
     ApplicationCommands &m_application;
     const TDocumentServices m_services;
     StatusLine *m_status;
+    BatchMenus *m_menus = nullptr; ///< null while the window is being made
     BatchHost m_host;
     std::unique_ptr<TDocument> m_document;
     PaletteBar *m_palette;
@@ -64,5 +65,4 @@ private:
     FilePane *m_files;
     InspectorDock *m_inspector;
     EditorPopovers *m_editors;
-    BatchMenus *m_menus = nullptr; ///< null while the window is being made
 };
