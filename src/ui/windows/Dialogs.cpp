@@ -6,6 +6,7 @@
 
 #include <QApplication>
 
+#include <memory>
 #include <utility>
 
 using namespace Qt::StringLiterals;

@@ -23,7 +23,7 @@ namespace {
 
 constexpr int kCharacters = 60;
 constexpr int kShownRows = 10;
-constexpr int kBatch = 200;
+constexpr qsizetype kMostWrapped = 500;
 constexpr int kIconSize = 16;
 
 class LogModel : public QAbstractListModel
@@ -48,6 +48,9 @@ public:
             return ByteNames::withoutLoneSurrogates(entry.errDesc);
         case Qt::DecorationRole:
             return Icons::forLevel(entry.errClass);
+        case Qt::ToolTipRole:
+            return m_log.count() > kMostWrapped ? QVariant(ByteNames::forDisplay(entry.errDesc))
+                                                : QVariant();
         case Qt::AccessibleTextRole:
             return levelName(entry.errClass) + ": "_L1 + entry.errDesc;
         default:
@@ -85,15 +88,20 @@ QString summary(const TErrorLog &log)
     return parts.isEmpty() ? ErrorLogView::tr("Notes") : parts.join(", "_L1);
 }
 
-void copySelection(const QListView &list)
+/// The selected problems, or all of them when none is.
+void copy(const QListView &list)
 {
-    QModelIndexList rows = list.selectionModel()->selectedIndexes();
+    QList<int> rows;
+    for (const QModelIndex &index : list.selectionModel()->selectedIndexes())
+        rows += index.row();
     std::sort(rows.begin(), rows.end());
     QStringList lines;
-    for (const QModelIndex &row : rows)
-        lines += row.data(Qt::EditRole).toString();
-    if (!lines.isEmpty())
-        QApplication::clipboard()->setText(lines.join(u'\n'));
+    const qsizetype count = rows.isEmpty() ? list.model()->rowCount() : rows.size();
+    for (qsizetype i = 0; i < count; ++i) {
+        const int row = rows.isEmpty() ? static_cast<int>(i) : rows[i];
+        lines += list.model()->index(row, 0).data(Qt::EditRole).toString();
+    }
+    QApplication::clipboard()->setText(lines.join(u'\n'));
 }
 
 void offer(QListView *list, const QString &text, QKeySequence::StandardKey key,
@@ -108,7 +116,8 @@ void offer(QListView *list, const QString &text, QKeySequence::StandardKey key,
 
 } // namespace
 
-/// Rows are as high as their wrapped texts, so only those in view, and some more, are measured.
+/// The rows of a short list are as high as their wrapped texts; those of a long one have one line,
+/// since all would have to be measured first.
 class ErrorLogView::List : public QListView
 {
 public:
@@ -119,16 +128,16 @@ public:
         setItemDelegate(new RowDelegate(this));
         setModel(new LogModel(log, this));
         setSelectionMode(ExtendedSelection);
-        setWordWrap(true);
-        setTextElideMode(Qt::ElideNone);
+        const bool isShort = log.count() <= kMostWrapped;
+        setWordWrap(isShort);
+        setUniformItemSizes(!isShort);
+        setTextElideMode(isShort ? Qt::ElideNone : Qt::ElideMiddle);
         setIconSize({kIconSize, kIconSize});
         setResizeMode(Adjust);
-        setLayoutMode(Batched);
-        setBatchSize(kBatch);
         setVerticalScrollMode(ScrollPerPixel);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         setContextMenuPolicy(Qt::ActionsContextMenu);
-        offer(this, ErrorLogView::tr("Copy"), QKeySequence::Copy, [this] { copySelection(*this); });
+        offer(this, ErrorLogView::tr("Copy"), QKeySequence::Copy, [this] { copy(*this); });
         offer(this, ErrorLogView::tr("Select All"), QKeySequence::SelectAll,
               [this] { selectAll(); });
         setAccessibleName(ErrorLogView::tr("Problems"));

@@ -11,11 +11,13 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFormLayout>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -56,6 +58,10 @@ PreferencesWindow::PreferencesWindow(const UpdateCheck::Limits &limits, QWidget 
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(tr("Preferences"));
     auto *layout = SheetParts::column(this);
+    m_grid = new QGridLayout;
+    layout->addLayout(m_grid);
+    m_grid->setHorizontalSpacing(SheetParts::kWideGap);
+    m_grid->setVerticalSpacing(SheetParts::kGap);
     addGeneral();
     addDiagnostics();
     addUpdates();
@@ -67,24 +73,29 @@ PreferencesWindow::PreferencesWindow(const UpdateCheck::Limits &limits, QWidget 
     layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-QFormLayout *PreferencesWindow::addSection(const QString &title)
+void PreferencesWindow::addSection(const QString &title)
 {
-    auto *column = static_cast<QVBoxLayout *>(layout());
-    if (column->count() > 0)
-        column->addSpacing(SheetParts::kWideGap);
-    column->addWidget(SheetParts::title(title, this));
-    auto *form = new QFormLayout;
-    column->addLayout(form);
-    form->setHorizontalSpacing(SheetParts::kWideGap);
-    form->setVerticalSpacing(SheetParts::kGap);
-    form->setLabelAlignment(Qt::AlignLeading | Qt::AlignVCenter);
-    form->setFormAlignment(Qt::AlignLeading | Qt::AlignTop);
-    return form;
+    const int row = m_grid->rowCount();
+    if (row > 1)
+        m_grid->setRowMinimumHeight(row, SheetParts::kGap);
+    m_grid->addWidget(SheetParts::title(title, this), row + 1, 0, 1, 2);
+}
+
+void PreferencesWindow::addRow(const QString &label, QWidget *control)
+{
+    const int row = m_grid->rowCount();
+    if (!label.isEmpty()) {
+        auto *text = new QLabel(label, this);
+        text->setBuddy(control);
+        m_grid->addWidget(text, row, 0, Qt::AlignVCenter);
+    }
+    const bool isField = qobject_cast<QLineEdit *>(control) || qobject_cast<QComboBox *>(control);
+    m_grid->addWidget(control, row, 1, isField ? Qt::Alignment() : Qt::AlignLeading);
 }
 
 void PreferencesWindow::addGeneral()
 {
-    QFormLayout *form = addSection(tr("General"));
+    addSection(tr("General"));
     QComboBox *language = makePopUp(tr("Language"), this);
     language->addItem(tr("System language"), QString());
     const QStringList codes = Translations::available();
@@ -94,7 +105,7 @@ void PreferencesWindow::addGeneral()
     language->setToolTip(tr("Takes effect when Tavrin is started the next time"));
     connect(language, &QComboBox::activated, this,
             [language] { UiSettings::setLanguage(language->currentData().toString()); });
-    form->addRow(tr("&Language"), language);
+    addRow(tr("&Language"), language);
 
     m_appearance = makePopUp(tr("Appearance"), this);
     m_appearance->addItem(tr("As the desktop"), static_cast<int>(Theme::Scheme::Desktop));
@@ -105,12 +116,12 @@ void PreferencesWindow::addGeneral()
         UserDefaults::setValue(kAppearance, scheme);
         Theme::apply(static_cast<Theme::Scheme>(scheme));
     });
-    form->addRow(tr("&Appearance"), m_appearance);
+    addRow(tr("&Appearance"), m_appearance);
 }
 
 void PreferencesWindow::addDiagnostics()
 {
-    QFormLayout *form = addSection(tr("Diagnostics"));
+    addSection(tr("Diagnostics"));
     m_logLevel = makePopUp(tr("Messages"), this);
     m_logLevel->addItem(tr("Everything"), kEverything);
     m_logLevel->addItem(tr("Warnings and errors"), kWarnings);
@@ -118,25 +129,25 @@ void PreferencesWindow::addDiagnostics()
     m_logLevel->setToolTip(tr("What Tavrin writes to the system's log"));
     connect(m_logLevel, &QComboBox::activated, this,
             [this] { setLogLevel(m_logLevel->currentData().toInt()); });
-    form->addRow(tr("&Messages"), m_logLevel);
+    addRow(tr("&Messages"), m_logLevel);
 }
 
 void PreferencesWindow::addUpdates()
 {
-    QFormLayout *form = addSection(tr("Updates"));
+    addSection(tr("Updates"));
     m_feed = new QLineEdit(UiSettings::updateFeed().toDisplayString(), this);
     m_feed->setPlaceholderText(u"https://"_s);
     m_feed->setAccessibleName(tr("Address of the update feed"));
     m_feed->setMinimumWidth(SheetParts::widthOf(m_feed, kFeedCharacters));
-    form->addRow(tr("&Feed"), m_feed);
+    addRow(tr("&Feed"), m_feed);
     auto *atStart = new QCheckBox(tr("Look for a new version at &start, once a day"), this);
     atStart->setChecked(UiSettings::looksForUpdates());
-    form->addRow(QString(), atStart);
+    addRow({}, atStart);
     m_checkNow = new QPushButton(tr("Check &Now"), this);
     m_checkNow->setAutoDefault(false);
-    form->addRow(QString(), m_checkNow);
+    addRow({}, m_checkNow);
     m_found = SheetParts::muted(UpdateNotice::noFeed(), this);
-    static_cast<QVBoxLayout *>(layout())->addWidget(m_found);
+    m_grid->addWidget(m_found, m_grid->rowCount(), 0, 1, 2);
 
     const auto enable = [this, atStart] {
         const bool hasFeed = !m_feed->text().trimmed().isEmpty();

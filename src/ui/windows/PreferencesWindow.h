@@ -6,7 +6,7 @@
 #include <QDialog>
 
 class QComboBox;
-class QFormLayout;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -27,13 +27,16 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    QFormLayout *addSection(const QString &title);
+    void addSection(const QString &title);
+    /// A control with its label; without one, below the control of the row before.
+    void addRow(const QString &label, QWidget *control);
     void addGeneral();
     void addDiagnostics();
     void addUpdates();
     void checkNow();
     bool takeFeed();
 
+    QGridLayout *m_grid = nullptr;
     QComboBox *m_appearance = nullptr;
     QComboBox *m_logLevel = nullptr;
     QLineEdit *m_feed = nullptr;

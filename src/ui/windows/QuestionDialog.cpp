@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include <memory>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -16,7 +17,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kIconSize = 48;
-constexpr qsizetype kMostText = 2000;
+constexpr qsizetype kMostTitle = 120;
+constexpr qsizetype kMostText = 700;
+constexpr qsizetype kMostNote = 300;
 
 /// Button texts are words, not mnemonics.
 QString buttonText(QString text)
@@ -24,11 +27,10 @@ QString buttonText(QString text)
     return text.replace(u'&', "&&"_L1);
 }
 
-QString shortened(const QString &text)
+/// So that the buttons stay on the smallest screen.
+QString shortened(const QString &text, qsizetype most)
 {
-    return text.size() <= kMostText
-               ? text
-               : text.first(kMostText / 2) + u"\n\u2026\n"_s + text.last(kMostText / 2);
+    return text.size() <= most ? text : text.first(most / 2) + u'\u2026' + text.last(most / 2);
 }
 
 QLabel *makeIcon(TDialogHost::Form form, QWidget *parent)
@@ -71,11 +73,11 @@ QLayout *QuestionDialog::makeTexts(const TDialogHost::Question &question)
 {
     auto texts = std::make_unique<QVBoxLayout>();
     texts->setSpacing(SheetParts::kGap);
-    texts->addWidget(SheetParts::title(shortened(question.title), this));
-    texts->addWidget(SheetParts::text(shortened(question.text), this));
+    texts->addWidget(SheetParts::title(shortened(question.title, kMostTitle), this));
+    texts->addWidget(SheetParts::text(shortened(question.text, kMostText), this));
     if (!question.note.isEmpty()) {
         texts->addSpacing(SheetParts::kGap);
-        texts->addWidget(SheetParts::muted(shortened(question.note), this));
+        texts->addWidget(SheetParts::muted(shortened(question.note, kMostNote), this));
     }
     texts->addStretch();
     return texts.release(); // the layout's that it is added to

@@ -18,6 +18,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 using Controller = TDoRollBackWindowController;

@@ -8,6 +8,8 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 
+#include <memory>
+
 namespace {
 
 constexpr double kTitleScale = 1.18;

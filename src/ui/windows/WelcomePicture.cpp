@@ -78,7 +78,7 @@ void paintDrop(const Canvas &canvas, const QRect &rect)
 void paintTiles(const Canvas &canvas, const QRect &rect)
 {
     const int y = rect.center().y() - 2;
-    int x = canvas.tile({rect.left() + 8, y}, 48, "date"_L1, kTeal);
+    int x = canvas.tile({rect.left() + 18, y}, 48, "date"_L1, kTeal);
     x = canvas.tile({x, y}, 48, "text"_L1, kGreen);
     canvas.tile({x + 14, y - 26}, 48, "counter"_L1, kGrey);
     canvas.pointer(QPointF(x + 46, y + 4));
@@ -87,14 +87,16 @@ void paintTiles(const Canvas &canvas, const QRect &rect)
 void paintNames(const Canvas &canvas, const QRect &rect)
 {
     constexpr int kRow = 30;
+    constexpr int kText = 28; ///< from the tick to the name
     const std::array names{u"Rome 001.jpg"_s, u"Rome 002.jpg"_s, u"Rome 003.jpg"_s};
     const QFontMetrics metrics = canvas.painter.fontMetrics();
+    const int left = rect.center().x() - (kText + metrics.horizontalAdvance(names[0])) / 2;
     int y = rect.center().y() - kRow * 3 / 2;
     for (const QString &name : names) {
-        canvas.drawing("tick"_L1, {rect.left() + 4, y + 7}, 16, canvas.colors.good);
+        canvas.drawing("tick"_L1, {left, y + 7}, 16, canvas.colors.good);
         const QString start = name.left(4);
         const QString number = name.mid(4, 4);
-        int x = rect.left() + 32;
+        int x = left + kText;
         const auto part = [&](const QString &text, QRgb color) {
             const int width = metrics.horizontalAdvance(text) + 4;
             const QRect box(x, y + 5, width, kRow - 10);

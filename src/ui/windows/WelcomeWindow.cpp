@@ -11,6 +11,7 @@
 #include <QPushButton>
 
 #include <array>
+#include <memory>
 
 namespace {
 
