@@ -16,7 +16,7 @@
 ///   prefSize             "8"
 ///   version              version of the preferences, "1"
 ///   firstrun             "true" until the first-run dialog was shown
-///   runCount             a counter for a rating reminder; written as it was read
+///   runCount             starts of the program with its window, for a rating reminder
 ///   hasRated             "true" once the user rated the program
 ///   SUHasLaunchedBefore  "true"; tells an update component that this is not the first start
 ///   SUEnableAutomaticChecks  "false"; keeps automatic update checks off
