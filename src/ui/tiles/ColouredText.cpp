@@ -151,11 +151,7 @@ void ColouredText::paint(QPainter &painter, const QRectF &place, const QFont &fo
     layout.endLayout();
 
     const bool isRight = alignment.testFlag(Qt::AlignRight);
-    // A line of a right-to-left text starts at the right end of its width.
-    const qreal natural = line.naturalTextWidth();
-    const bool startsRight = layout.text().isRightToLeft();
-    const qreal inset = startsRight ? place.width() - natural : 0;
-    const qreal left = (isRight ? place.right() - natural : place.left()) - inset;
+    const qreal left = isRight ? place.right() - line.naturalTextWidth() : place.left();
     const QPointF origin(left, place.top() + (place.height() - line.height()) / 2);
 
     painter.save();

@@ -50,7 +50,7 @@ PaletteBar::PaletteBar(QWidget *parent)
     : QWidget(parent)
     , m_label(new QLabel(tr("Name elements"), this))
 {
-    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
     setAccessibleName(m_label->text());
@@ -84,7 +84,7 @@ int PaletteBar::labelWidth() const
     return m_label->sizeHint().width() + kLabelGap;
 }
 
-FlowPlan PaletteBar::plan(int width) const
+FlowPlan PaletteBar::planBeside(int indent, int width) const
 {
     std::vector<FlowPlan::Item> items;
     items.reserve(m_tiles.size());
@@ -95,12 +95,22 @@ FlowPlan PaletteBar::plan(int width) const
         height = std::max(height, size.height());
     }
     return FlowPlan::of(
-        items, {std::max(width - labelWidth(), 1), height, kSpacing, kSpacing, layoutDirection()});
+        items, {std::max(width - indent, 1), height, kSpacing, kSpacing, layoutDirection()});
+}
+
+/// The label gives way where it would cost a line.
+PaletteBar::Plan PaletteBar::plan(int width) const
+{
+    FlowPlan beside = planBeside(labelWidth(), width);
+    FlowPlan alone = planBeside(0, width);
+    if (alone.height < beside.height)
+        return {std::move(alone), false};
+    return {std::move(beside), true};
 }
 
 int PaletteBar::heightForWidth(int width) const
 {
-    return plan(width).height;
+    return plan(width).tiles.height;
 }
 
 QSize PaletteBar::sizeHint() const
@@ -121,12 +131,14 @@ QSize PaletteBar::minimumSizeHint() const
 
 void PaletteBar::place()
 {
-    const FlowPlan flow = plan(width());
-    const int indent = layoutDirection() == Qt::RightToLeft ? 0 : labelWidth();
+    const Plan flow = plan(width());
+    const bool isIndented = flow.hasLabel && layoutDirection() == Qt::LeftToRight;
+    const int indent = isIndented ? labelWidth() : 0;
     for (std::size_t i = 0; i < m_tiles.size(); ++i)
-        m_tiles[i]->setGeometry(flow.places[i].translated(indent, 0));
-    const QRect label(0, 0, m_label->sizeHint().width(), flow.places.front().height());
+        m_tiles[i]->setGeometry(flow.tiles.places[i].translated(indent, 0));
+    const QRect label(0, 0, m_label->sizeHint().width(), flow.tiles.places.front().height());
     m_label->setGeometry(QStyle::visualRect(layoutDirection(), rect(), label));
+    m_label->setVisible(flow.hasLabel);
 }
 
 void PaletteBar::resizeEvent(QResizeEvent *)

@@ -33,10 +33,17 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    struct Plan
+    {
+        FlowPlan tiles;
+        bool hasLabel = true;
+    };
+
     void addTile(const QString &identifier, const QString &toolTip);
     void setTabStop(PaletteTile *tile);
     int labelWidth() const;
-    FlowPlan plan(int width) const;
+    FlowPlan planBeside(int indent, int width) const;
+    Plan plan(int width) const;
     void place();
     void colorLabel();
 

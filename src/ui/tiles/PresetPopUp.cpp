@@ -13,7 +13,7 @@
 namespace {
 
 /// Room for the title in any language.
-constexpr int kLeastCharacters = 12;
+constexpr int kLeastCharacters = 8;
 /// Longer names are cut in the list.
 constexpr int kMostCharacters = 48;
 constexpr int kListMargin = 40; ///< for the scroll bar and around the names

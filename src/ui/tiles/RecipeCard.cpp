@@ -11,17 +11,22 @@
 #include "ui/tiles/SampleLine.h"
 
 #include <QEvent>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
 constexpr int kSideMargin = 16;
 constexpr int kMargin = 8;
 constexpr int kSpacing = 12;
+constexpr int kTilesColumn = 2;
+constexpr int kColumns = 4;
+/// So many must have room beside the preset pop-up, else the tiles go below it.
+constexpr int kLeastCharacters = 48;
 
 QLabel *makeLabel(const QString &text, QWidget *parent)
 {
@@ -45,20 +50,22 @@ public:
         , scroll(new RecipeScroll(strip, &card))
         , extension(new ExtensionTile(batch, &card))
         , sample(new SampleLine(batch, &card))
+        , grid(new QGridLayout)
         , presetColumn(new QVBoxLayout)
     {
         auto *lines = new QVBoxLayout(&card);
         lines->setContentsMargins(kSideMargin, kMargin, kSideMargin, 0);
         lines->setSpacing(kMargin);
-        auto *tiles = new QHBoxLayout;
-        tiles->setSpacing(kSpacing);
+        grid->setHorizontalSpacing(kSpacing);
+        grid->setVerticalSpacing(kMargin);
+        grid->setColumnStretch(kTilesColumn, 1);
         presetColumn->addWidget(presets);
         presetColumn->addStretch();
-        tiles->addWidget(label, 0, Qt::AlignTop);
-        tiles->addLayout(presetColumn);
-        tiles->addWidget(scroll, 1);
-        tiles->addWidget(extension, 0, Qt::AlignTop);
-        lines->addLayout(tiles);
+        grid->addWidget(label, 0, 0, Qt::AlignTop);
+        grid->addLayout(presetColumn, 0, 1);
+        grid->addWidget(scroll, 0, kTilesColumn);
+        grid->addWidget(extension, 0, kColumns - 1, Qt::AlignTop);
+        lines->addLayout(grid);
         lines->addWidget(sample);
         lines->addStretch();
         fitToFirstLine();
@@ -73,6 +80,22 @@ public:
         presetColumn->setContentsMargins(0, above, 0, 0);
     }
 
+    /// Where it is narrow, the tiles have a line of their own.
+    void fitToWidth(int width)
+    {
+        const int beside =
+            label->sizeHint().width() + presets->sizeHint().width() + extension->sizeHint().width();
+        const int room = width - 2 * kSideMargin - (kColumns - 1) * kSpacing - beside;
+        const bool narrow = room < strip->fontMetrics().averageCharWidth() * kLeastCharacters;
+        if (std::exchange(isNarrow, narrow) == narrow)
+            return;
+        grid->removeWidget(scroll);
+        if (isNarrow)
+            grid->addWidget(scroll, 1, 0, 1, kColumns);
+        else
+            grid->addWidget(scroll, 0, kTilesColumn);
+    }
+
     TDocument &document;
     QLabel *label;
     PresetPopUp *presets;
@@ -80,7 +103,9 @@ public:
     RecipeScroll *scroll;
     ExtensionTile *extension;
     SampleLine *sample;
-    QVBoxLayout *presetColumn; ///< the layout's
+    QGridLayout *grid;
+    QVBoxLayout *presetColumn;
+    bool isNarrow = false;
 };
 
 RecipeCard::RecipeCard(TDocument &document, Notifications &notifications, QWidget *parent)
@@ -161,4 +186,10 @@ void RecipeCard::changeEvent(QEvent *event)
         return;
     if (m_private)
         m_private->fitToFirstLine();
+}
+
+void RecipeCard::resizeEvent(QResizeEvent *event)
+{
+    Card::resizeEvent(event);
+    m_private->fitToWidth(width());
 }

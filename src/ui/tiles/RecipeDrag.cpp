@@ -2,6 +2,7 @@
 #include "ui/tiles/RecipeDrag.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDrag>
 #include <QDropEvent>
 #include <QPainter>
@@ -50,6 +51,14 @@ private:
     bool m_acceptedDrops;
     bool m_hasDrop = false;
 };
+
+/// A drag that Escape ends leaves the button down; one that ends within the window may have been
+/// too quick for its answers.
+bool isReleasedBeyond(const QWidget &window)
+{
+    return !(QGuiApplication::mouseButtons() & Qt::LeftButton) &&
+           !window.frameGeometry().contains(QCursor::pos());
+}
 
 } // namespace
 
@@ -102,11 +111,10 @@ bool run(std::unique_ptr<QMimeData> data, const Picture &picture, Purpose purpos
         drag->exec(Qt::CopyAction);
         return false;
     }
-    Outside outside(*recipe.window());
+    const QPointer<QWidget> window(recipe.window());
+    Outside outside(*window);
     const Qt::DropAction done = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
-    // A drag that Escape ends leaves the button down.
-    const bool isReleased = !(QGuiApplication::mouseButtons() & Qt::LeftButton);
-    return outside.hasDrop() || (done == Qt::IgnoreAction && isReleased);
+    return outside.hasDrop() || (done == Qt::IgnoreAction && window && isReleasedBeyond(*window));
 }
 
 } // namespace RecipeDrag

@@ -36,7 +36,7 @@ void RecipeScroll::fit()
 
 void RecipeScroll::reveal(const QRect &place)
 {
-    ensureVisible(place.center().x(), place.center().y(), 0, place.height() / 2);
+    ensureVisible(place.center().x(), place.center().y(), 0, place.height() / 2 + 1);
 }
 
 QSize RecipeScroll::sizeHint() const

@@ -214,7 +214,7 @@ void RecipeStrip::mouseMoveEvent(QMouseEvent *event)
         return;
     m_selectsOnRelease = false;
     if (event->modifiers().testFlag(Qt::ControlModifier))
-        m_commands.startCopy(m_pressed, tile);
+        m_commands.startCopy(std::exchange(m_pressed, nullptr), tile);
     else
         startMoveDrag();
 }

@@ -23,6 +23,7 @@ constexpr qreal kKnob = 5.5;    ///< radius
 constexpr qreal kNotch = 7.5;   ///< radius: the knob and a seam around it
 constexpr qreal kKnobOut = 1.5; ///< how far the middle of a knob is from the body
 constexpr int kTextCharacters = 30;
+constexpr int kSlack = 1; ///< what a text that just fits is elided without
 constexpr qreal kFaded = 0.4;
 
 /// From one side of a circle to the other, past its middle at the given distance from a straight.
@@ -75,12 +76,12 @@ int TileDrawing::height(const QFontMetrics &metrics, bool interlocks)
 
 QSize TileDrawing::size(const QFont &font) const
 {
-    const QFontMetrics metrics(font);
-    const int widest = metrics.averageCharWidth() * kTextCharacters;
-    const int textWidth = std::min(metrics.horizontalAdvance(text), widest);
+    const QFontMetricsF metrics(font);
+    const qreal widest = metrics.averageCharWidth() * kTextCharacters;
+    const int textWidth = qCeil(std::min(metrics.horizontalAdvance(text), widest)) + kSlack;
     const int end = interlocks ? kOverhang : kInset;
     return {kInset + kLeftPadding + kIcon + kIconGap + textWidth + kRightPadding + end,
-            height(metrics, interlocks)};
+            height(QFontMetrics(font), interlocks)};
 }
 
 QRectF TileDrawing::body(const QRect &place) const

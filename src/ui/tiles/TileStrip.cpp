@@ -71,8 +71,8 @@ void TileStrip::followRules()
     takeOverTiles(rules);
     m_selection.setRules(rules);
     m_insertionMark->raise();
-    chainTabs();
     showMarks();
+    chainTabs();
     updateGeometry();
     place();
     setUpdatesEnabled(true);
@@ -97,7 +97,7 @@ void TileStrip::ruleChanged(const TRulePtr &rule)
 /// New tiles come last among the window's widgets, but not for the tabulator.
 void TileStrip::chainTabs()
 {
-    QWidget *before = this;
+    QWidget *before = m_dropPlace;
     for (RuleTile *tile : m_tiles) {
         if (before->nextInFocusChain() != tile)
             setTabOrder(before, tile);
@@ -129,7 +129,7 @@ void TileStrip::showMarks()
         tile.setFocusPolicy(static_cast<qsizetype>(i) == current ? Qt::StrongFocus
                                                                  : Qt::ClickFocus);
     }
-    m_dropPlace->setFocusPolicy(m_tiles.empty() ? Qt::StrongFocus : Qt::NoFocus);
+    m_dropPlace->setFocusPolicy(m_tiles.empty() ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
 void TileStrip::setActive(bool isActive)
@@ -175,8 +175,7 @@ FlowPlan TileStrip::plan(int width) const
         const int wish = tile->sizeHint().width();
         items.push_back({wish, wish});
     }
-    items.push_back({m_tiles.empty() ? width : m_dropPlace->sizeHint().width() + kMarkWidth,
-                     DropPlace::leastWidth()});
+    items.push_back({m_tiles.empty() ? width : m_dropPlace->sizeHint().width(), 1});
     return FlowPlan::of(items, {std::max(width, 1), lineHeight(), -TileDrawing::kOverlap,
                                 kLineSpacing, layoutDirection()});
 }
@@ -186,7 +185,10 @@ void TileStrip::place()
     const FlowPlan flow = plan(width());
     for (std::size_t i = 0; i < m_tiles.size(); ++i)
         m_tiles[i]->setGeometry(flow.places[i]);
+    // Takes what is left of the last line, but no line of its own.
     m_dropPlace->setGeometry(flow.places.back());
+    m_dropPlace->setVisible(m_tiles.empty() ||
+                            flow.places.back().width() >= DropPlace::leastWidth());
 }
 
 QSize TileStrip::sizeHint() const
@@ -199,7 +201,7 @@ QSize TileStrip::sizeHint() const
 
 QSize TileStrip::minimumSizeHint() const
 {
-    return {m_dropPlace->sizeHint().width(), lineHeight()};
+    return {DropPlace::leastWidth(), lineHeight()};
 }
 
 qsizetype TileStrip::placeAt(const QPoint &position) const
@@ -245,23 +247,25 @@ qsizetype TileStrip::insertionPlaceAt(const QPoint &position) const
     return place;
 }
 
-/// Before its tile; past the last tile, before the place for more.
+/// Before its tile; past the last one, after that.
 QRect TileStrip::insertionRect(qsizetype place) const
 {
-    const QRect next = place < static_cast<qsizetype>(m_tiles.size())
-                           ? m_tiles[static_cast<std::size_t>(place)]->geometry()
-                           : m_dropPlace->geometry();
-    const QRect mark(next.left() - kMarkWidth / 2, next.top(), kMarkWidth, next.height());
-    if (layoutDirection() == Qt::RightToLeft)
-        return mark.translated(next.width(), 0);
-    return mark.translated(std::max(0, -mark.left()), 0);
+    const bool isMirrored = layoutDirection() == Qt::RightToLeft;
+    const bool isEnd = place >= static_cast<qsizetype>(m_tiles.size());
+    const QRect tile =
+        (isEnd ? m_tiles.back() : m_tiles[static_cast<std::size_t>(place)])->geometry();
+    const int fromEnd = TileDrawing::kOverlap / 2 + kMarkWidth;
+    const int x = isEnd ? tile.width() - fromEnd : 0;
+    const int left = isMirrored ? tile.right() + 1 - x - kMarkWidth : tile.left() + x;
+    return {left, tile.top(), kMarkWidth, tile.height()};
 }
 
 void TileStrip::showInsertion(qsizetype place)
 {
-    m_insertionMark->setVisible(place >= 0 && !m_tiles.empty());
+    const bool isShown = place >= 0 && !m_tiles.empty();
     m_dropPlace->setInviting(place == static_cast<qsizetype>(m_tiles.size()));
-    if (place >= 0)
+    m_insertionMark->setVisible(isShown);
+    if (isShown)
         m_insertionMark->setGeometry(insertionRect(place));
 }
 
