@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -20,6 +21,13 @@ public:
         static constexpr qint64 kStepsPerName = 2'000; ///< about 0.25 s in all
         qint64 steps = kStepsPerName;
         bool exceeded = false;
+
+        /// For the next name of a pass over a batch: half of it for every name that has exceeded
+        /// its own, so that a pattern that takes too long for thousands of names ends soon, too.
+        static Budget after(int exceededNames)
+        {
+            return {.steps = std::max(qint64{1}, kStepsPerName >> std::min(exceededNames, 60))};
+        }
     };
 
     /// A piece of a text.

@@ -80,9 +80,11 @@ QString TExtensionHandler::processWithFileObject(TFileObject &file, TErrorLog *e
     default:
         return file.extension();
     }
-    RegexReplacer::Budget budget;
+    compileChangedPattern();
+    RegexReplacer::Budget budget = RegexReplacer::Budget::after(m_exceededNames);
     const QString extension = rewrite(textForRegEx(file), budget);
     if (budget.exceeded) {
+        ++m_exceededNames;
         dict.tookTooLong = true;
         file.logErrorType(TErrorTypes::kCritical, RegexReplacer::kTookTooLong.toString(), errorLog);
     }
@@ -129,10 +131,17 @@ QString TExtensionHandler::textForRegEx(const TFileObject &file) const
     }
 }
 
+void TExtensionHandler::compileChangedPattern()
+{
+    if (m_compiled.pattern() == m_regEx && m_compiled.replacement() == m_rePattern)
+        return;
+    m_compiled = RegexReplacer(m_regEx, m_rePattern);
+    m_exceededNames = 0;
+}
+
 QString TExtensionHandler::rewrite(const QString &text, RegexReplacer::Budget &budget)
 {
-    if (m_compiled.pattern() != m_regEx || m_compiled.replacement() != m_rePattern)
-        m_compiled = RegexReplacer(m_regEx, m_rePattern);
+    compileChangedPattern();
     const QString result = m_compiled.replaceAll(text, budget);
     return result.isNull() ? u""_s : result;
 }

@@ -73,6 +73,7 @@ public:
 
 private:
     QString textForRegEx(const TFileObject &file) const;
+    void compileChangedPattern();
     QString rewrite(const QString &text, RegexReplacer::Budget &budget);
 
     qint64 m_handlingMethod = kUnchanged;
@@ -84,5 +85,6 @@ private:
     QString m_regEx;
     qint64 m_regAccess = kExtension;
     QString m_rePattern;
+    int m_exceededNames = 0;  ///< by the pattern compiled
     RegexReplacer m_compiled; ///< made anew at the first use after a change
 };

@@ -52,10 +52,11 @@ QString TRegExRule::processWithFileObject(TFileObject &file, TErrorLog *errorLog
         return kNoPairs.toString();
     compileChangedPairs();
     QString text = m_source == 0 ? file.fileName() : dict.result;
-    RegexReplacer::Budget budget;
+    RegexReplacer::Budget budget = RegexReplacer::Budget::after(m_exceededNames);
     for (const RegexReplacer &replacer : m_compiled)
         text = replacer.replaceAll(text, budget);
     if (budget.exceeded) {
+        ++m_exceededNames;
         dict.tookTooLong = true;
         file.logErrorType(TErrorTypes::kCritical, RegexReplacer::kTookTooLong.toString(), errorLog);
     }
@@ -76,8 +77,10 @@ void TRegExRule::compileChangedPairs()
     for (std::size_t i = 0; i < m_compiled.size(); ++i) {
         const TRegExMatchReplace &pair = *(*m_regArray)[i];
         RegexReplacer &compiled = m_compiled[i];
-        if (compiled.pattern() != pair.match || compiled.replacement() != pair.replace)
-            compiled = RegexReplacer(pair.match, pair.replace);
+        if (compiled.pattern() == pair.match && compiled.replacement() == pair.replace)
+            continue;
+        compiled = RegexReplacer(pair.match, pair.replace);
+        m_exceededNames = 0;
     }
 }
 

@@ -20,6 +20,7 @@ public:
     explicit TRegExRule(Decoding);
     static std::shared_ptr<TRegExRule> decoding();
 
+    void prepareToStart() override { m_exceededNames = 0; }
     /// The rewritten text, "" after a pair that failed, "???RegEx???" without pairs. Patterns that
     /// exceed the name's budget give "", set dict.tookTooLong and report level 2.
     QString processWithFileObject(TFileObject &file, TErrorLog *errorLog, TRuleDict &dict) override;
@@ -52,5 +53,6 @@ private:
     TRegExPairsPtr m_regArray;
     qint64 m_source = 0;
     qint64 m_replaceAll = 0;
+    int m_exceededNames = 0;               ///< since the start of the pass
     std::vector<RegexReplacer> m_compiled; ///< one a pair, made when a pair is new or changed
 };
