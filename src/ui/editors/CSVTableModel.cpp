@@ -114,7 +114,7 @@ QVariant CSVTableModel::headerData(int section, Qt::Orientation orientation, int
     case Qt::DisplayRole:
         return QString::number(section + 1);
     case Qt::TextAlignmentRole:
-        return QVariant(Qt::AlignTrailing | Qt::AlignVCenter);
+        return QVariant(Qt::AlignCenter);
     default:
         return {};
     }

@@ -5,9 +5,14 @@
 
 #include <QHeaderView>
 
+#include <algorithm>
+
 namespace {
 
-constexpr int kColumnCharacters = 16;
+constexpr int kColumnCharacters = 20; ///< at most
+constexpr int kFittedColumns = 100;   ///< those behind them have the usual width
+constexpr int kFittedRows = 30;
+constexpr int kAroundText = 16;
 constexpr int kWidth = 58; ///< in average characters
 constexpr int kLeastRows = 3;
 
@@ -32,7 +37,11 @@ CSVTableView::CSVTableView(CSVTableModel *model, QWidget *parent)
             [this](const QModelIndex &cell) { Q_EMIT columnChosen(cell.column()); });
     connect(this, &QAbstractItemView::activated, this,
             [this](const QModelIndex &cell) { Q_EMIT columnChosen(cell.column()); });
-    connect(model, &QAbstractItemModel::modelReset, this, &CSVTableView::markChosen);
+    connect(model, &QAbstractItemModel::modelReset, this, [this] {
+        fitColumns();
+        markChosen();
+    });
+    connect(model, &QAbstractItemModel::headerDataChanged, this, &CSVTableView::fitColumns);
     connect(model, &QAbstractItemModel::rowsInserted, this, &CSVTableView::markChosen);
 }
 
@@ -51,6 +60,23 @@ void CSVTableView::addHeaders()
     rows->setDefaultSectionSize(ListFrame::rowHeight(*this));
     rows->setHighlightSections(false);
     rows->setSectionsClickable(false);
+}
+
+/// By the first rows, so that it costs the same for every table.
+void CSVTableView::fitColumns()
+{
+    const QFontMetrics metrics = fontMetrics();
+    const int widest = kColumnCharacters * metrics.averageCharWidth();
+    const int columns = std::min(model()->columnCount(), kFittedColumns);
+    const int rows = std::min(model()->rowCount(), kFittedRows);
+    for (int column = 0; column < columns; ++column) {
+        int wanted = horizontalHeader()->sectionSizeHint(column);
+        for (int row = 0; row < rows; ++row) {
+            const QString text = model()->index(row, column).data().toString();
+            wanted = std::max(wanted, metrics.horizontalAdvance(text) + kAroundText);
+        }
+        setColumnWidth(column, std::min(wanted, widest));
+    }
 }
 
 void CSVTableView::setChosenColumn(qint64 column)

@@ -22,6 +22,7 @@ Q_SIGNALS:
 
 private:
     void addHeaders();
+    void fitColumns();
     void markChosen();
 
     qint64 m_chosen = -1;

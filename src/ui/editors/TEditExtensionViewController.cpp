@@ -5,6 +5,32 @@
 #include "document/TRenameOperation.h"
 #include "ui/editors/ExtensionMapTable.h"
 
+#include <algorithm>
+
+namespace {
+
+bool beginsWithPeriod(const QString &extension)
+{
+    return extension.startsWith(u'.');
+}
+
+/// An extension of the method in use brings a period of its own, which people seldom mean.
+bool givesSecondPeriod(const TExtensionHandler &handler)
+{
+    const auto &pairs = handler.mapArray();
+    switch (handler.handlingMethod()) {
+    case TExtensionHandler::kReplace:
+        return beginsWithPeriod(handler.replacer());
+    case TExtensionHandler::kMap:
+        return std::ranges::any_of(pairs, beginsWithPeriod, &TExtensionMap::target) ||
+               std::ranges::any_of(pairs, beginsWithPeriod, &TExtensionMap::original);
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
 TEditExtensionViewController::TEditExtensionViewController(const EditorContext &context)
     : m_context(context)
     , m_form(*this, tr("Extension"), [this] { m_context.document.extensionHandlerEdited(); })
@@ -108,6 +134,9 @@ void TEditExtensionViewController::addRegExRows()
     m_problem = new EditorLabel({}, EditorLabel::Tone::Problem, this);
     m_problem->setWordWrap(true);
     m_form.addWide(m_problem);
+    m_periodHint = new EditorLabel(tr("Extensions are written without their period."),
+                                   EditorLabel::Tone::Muted, this);
+    m_form.addWide(m_periodHint);
 }
 
 void TEditExtensionViewController::reload()
@@ -127,6 +156,7 @@ void TEditExtensionViewController::showState()
                                 : QString();
     m_problem->setText(problem);
     m_problem->setVisible(!problem.isEmpty());
+    m_periodHint->setVisible(givesSecondPeriod(handler()));
     m_form.preview().setLines(previewLines());
 }
 

@@ -43,4 +43,5 @@ private:
     ExtensionMapTable *m_map = nullptr;
     QLineEdit *m_remainder = nullptr;
     EditorLabel *m_problem = nullptr;
+    EditorLabel *m_periodHint = nullptr;
 };

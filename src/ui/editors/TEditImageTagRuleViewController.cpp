@@ -3,7 +3,9 @@
 
 #include "metadata/EXIFSupport.h"
 #include "platform/TypeIdentifiers.h"
+#include "ui/controls/Theme.h"
 
+#include <QEvent>
 #include <QLineEdit>
 
 TEditImageTagRuleViewController::TEditImageTagRuleViewController(const TRulePtr &rule,
@@ -32,6 +34,32 @@ void TEditImageTagRuleViewController::addCategoryRow()
         m_category->setCurrentIndex(m_category->findText(rule.category()));
     });
     form().addRow(tr("Ca&tegory"), {m_category});
+}
+
+void TEditImageTagRuleViewController::refresh()
+{
+    TEditTagRuleViewController::refresh();
+    markCategories();
+}
+
+void TEditImageTagRuleViewController::changeEvent(QEvent *event)
+{
+    TEditTagRuleViewController::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && m_category != nullptr)
+        markCategories();
+}
+
+void TEditImageTagRuleViewController::markCategories()
+{
+    const std::shared_ptr<TFileObject> file = sampleFile();
+    const TMetadataPtr metadata = file ? file->imageProperties() : nullptr;
+    const QColor muted = ThemeColors::of(palette()).muted;
+    const QStringList keys = EXIFSupport::categories();
+    for (int i = 0; i < keys.size(); ++i) {
+        // The first one is the top level, which every image has.
+        const bool isMissing = metadata && i > 0 && !metadata->hasDictionary(keys.at(i));
+        m_category->setItemData(i, isMissing ? QVariant(muted) : QVariant(), Qt::ForegroundRole);
+    }
 }
 
 QStringList TEditImageTagRuleViewController::offeredTags() const

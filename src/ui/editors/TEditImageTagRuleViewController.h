@@ -6,7 +6,7 @@
 
 class QComboBox;
 
-/// Editor of the image rule: category, then tag.
+/// Editor of the image rule: category, then tag. Categories that the sample file lacks are dimmed.
 class TEditImageTagRuleViewController : public TEditTagRuleViewController
 {
     Q_OBJECT
@@ -15,6 +15,8 @@ public:
     TEditImageTagRuleViewController(const TRulePtr &rule, const EditorContext &context);
 
 protected:
+    void refresh() override;
+    void changeEvent(QEvent *event) override;
     QStringList offeredTags() const override;
     QString placeholder() const override;
     TMetadataPtr metadataOf(const TFileObject &file) const override;
@@ -24,6 +26,7 @@ protected:
 
 private:
     void addCategoryRow();
+    void markCategories();
 
     QComboBox *m_category = nullptr;
 };
