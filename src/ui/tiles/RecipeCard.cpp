@@ -123,6 +123,8 @@ RecipeCard::RecipeCard(TDocument &document, Notifications &notifications, QWidge
         parts.presets->setCanSave(!parts.document.ruleArray().empty());
     };
     connect(&document, &TDocument::rulesChanged, this, followRules);
+    connect(&document, &TDocument::extensionHandlerChanged, this,
+            [this] { m_private->fitToWidth(width()); });
     followRules();
 }
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/tiles/RecipeDrag.h"
 
+#include "ui/controls/Icons.h"
+#include "ui/controls/Theme.h"
+
 #include <QApplication>
 #include <QCursor>
 #include <QDrag>
@@ -15,6 +18,10 @@ namespace {
 
 constexpr std::size_t kTilesShown = 3;
 constexpr int kCountGap = 4;
+/// What the pointer shows where a drop deletes; no recipe offers it.
+constexpr Qt::DropAction kDeleting = Qt::LinkAction;
+constexpr int kPointer = 28;
+constexpr int kPointerIcon = 16;
 
 /// Takes what is dropped anywhere in a window but on a recipe, for as long as it lives.
 class Outside : public QObject
@@ -40,7 +47,7 @@ public:
         if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop)
             return false;
         auto *drop = static_cast<QDropEvent *>(event);
-        drop->setDropAction(Qt::MoveAction);
+        drop->setDropAction(kDeleting);
         drop->accept();
         m_hasDrop = m_hasDrop || type == QEvent::Drop;
         return true;
@@ -51,6 +58,26 @@ private:
     bool m_acceptedDrops;
     bool m_hasDrop = false;
 };
+
+/// A wastebasket on a card.
+QPixmap deletingPointer(const QWidget &recipe)
+{
+    const ThemeColors colors = ThemeColors::of(recipe.palette());
+    const qreal ratio = recipe.devicePixelRatioF();
+    QPixmap pointer((QSizeF(kPointer, kPointer) * ratio).toSize());
+    pointer.setDevicePixelRatio(ratio);
+    pointer.fill(Qt::transparent);
+    QPainter painter(&pointer);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colors.critical, 1));
+    painter.setBrush(colors.card);
+    painter.drawRoundedRect(QRectF(0.5, 0.5, kPointer - 1, kPointer - 1), Theme::kFieldRadius,
+                            Theme::kFieldRadius);
+    const int inset = (kPointer - kPointerIcon) / 2;
+    painter.drawPixmap(inset, inset,
+                       Icons::pixmap("trash"_L1, kPointerIcon, colors.critical, ratio));
+    return pointer;
+}
 
 /// A drag that Escape ends leaves the button down; one that ends within the window may have been
 /// too quick for its answers.
@@ -113,7 +140,9 @@ bool run(std::unique_ptr<QMimeData> data, const Picture &picture, Purpose purpos
     }
     const QPointer<QWidget> window(recipe.window());
     Outside outside(*window);
-    const Qt::DropAction done = drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
+    drag->setDragCursor(deletingPointer(recipe), kDeleting);
+    const Qt::DropAction done =
+        drag->exec(Qt::CopyAction | Qt::MoveAction | kDeleting, Qt::MoveAction);
     return outside.hasDrop() || (done == Qt::IgnoreAction && window && isReleasedBeyond(*window));
 }
 
