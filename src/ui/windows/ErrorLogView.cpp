@@ -155,6 +155,7 @@ public:
             height += itemDelegate()->sizeHint(option, model()->index(i, 0)).height();
         return {width, std::min(height, kShownRows * row)};
     }
+    QSize minimumSizeHint() const override { return {0, RowDelegate::rowHeight(fontMetrics())}; }
 };
 
 ErrorLogView::ErrorLogView(const TErrorLog &log, QWidget *parent)

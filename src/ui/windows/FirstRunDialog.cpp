@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/windows/FirstRunDialog.h"
 
-#include "ui/controls/Theme.h"
 #include "ui/windows/SheetParts.h"
 #include "ui/windows/SymbolLabel.h"
 

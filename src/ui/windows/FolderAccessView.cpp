@@ -26,7 +26,8 @@ constexpr int kStatus = 0;
 constexpr int kName = 1;
 constexpr int kGrant = 2;
 constexpr int kRowRoom = 16;
-constexpr QSize kSize{520, 360};
+constexpr int kCharacters = 75;
+constexpr int kLines = 26;
 
 } // namespace
 
@@ -170,7 +171,7 @@ FolderAccessView::FolderAccessView(TFolderAccessList &list, TDialogHost &host,
     layout->addSpacing(SheetParts::kGap);
     layout->addLayout(SheetParts::buttonRow({done}));
     table->setFocus();
-    resize(kSize);
+    resize(SheetParts::sizeOf(this, kCharacters, kLines));
 }
 
 void FolderAccessView::refresh()

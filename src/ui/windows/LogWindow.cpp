@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/windows/LogWindow.h"
 
-#include "ui/controls/Theme.h"
 #include "ui/windows/SheetParts.h"
 #include "ui/windows/WindowDialogHost.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QShortcut>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -19,10 +18,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kCharacters = 88;
-constexpr int kLines = 26;
+constexpr int kCharacters = 96;
+constexpr int kLines = 34;
 constexpr int kFindCharacters = 24;
-constexpr QSize kMostSize{960, 560};
+constexpr qsizetype kPortion = 1 << 20;
+constexpr qsizetype kLongestLine = 1 << 16;
 
 } // namespace
 
@@ -32,7 +32,8 @@ public:
     Private(std::shared_ptr<TLogWindowController> log, LogWindow *window);
 
 private:
-    QWidget *makeText(const QString &text);
+    QWidget *makeText();
+    void fill();
     QLayout *makeFoot();
     void addShortcuts();
     void find(QTextDocument::FindFlags flags, bool fromStart);
@@ -42,6 +43,8 @@ private:
     WindowDialogHost m_dialogs;
     QPlainTextEdit *m_text = nullptr;
     QLineEdit *m_find = nullptr;
+    QTimer m_filling;
+    qsizetype m_filled = 0;
 };
 
 LogWindow::Private::Private(std::shared_ptr<TLogWindowController> log, LogWindow *window)
@@ -51,28 +54,44 @@ LogWindow::Private::Private(std::shared_ptr<TLogWindowController> log, LogWindow
 {
     window->setWindowTitle(m_controller->title());
     auto *layout = SheetParts::column(window);
-    layout->addWidget(makeText(m_controller->text()), 1);
+    layout->addWidget(makeText(), 1);
     layout->addSpacing(SheetParts::kGap);
     layout->addLayout(makeFoot());
     addShortcuts();
     m_text->setFocus();
 }
 
-QWidget *LogWindow::Private::makeText(const QString &text)
+QWidget *LogWindow::Private::makeText()
 {
     m_text = new QPlainTextEdit(m_window);
     m_text->setReadOnly(true);
     m_text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_text->setUndoRedoEnabled(false);
+    m_text->setLayoutDirection(Qt::LeftToRight); // most of it are paths
     m_text->setFrameShape(QFrame::NoFrame);
     m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_text->setAccessibleName(tr("Rename log"));
-    m_text->setPlainText(text);
-    const QFontMetrics metrics = m_text->fontMetrics();
-    m_window->resize(QSize(metrics.averageCharWidth() * kCharacters, metrics.lineSpacing() * kLines)
-                         .boundedTo(kMostSize));
+    m_window->resize(SheetParts::sizeOf(m_text, kCharacters, kLines));
+    QObject::connect(&m_filling, &QTimer::timeout, m_window, [this] { fill(); });
+    m_filling.start(0);
+    fill();
     return SheetParts::framed(m_text, m_window);
+}
+
+/// Whole lines in portions, so that the log of a million files keeps nobody waiting.
+void LogWindow::Private::fill()
+{
+    const QString &text = m_controller->text();
+    qsizetype end = std::min(m_filled + kPortion, text.size());
+    if (end < text.size())
+        end = std::max(text.lastIndexOf(u'\n', end) + 1, end - kLongestLine);
+    QTextCursor cursor(m_text->document());
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertText(text.sliced(m_filled, end - m_filled));
+    m_filled = end;
+    if (m_filled == text.size())
+        m_filling.stop();
 }
 
 QLayout *LogWindow::Private::makeFoot()

@@ -14,7 +14,8 @@
 
 namespace {
 
-constexpr QSize kSize{560, 440};
+constexpr int kCharacters = 80;
+constexpr int kLines = 31;
 
 class LogsModel : public QAbstractListModel
 {
@@ -87,7 +88,7 @@ RollBackChooserWindow::RollBackChooserWindow(TRollBackWindowController &chooser,
     layout->addSpacing(SheetParts::kGap);
     layout->addLayout(SheetParts::buttonRow({cancel, choose}));
     list->setFocus();
-    resize(kSize);
+    resize(SheetParts::sizeOf(this, kCharacters, kLines));
 }
 
 /// The controller's owner takes the window away.

@@ -25,7 +25,8 @@ using Controller = TDoRollBackWindowController;
 
 namespace {
 
-constexpr QSize kSize{760, 520};
+constexpr int kCharacters = 110;
+constexpr int kLines = 37;
 constexpr int kStatusRoom = 32;
 constexpr int kHeaderHeight = 28;
 
@@ -86,7 +87,7 @@ RollBackWindow::RollBackWindow(Controller &runner, QWidget *parent)
     refreshSummary();
     refresh();
     m_table->setFocus();
-    resize(kSize);
+    resize(SheetParts::sizeOf(this, kCharacters, kLines));
 }
 
 void RollBackWindow::layOut()

@@ -16,7 +16,9 @@ namespace {
 
 constexpr int kIconSize = 16;
 constexpr int kDotSize = 10;
-constexpr int kRoom = 8;  ///< of a row beside its line of text
+constexpr int kRoom = 8; ///< of a row beside its line of text
+constexpr QChar kIsolate{0x2068};
+constexpr QChar kEndIsolate{0x2069};
 constexpr int kInset = 5; ///< of a cell's content from its sides
 
 QIcon dot(const QColor &color)
@@ -99,6 +101,9 @@ QSize RowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelInde
 void RowDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
+    // Names keep their own direction: "3.txt" must not read "txt.3" among right-to-left texts.
+    if (option->direction == Qt::RightToLeft && !option->text.isEmpty())
+        option->text = kIsolate + option->text + kEndIsolate;
     const ThemeColors colors = ThemeColors::of(option->palette);
     const auto ink = static_cast<TableCell::Ink>(index.data(kInkRole).toInt());
     option->palette.setColor(QPalette::Highlight, colors.selection);

@@ -14,7 +14,8 @@ namespace {
 
 constexpr double kTitleScale = 1.18;
 constexpr int kTextCharacters = 58;
-constexpr qsizetype kLongWord = 40;
+constexpr qsizetype kLongWord = 24;
+constexpr QSize kMostSize{984, 560};
 constexpr QChar kBreakHere{0x200B};
 
 QLabel *prepared(QLabel *label)
@@ -100,6 +101,12 @@ QHBoxLayout *buttonRow(std::initializer_list<QPushButton *> buttons)
 int widthOf(const QWidget *widget, int characters)
 {
     return widget->fontMetrics().averageCharWidth() * characters;
+}
+
+QSize sizeOf(const QWidget *widget, int characters, int lines)
+{
+    const QSize wanted(widthOf(widget, characters), widget->fontMetrics().height() * lines);
+    return wanted.boundedTo(kMostSize);
 }
 
 } // namespace SheetParts

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QSize>
 #include <QString>
 
 #include <initializer_list>
@@ -35,5 +36,7 @@ QWidget *framed(QWidget *view, QWidget *parent);
 QHBoxLayout *buttonRow(std::initializer_list<QPushButton *> buttons);
 /// Wide enough for about so many characters in the widget's font.
 int widthOf(const QWidget *widget, int characters);
+/// Room for about so many characters and lines, but within a screen of 1024 by 600.
+QSize sizeOf(const QWidget *widget, int characters, int lines);
 
 } // namespace SheetParts

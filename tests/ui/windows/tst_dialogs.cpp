@@ -251,6 +251,10 @@ void TestDialogs::log()
     QCOMPARE(tree.content(u"log.rtf"_s), TLogWindowController::rtf(text));
     QTest::keyClick(view, Qt::Key_Escape);
     QTRY_VERIFY(!window);
+
+    const QString longText = text.repeated(50'000); // comes in portions
+    const LogWindow longLog(std::make_shared<TLogWindowController>(QString(), longText, clock));
+    QTRY_VERIFY(longLog.findChild<QPlainTextEdit *>()->toPlainText() == longText);
 }
 
 void TestDialogs::problems()
