@@ -4,6 +4,7 @@
 #include "ui/controls/Theme.h"
 
 #include <QEvent>
+#include <QFontDatabase>
 
 EditorLabel::EditorLabel(const QString &text, Tone tone, QWidget *parent)
     : QLabel(text, parent)
@@ -17,6 +18,13 @@ EditorLabel::EditorLabel(const QString &text, Tone tone, QWidget *parent)
         setFont(bold);
     }
     takeColors();
+}
+
+QFont EditorLabel::codeFont(const QFont &like)
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPointSizeF(like.pointSizeF());
+    return font;
 }
 
 void EditorLabel::changeEvent(QEvent *event)

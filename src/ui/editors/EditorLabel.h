@@ -13,6 +13,9 @@ public:
 
     EditorLabel(const QString &text, Tone tone, QWidget *parent = nullptr);
 
+    /// The fixed-width font for patterns and the like, as large as the given one.
+    static QFont codeFont(const QFont &like);
+
 protected:
     void changeEvent(QEvent *event) override;
 

@@ -3,17 +3,19 @@
 
 #include "ui/editors/EditorLabel.h"
 
-#include <QFontDatabase>
 #include <QGridLayout>
 #include <QPushButton>
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kRows = 6;
+constexpr int kWidest = 640;
+constexpr int kFewestColumns = 2;
+constexpr int kMostColumns = 3;
 constexpr int kGap = 8;
 constexpr int kButtonFrame = 20;
 constexpr int kButtonLeading = 10;
@@ -44,9 +46,8 @@ constexpr std::array kSnippets{
     Snippet{"{2,4}"_L1, QT_TRANSLATE_NOOP("RegexCheatSheet", "two to four times")},
     Snippet{"()"_L1, QT_TRANSLATE_NOOP("RegexCheatSheet", "a group to reuse"), 1},
     Snippet{"(?i)"_L1, QT_TRANSLATE_NOOP("RegexCheatSheet", "capitals or not")},
-    Snippet{"$0"_L1, QT_TRANSLATE_NOOP("RegexCheatSheet", "in the replacement: all found"), 0,
-            true},
-    Snippet{"$1"_L1, QT_TRANSLATE_NOOP("RegexCheatSheet", "in the replacement: group 1"), 0, true},
+    Snippet{"$0"_L1, QT_TRANSLATE_NOOP("RegexCheatSheet", "replacement: all found"), 0, true},
+    Snippet{"$1"_L1, QT_TRANSLATE_NOOP("RegexCheatSheet", "replacement: group 1"), 0, true},
 };
 
 } // namespace
@@ -58,16 +59,25 @@ RegexCheatSheet::RegexCheatSheet(QWidget *parent)
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(kGap);
     grid->setVerticalSpacing(kRowGap);
+    const QFont code = EditorLabel::codeFont(font());
+    const int buttonWidth = QFontMetrics(code).horizontalAdvance(u"{2,4}"_s) + kButtonFrame;
+    int widest = 0;
+    for (const Snippet &snippet : kSnippets)
+        widest = std::max(widest, fontMetrics().horizontalAdvance(tr(snippet.meaning)));
+    const int columns =
+        std::clamp(kWidest / (buttonWidth + widest + 2 * kGap), kFewestColumns, kMostColumns);
+    const int rows = (static_cast<int>(kSnippets.size()) + columns - 1) / columns;
     int index = 0;
     for (const Snippet &snippet : kSnippets) {
-        const int row = index % kRows;
-        const int column = 2 * (index++ / kRows);
+        const int row = index % rows;
+        const int column = 2 * (index++ / rows);
         const QString text = snippet.text;
         const QString meaning = tr(snippet.meaning);
         auto *button = new QPushButton(text, this);
-        button->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+        button->setFont(code);
+        button->setLayoutDirection(Qt::LeftToRight);
         button->setAutoDefault(false);
-        button->setFixedWidth(button->fontMetrics().horizontalAdvance(u"{2,4}"_s) + kButtonFrame);
+        button->setFixedWidth(buttonWidth);
         button->setFixedHeight(button->fontMetrics().height() + kButtonLeading);
         button->setFocusPolicy(Qt::TabFocus); // a click leaves the cursor in its field
         button->setAccessibleName(meaning);
@@ -78,6 +88,6 @@ RegexCheatSheet::RegexCheatSheet(QWidget *parent)
         grid->addWidget(button, row, column);
         grid->addWidget(new EditorLabel(meaning, EditorLabel::Tone::Plain, this), row, column + 1);
     }
-    for (const int words : {1, 3, 5})
-        grid->setColumnStretch(words, 1);
+    for (int column = 0; column < columns; ++column)
+        grid->setColumnStretch(2 * column + 1, 1);
 }

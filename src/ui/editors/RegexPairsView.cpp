@@ -5,7 +5,6 @@
 #include "ui/editors/EditorLabel.h"
 
 #include <QEvent>
-#include <QFontDatabase>
 #include <QLineEdit>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -18,7 +17,9 @@ namespace {
 
 constexpr int kGap = 8;
 constexpr int kVisibleRows = 5;
+constexpr int kWidth = 440;
 constexpr QStringView kArrow = u"\u2192";
+constexpr QStringView kArrowToLeft = u"\u2190";
 
 } // namespace
 
@@ -103,7 +104,8 @@ RegexPairsView::Row RegexPairsView::makeRow()
     numberLabel->setMinimumWidth(fontMetrics().horizontalAdvance(u"00"_s));
     line->addWidget(numberLabel);
     line->addWidget(row.match, 3);
-    line->addWidget(new EditorLabel(kArrow.toString(), EditorLabel::Tone::Muted, body));
+    line->addWidget(new EditorLabel((isRightToLeft() ? kArrowToLeft : kArrow).toString(),
+                                    EditorLabel::Tone::Muted, body));
     line->addWidget(row.replace, 2);
     line->addWidget(remove);
     return row;
@@ -112,7 +114,8 @@ RegexPairsView::Row RegexPairsView::makeRow()
 QLineEdit *RegexPairsView::makeField(const QString &name, QWidget *body)
 {
     auto *field = new QLineEdit(body);
-    field->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    field->setFont(EditorLabel::codeFont(font()));
+    field->setLayoutDirection(Qt::LeftToRight); // patterns read that way in every language
     field->setAccessibleName(name);
     field->installEventFilter(this);
     connect(field, &QLineEdit::textEdited, this, &RegexPairsView::pairsEdited);
@@ -192,5 +195,5 @@ QSize RegexPairsView::sizeHint() const
         return {0, 0};
     const int rows = std::min(count(), kVisibleRows);
     const int height = m_rows.front().body->sizeHint().height();
-    return {0, rows * height + (rows - 1) * kGap};
+    return {kWidth, rows * height + (rows - 1) * kGap};
 }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kGap = 10;
 constexpr int kLeading = 4;
-constexpr int kTop = 4; ///< more room below the line above
+constexpr int kTop = 4;           ///< more room below the line above
 constexpr QChar kOpenBox(0x2423); ///< stands for a blank that would not be seen
 constexpr QStringView kArrow = u"\u2192";
 constexpr QStringView kArrowToLeft = u"\u2190";
@@ -113,8 +113,11 @@ void SamplePreview::paintLine(QPainter &painter, const Line &line, int top) cons
             QStyle::visualRect(layoutDirection(), rect(), {left, top, length + 1, lineHeight()});
         if (text == piece.text)
             paintMarks(painter, piece, place);
-        painter.setPen(piece.isResult && !piece.text.isEmpty() ? colors.ink : colors.muted);
-        painter.drawText(place, Qt::AlignCenter | Qt::TextSingleLine, text);
+        const bool isStrong = (piece.isResult && !piece.text.isEmpty()) || !piece.marks.isEmpty();
+        painter.setPen(isStrong ? colors.ink : colors.muted);
+        // Names read as they stand in the files, whatever the direction of the language.
+        const int direction = line.size() > 1 || piece.isResult ? Qt::TextForceLeftToRight : 0;
+        painter.drawText(place, Qt::AlignCenter | Qt::TextSingleLine | direction, text);
         left += length + kGap;
     }
 }

@@ -5,13 +5,11 @@
 #include "ui/editors/RuleSampler.h"
 
 #include <QHBoxLayout>
-#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kWidth = 440;
 constexpr int kGap = 8;
 constexpr std::size_t kExamples = 3;
 constexpr qint64 kSteps =
@@ -33,7 +31,6 @@ TEditRegExRuleViewController::TEditRegExRuleViewController(const TRulePtr &rule,
     , m_problem(new EditorLabel(QString(), EditorLabel::Tone::Problem, this))
     , m_help(new RegexCheatSheet(this))
 {
-    setMinimumWidth(kWidth);
     addSourceRows();
     form().addLine();
     form().addWide(m_pairs);
@@ -49,8 +46,8 @@ TEditRegExRuleViewController::TEditRegExRuleViewController(const TRulePtr &rule,
             &TEditRegExRuleViewController::showState);
     form().addLoader([this] { m_pairs->setPairs(pairsOf(regex())); });
     finish(m_source);
-    if (QLineEdit *first = m_pairs->findChild<QLineEdit *>())
-        setFocusProxy(first);
+    auto *first = m_pairs->findChild<QLineEdit *>();
+    setFocusProxy(first != nullptr ? static_cast<QWidget *>(first) : m_add);
 }
 
 void TEditRegExRuleViewController::addSourceRows()
@@ -71,9 +68,9 @@ QWidget *TEditRegExRuleViewController::makeButtons()
     auto *line = new QHBoxLayout(body);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(kGap);
-    auto *add = new QPushButton(tr("Add Pair"), body);
-    add->setAutoDefault(false);
-    connect(add, &QPushButton::clicked, m_pairs, &RegexPairsView::addPair);
+    m_add = new QPushButton(tr("Add Pair"), body);
+    m_add->setAutoDefault(false);
+    connect(m_add, &QPushButton::clicked, m_pairs, &RegexPairsView::addPair);
     m_up = makeMoveButton(Qt::UpArrow, tr("Move pair up"), -1, body);
     m_down = makeMoveButton(Qt::DownArrow, tr("Move pair down"), 1, body);
     auto *help = new QPushButton(tr("Help"), body);
@@ -81,7 +78,7 @@ QWidget *TEditRegExRuleViewController::makeButtons()
     help->setCheckable(true);
     help->setToolTip(tr("What patterns are made of"));
     connect(help, &QPushButton::toggled, this, &TEditRegExRuleViewController::showHelp);
-    line->addWidget(add);
+    line->addWidget(m_add);
     line->addWidget(m_up);
     line->addWidget(m_down);
     line->addStretch();
@@ -126,8 +123,6 @@ void TEditRegExRuleViewController::compile()
 /// Why and where the first of the bad pairs is wrong; empty when all can be used.
 QString TEditRegExRuleViewController::problem() const
 {
-    if (m_compiled.empty())
-        return tr("Without a pair the rule gives \"???RegEx???\".");
     for (std::size_t i = 0; i < m_compiled.size(); ++i)
         if (!m_compiled[i].isValid())
             return m_compiled.size() == 1
@@ -167,9 +162,11 @@ void TEditRegExRuleViewController::refresh()
 QList<SamplePreview::Line> TEditRegExRuleViewController::previewLines() const
 {
     const std::shared_ptr<TFileObject> sample = sampleFile();
+    if (m_compiled.empty())
+        return {SamplePreview::note(tr("Without a pair every file gets \"???RegEx???\"."))};
     if (!sample)
         return TRuleViewController::previewLines();
-    if (m_compiled.empty() || !problem().isEmpty())
+    if (!problem().isEmpty())
         return {SamplePreview::note(tr("No example yet."))};
     RegexReplacer::Budget budget;
     budget.steps = kSteps;

@@ -6,6 +6,7 @@
 #include "ui/editors/RegexPairsView.h"
 #include "ui/editors/TRuleViewController.h"
 
+#include <QPushButton>
 #include <QToolButton>
 
 /// The editor of a regular-expression rule: what it reads, its pairs, what is wrong with them while
@@ -35,6 +36,7 @@ private:
     QComboBox *m_source = nullptr;
     QCheckBox *m_replacesAll = nullptr;
     RegexPairsView *m_pairs;
+    QPushButton *m_add = nullptr;
     QToolButton *m_up = nullptr;
     QToolButton *m_down = nullptr;
     EditorLabel *m_problem;

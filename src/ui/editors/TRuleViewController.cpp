@@ -33,6 +33,9 @@ void TRuleViewController::finish(QWidget *firstControl)
     if (firstControl != this)
         setFocusProxy(firstControl);
     reload();
+    // What is there is written over by typing at once.
+    if (auto *field = qobject_cast<QLineEdit *>(firstControl))
+        field->selectAll();
 }
 
 void TRuleViewController::ruleEdited()
