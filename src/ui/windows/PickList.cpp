@@ -5,7 +5,6 @@
 #include "ui/windows/RowDelegate.h"
 #include "ui/windows/SheetParts.h"
 
-#include <QMouseEvent>
 #include <QPainter>
 
 PickList::PickList(QWidget *parent)
@@ -34,13 +33,6 @@ void PickList::setPlaceholder(const QString &text)
 {
     m_placeholder = text;
     viewport()->update();
-}
-
-void PickList::mousePressEvent(QMouseEvent *event)
-{
-    if (!indexAt(event->pos()).isValid())
-        clearSelection();
-    QListView::mousePressEvent(event);
 }
 
 void PickList::paintEvent(QPaintEvent *event)

@@ -20,7 +20,6 @@ Q_SIGNALS:
     void rowPicked(qsizetype row);
 
 protected:
-    void mousePressEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

@@ -17,9 +17,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kIconSize = 48;
-constexpr qsizetype kMostTitle = 120;
-constexpr qsizetype kMostText = 700;
-constexpr qsizetype kMostNote = 300;
+constexpr qsizetype kMostTitle = 100;
+constexpr qsizetype kMostText = 500;
+constexpr qsizetype kMostNote = 240;
 
 /// Button texts are words, not mnemonics.
 QString buttonText(QString text)
@@ -106,8 +106,6 @@ void QuestionDialog::reject()
 
 void QuestionDialog::answer(qsizetype button)
 {
-    if (std::exchange(m_isAnswered, true))
-        return;
     const TDialogHost::Answered answered = std::exchange(m_answered, {});
     hide();
     deleteLater();

@@ -23,7 +23,6 @@ private:
     QLayout *makeButtons(const QStringList &texts);
     void answer(qsizetype button);
 
-    TDialogHost::Answered m_answered;
+    TDialogHost::Answered m_answered; ///< empty once called
     qsizetype m_escapeButton = -1;
-    bool m_isAnswered = false;
 };

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kTitleScale = 1.18;
 constexpr int kTextCharacters = 58;
-constexpr qsizetype kLongWord = 24;
+constexpr qsizetype kLongWord = 30;
 constexpr QSize kMostSize{984, 560};
 constexpr QChar kBreakHere{0x200B};
 
