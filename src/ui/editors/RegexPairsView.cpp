@@ -81,6 +81,15 @@ void RegexPairsView::setRowCount(std::size_t count)
         m_rows.back().body->show();
     }
     updateGeometry();
+    Q_EMIT rowsChanged();
+}
+
+QList<QWidget *> RegexPairsView::focusOrder() const
+{
+    QList<QWidget *> order;
+    for (const Row &row : m_rows)
+        order << row.match << row.replace << row.remove;
+    return order;
 }
 
 RegexPairsView::Row RegexPairsView::makeRow()
@@ -90,11 +99,12 @@ RegexPairsView::Row RegexPairsView::makeRow()
     auto *line = new QHBoxLayout(body);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(kGap);
+    auto *remove = new QToolButton(body);
     const Row row{body, makeField(tr("Pattern %1").arg(number), body),
-                  makeField(tr("Replacement %1").arg(number), body)};
+                  makeField(tr("Replacement %1").arg(number), body), remove};
     row.match->setPlaceholderText(tr("pattern"));
     row.replace->setPlaceholderText(tr("nothing"));
-    auto *remove = new QToolButton(body);
+    remove->setFocusPolicy(Qt::StrongFocus);
     remove->setIcon(Icons::icon("close"_L1));
     remove->setAutoRaise(true);
     remove->setAccessibleName(tr("Remove pair %1").arg(number));

@@ -27,6 +27,9 @@ public:
     /// The row where the cursor is or was last; -1 without rows.
     int currentRow() const;
 
+    /// The controls of the rows in the order in which the keyboard is to go through them.
+    QList<QWidget *> focusOrder() const;
+
     /// A new pair at the end, with its pattern to be overwritten.
     void addPair();
     void removeRow(int row);
@@ -39,6 +42,8 @@ public:
     QSize minimumSizeHint() const override { return sizeHint(); }
 
 Q_SIGNALS:
+    /// There are other controls than before.
+    void rowsChanged();
     /// The user changed the pairs in any way.
     void pairsEdited();
     void currentRowChanged();
@@ -52,6 +57,7 @@ private:
         QWidget *body;
         QLineEdit *match;
         QLineEdit *replace;
+        QWidget *remove;
     };
 
     Row makeRow();

@@ -42,10 +42,12 @@ TEditRegExRuleViewController::TEditRegExRuleViewController(const TRulePtr &rule,
     connect(m_help, &RegexCheatSheet::snippetChosen, m_pairs, &RegexPairsView::insertSnippet);
     connect(m_pairs, &RegexPairsView::pairsEdited, this,
             &TEditRegExRuleViewController::pairsEdited);
+    connect(m_pairs, &RegexPairsView::rowsChanged, this, &TEditRegExRuleViewController::orderFocus);
     connect(m_pairs, &RegexPairsView::currentRowChanged, this,
             &TEditRegExRuleViewController::showState);
     form().addLoader([this] { m_pairs->setPairs(pairsOf(regex())); });
     finish(m_source);
+    orderFocus();
     auto *first = m_pairs->findChild<QLineEdit *>();
     setFocusProxy(first != nullptr ? static_cast<QWidget *>(first) : m_add);
 }
@@ -73,16 +75,16 @@ QWidget *TEditRegExRuleViewController::makeButtons()
     connect(m_add, &QPushButton::clicked, m_pairs, &RegexPairsView::addPair);
     m_up = makeMoveButton(Qt::UpArrow, tr("Move pair up"), -1, body);
     m_down = makeMoveButton(Qt::DownArrow, tr("Move pair down"), 1, body);
-    auto *help = new QPushButton(tr("Help"), body);
-    help->setAutoDefault(false);
-    help->setCheckable(true);
-    help->setToolTip(tr("What patterns are made of"));
-    connect(help, &QPushButton::toggled, this, &TEditRegExRuleViewController::showHelp);
+    m_helpButton = new QPushButton(tr("Help"), body);
+    m_helpButton->setAutoDefault(false);
+    m_helpButton->setCheckable(true);
+    m_helpButton->setToolTip(tr("What patterns are made of"));
+    connect(m_helpButton, &QPushButton::toggled, this, &TEditRegExRuleViewController::showHelp);
     line->addWidget(m_add);
     line->addWidget(m_up);
     line->addWidget(m_down);
     line->addStretch();
-    line->addWidget(help);
+    line->addWidget(m_helpButton);
     return body;
 }
 
@@ -92,6 +94,7 @@ QToolButton *TEditRegExRuleViewController::makeMoveButton(Qt::ArrowType arrow, c
     auto *button = new QToolButton(parent);
     button->setArrowType(arrow);
     button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::StrongFocus);
     button->setAccessibleName(name);
     button->setToolTip(name);
     connect(button, &QToolButton::clicked, m_pairs, [this, by] { m_pairs->moveCurrentRow(by); });
@@ -102,6 +105,18 @@ void TEditRegExRuleViewController::pairsEdited()
 {
     regex().setRegArray(m_pairs->pairs());
     ruleEdited();
+}
+
+/// From top to bottom, whenever rows have come.
+void TEditRegExRuleViewController::orderFocus()
+{
+    QList<QWidget *> order{m_source, m_replacesAll};
+    order += m_pairs->focusOrder();
+    order += {m_add, m_up, m_down, m_helpButton};
+    order += m_help->findChildren<QWidget *>();
+    order.removeIf([](const QWidget *each) { return each->focusPolicy() == Qt::NoFocus; });
+    for (qsizetype i = 1; i < order.size(); ++i)
+        setTabOrder(order.at(i - 1), order.at(i));
 }
 
 void TEditRegExRuleViewController::showHelp(bool isShown)

@@ -28,6 +28,7 @@ private:
     QWidget *makeButtons();
     QToolButton *makeMoveButton(Qt::ArrowType arrow, const QString &name, int by, QWidget *parent);
     void pairsEdited();
+    void orderFocus();
     void showHelp(bool isShown);
     void compile();
     QString problem() const;
@@ -40,6 +41,7 @@ private:
     QToolButton *m_up = nullptr;
     QToolButton *m_down = nullptr;
     EditorLabel *m_problem;
+    QPushButton *m_helpButton = nullptr;
     RegexCheatSheet *m_help;
     std::vector<RegexReplacer> m_compiled; ///< of the pairs
 };

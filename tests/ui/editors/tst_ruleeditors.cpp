@@ -259,6 +259,36 @@ private Q_SLOTS:
         QCOMPARE(stage.rule->theColor(), colors);
     }
 
+    void leadsTheKeyboardThroughInReadingOrder_data()
+    {
+        Table<QVariantMap, int> table("settings", "controls");
+        table("Text", {}, 1);
+        table("Separator", {}, 1); // arrow keys go on from the one that is down
+        table("Counter", {{u"manualPadding"_s, 1}}, 8);
+        table("Date", {{u"dateFormat"_s, 11}}, 7);
+        table("Original", {}, 14);
+        table("RegExTag", {{u"regArray"_s, QVariantList{kPair, kPair}}}, 12);
+    }
+    void leadsTheKeyboardThroughInReadingOrder()
+    {
+        QFETCH(QVariantMap, settings);
+        const Stage stage(QString::fromLatin1(QTest::currentDataTag()), settings);
+        const QWidget *editor = stage.popover->content();
+        std::pair last(-1, -1);
+        int controls = 0;
+        for (const QWidget *next = editor->nextInFocusChain(); editor->isAncestorOf(next);
+             next = next->nextInFocusChain()) {
+            if ((next->focusPolicy() & Qt::TabFocus) == 0 || !next->isVisible())
+                continue;
+            const QPoint place = next->mapTo(editor, QPoint(0, next->height() / 2));
+            const std::pair here(place.y() / 8, place.x());
+            QVERIFY2(here > last, qPrintable(next->accessibleName()));
+            last = here;
+            ++controls;
+        }
+        QTEST(controls, "controls");
+    }
+
     void keepsValuesThatItDoesNotOffer()
     {
         Stage stage(u"Counter"_s, {{u"counterFormat"_s, 7}, {u"paddingChar"_s, 9}});
