@@ -20,32 +20,35 @@ namespace {
 
 constexpr char16_t kComma = u',';
 constexpr qsizetype kLongestShared = 64; ///< longer fields seldom repeat
-constexpr qsizetype kRowsPerReport = 4096;
 
-/// Collects the lines of a file and tells how far it has come.
-class ReportingAggregator : public TCSVAggregator
+/// A file that tells how far it was read, and reads no further when nobody wants it.
+class ReportingFile : public QFile
 {
 public:
-    ReportingAggregator(const QFile &file, const TCSVProgress &progress)
-        : m_file(file)
-        , m_progress(progress)
+    explicit ReportingFile(const TCSVProgress &progress)
+        : m_progress(progress)
     {
     }
     bool isGivenUp() const { return m_isGivenUp; }
-    void parserDidEndLine(TCSVParser &parser, qsizetype record) override
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
     {
-        TCSVAggregator::parserDidEndLine(parser, record);
-        if (!m_progress || record % kRowsPerReport != 0)
-            return;
-        const auto size = static_cast<double>(std::max<qint64>(m_file.size(), 1));
-        m_isGivenUp = !m_progress(std::min(static_cast<double>(m_file.pos()) / size, 1.0));
-        if (m_isGivenUp)
-            parser.fail(TCSVError::kUnreadable, {});
+        const qint64 count = QFile::readData(data, maxSize);
+        m_read += std::max<qint64>(count, 0);
+        m_isGivenUp = m_isGivenUp || (m_progress && !m_progress(part()));
+        return m_isGivenUp ? -1 : count;
     }
 
 private:
-    const QFile &m_file;
+    double part() const
+    {
+        const auto whole = static_cast<double>(std::max<qint64>(size(), 1));
+        return std::min(static_cast<double>(m_read) / whole, 1.0);
+    }
+
     const TCSVProgress &m_progress;
+    qint64 m_read = 0;
     bool m_isGivenUp = false;
 };
 
@@ -119,7 +122,7 @@ QString TCSVAggregator::shared(QStringView field)
 TCSVContents contentsOfCSVFile(const QString &path, const TCSVProgress &progress)
 {
     TCSVContents contents;
-    QFile file;
+    ReportingFile file(progress);
     contents.problem = openFile(path, file);
     if (contents.problem.isEmpty() && file.size() > TCSVStream::kMaxBytes)
         contents.problem = TCSVStream::tooLargeText();
@@ -128,11 +131,11 @@ TCSVContents contentsOfCSVFile(const QString &path, const TCSVProgress &progress
     TCSVStream stream(file);
     contents.encoding = stream.encoding();
     TCSVParser parser(&stream, kComma);
-    ReportingAggregator aggregator(file, progress);
+    TCSVAggregator aggregator;
     parser.setDelegate(&aggregator);
     parser.parse();
     contents.rows = aggregator.lines();
-    if (aggregator.error() && !aggregator.isGivenUp())
+    if (aggregator.error() && !file.isGivenUp())
         contents.problem = forPeople(*aggregator.error());
     return contents;
 }

@@ -45,7 +45,7 @@ struct TCSVContents
     TCSVStream::Encoding encoding = TCSVStream::Encoding::Utf8;
 };
 
-/// Called every few thousand rows with the share of the file that was read, 0 to 1, on the reading
+/// Called after every block with the share of the file that was read, 0 to 1, on the reading
 /// thread; false gives the reading up.
 using TCSVProgress = std::function<bool(double)>;
 

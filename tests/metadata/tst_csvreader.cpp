@@ -380,6 +380,28 @@ private Q_SLOTS:
         QVERIFY2(problem.contains("2 GiB"_L1), qPrintable(problem));
     }
 
+    void readingIsGivenUp_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("rows") << QByteArray("a,b\n").repeated(200'000);
+        QTest::newRow("a field without an end") << QByteArray(800'000, 'a').prepend('"');
+    }
+    void readingIsGivenUp()
+    {
+        QFETCH(QByteArray, content);
+        const TemporaryTree tree;
+        double reached = 0;
+        const TCSVContents contents =
+            contentsOfCSVFile(tree.file(u"t.csv"_s, content), [&reached](double part) {
+                const bool hasGoneOn = part > reached;
+                reached = part;
+                return hasGoneOn && part < 0.5;
+            });
+        QVERIFY(!contents.rows);
+        QCOMPARE(contents.problem, QString());
+        QVERIFY(reached >= 0.5 && reached < 0.7);
+    }
+
     void nameNeedNotBeUtf8()
     {
         const TemporaryTree tree;
