@@ -4,21 +4,18 @@
 // and to all names, the seconds from the edit to the first and to all new names, and the longest
 // time in milliseconds for which a heartbeat had to wait for the main thread, by the clock and by
 // what that thread computed.
+#include "Heartbeat.h"
 #include "commonprocs/URLListProcessing.h"
 #include "document/TDocument.h"
 #include "document/TRuleKinds.h"
 #include "platform/QtMainThread.h"
 
 #include <QCoreApplication>
-#include <QTimer>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <time.h>
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -62,43 +59,6 @@ public:
     void showPresetRemoval() override {}
     void rollBackLogWithURL(const TFileURL &) override {}
     void hideWindow() override {}
-};
-
-/// What this thread has used: other programs do not count.
-double processorSeconds()
-{
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
-}
-
-/// Beats as often as the event loop lets it, and remembers the longest pause.
-class Heartbeat
-{
-public:
-    Heartbeat()
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { beat(); });
-        m_timer.start(1ms);
-    }
-    void beat()
-    {
-        m_longest = std::max(m_longest, secondsSince(m_last));
-        m_last = std::chrono::steady_clock::now();
-        const double used = processorSeconds();
-        m_longestUsed = std::max(m_longestUsed, used - m_lastUsed);
-        m_lastUsed = used;
-    }
-    double longest() const { return m_longest; }
-    /// The most that this thread computed between two beats.
-    double longestUsed() const { return m_longestUsed; }
-
-private:
-    QTimer m_timer;
-    Moment m_last = std::chrono::steady_clock::now();
-    double m_longest = 0;
-    double m_lastUsed = processorSeconds();
-    double m_longestUsed = 0;
 };
 
 class Bench
