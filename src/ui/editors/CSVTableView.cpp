@@ -70,7 +70,7 @@ void CSVTableView::fitColumns()
     const int columns = std::min(model()->columnCount(), kFittedColumns);
     const int rows = std::min(model()->rowCount(), kFittedRows);
     for (int column = 0; column < columns; ++column) {
-        int wanted = horizontalHeader()->sectionSizeHint(column);
+        int wanted = horizontalHeader()->sectionSizeHint(column) + kAroundText;
         for (int row = 0; row < rows; ++row) {
             const QString text = model()->index(row, column).data().toString();
             wanted = std::max(wanted, metrics.horizontalAdvance(text) + kAroundText);

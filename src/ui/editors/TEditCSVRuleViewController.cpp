@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/TEditCSVRuleViewController.h"
 
+#include "document/TDocumentDrag.h"
 #include "ui/controls/Icons.h"
 #include "ui/editors/CSVSources.h"
 #include "ui/editors/CSVTableModel.h"
@@ -30,10 +31,8 @@ constexpr std::chrono::milliseconds kPatience{200};
 /// The one CSV file that is dragged; empty for anything else.
 QString draggedFile(const QMimeData &data)
 {
-    const QList<QUrl> urls = data.urls();
-    if (urls.size() != 1 || !urls.front().isLocalFile())
-        return {};
-    const QString path = urls.front().toLocalFile();
+    const TFileURLs urls = TDocumentDrag::fileURLs(data);
+    const QString path = urls.size() == 1 ? urls.front().path() : QString();
     return path.endsWith(".csv"_L1, Qt::CaseInsensitive) ? path : QString();
 }
 
@@ -123,7 +122,7 @@ void TEditCSVRuleViewController::addSettings()
     column->setAcceptDrops(false);
     m_columnRemark = form().words({});
     m_columnRow = form().addRow(tr("Co&lumn"), {column, m_columnRemark});
-    form().addWide(form().check(tr("The &first row is a header"),
+    form().addWide(form().check(tr("The first row &is a header"),
                                 settingOf(rule(), &TCSVRule::skipFirst, &TCSVRule::setSkipFirst)));
     form().addWide(form().check(tr("&Start again at the top after the last row"),
                                 settingOf(rule(), &TCSVRule::wrap, &TCSVRule::setWrap)));

@@ -120,10 +120,10 @@ void TEditExtensionViewController::addRegExRows()
 {
     using Handler = TExtensionHandler;
     addFor(Handler::kRegEx,
-           m_form.addRow(tr("&Find"),
+           m_form.addRow(tr("Fin&d"),
                          {m_form.text(settingOf(handler(), &Handler::regEx, &Handler::setRegEx))}));
     addFor(Handler::kRegEx,
-           m_form.addRow(tr("&Replace by"), {m_form.text(settingOf(handler(), &Handler::rePattern,
+           m_form.addRow(tr("Re&place by"), {m_form.text(settingOf(handler(), &Handler::rePattern,
                                                                    &Handler::setRePattern))}));
     QComboBox *access =
         m_form.choice({{Handler::kWholeName, tr("Whole name, such as 'name.ext'")},

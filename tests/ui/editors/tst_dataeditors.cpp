@@ -18,6 +18,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableView>
 #include <QTest>
 #include <QTimer>
@@ -314,6 +315,46 @@ private Q_SLOTS:
         QCOMPARE(properties(), before);
     }
 
+    void theKeyboardGoesThroughInReadingOrder_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::addColumn<int>("method");
+        QTest::newRow("image") << u"ImageTag"_s << 0;
+        QTest::newRow("audio") << u"AudioTag"_s << 0;
+        QTest::newRow("table") << u"CSVTag"_s << 0;
+        QTest::newRow("map") << QString() << 2;
+        QTest::newRow("pattern") << QString() << 4;
+    }
+    void theKeyboardGoesThroughInReadingOrder()
+    {
+        QFETCH(QString, kind);
+        QFETCH(int, method);
+        Stage stage;
+        stage.document->theExtensionHandler().setHandlingMethod(method);
+        const TRulePtr rule = kind.isEmpty() ? nullptr : makeRule(kind);
+        if (kind == u"CSVTag"_s)
+            static_cast<TCSVRule &>(*rule).setTheRows(
+                std::make_shared<TStringTable>(TStringTable{{u"a"_s}}));
+        QWidget *editor = rule ? stage.edit(rule) : stage.editExtensions();
+        QPoint last(-1, -1);
+        int controls = 0;
+        for (QWidget *next = editor->nextInFocusChain(); editor->isAncestorOf(next);
+             next = next->nextInFocusChain()) {
+            if ((next->focusPolicy() & Qt::TabFocus) == 0 || next->focusProxy() != nullptr ||
+                !next->isVisible() || qobject_cast<QScrollBar *>(next) != nullptr ||
+                qobject_cast<QHeaderView *>(next) != nullptr)
+                continue;
+            const QPoint place = next->mapTo(editor, next->rect().center());
+            const bool isBelow = place.y() > last.y() + 8;
+            const bool isBeside = place.y() > last.y() - 8 && place.x() > last.x();
+            QVERIFY2(isBelow || isBeside, qPrintable(Stage::nameOf(*next)));
+            QVERIFY(!Stage::nameOf(*next).isEmpty() || qobject_cast<QPushButton *>(next));
+            last = place;
+            ++controls;
+        }
+        QVERIFY(controls >= 4);
+    }
+
     void csvTableIsLoadedAside()
     {
         Stage stage;
@@ -401,6 +442,29 @@ private Q_SLOTS:
         QVERIFY(stage.labels().contains(said));
         QCOMPARE(csvRule.theRows(), rows);
         QCOMPARE(stage.posts, 1);
+    }
+    void onlyOneCsvFileIsTaken_data()
+    {
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<bool>("isTaken");
+        QTest::newRow("one") << QStringList{u"a.CSV"_s} << true;
+        QTest::newRow("two") << QStringList{u"a.csv"_s, u"b.csv"_s} << false;
+        QTest::newRow("another kind") << QStringList{u"a.txt"_s} << false;
+    }
+    void onlyOneCsvFileIsTaken()
+    {
+        QFETCH(QStringList, names);
+        Stage stage;
+        QVERIFY(stage.edit(makeRule(u"CSVTag"_s)));
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const QString &name : names)
+            urls += QUrl::fromLocalFile(stage.tree.path(name));
+        data.setUrls(urls);
+        QDragEnterEvent enter({}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        enter.ignore();
+        QApplication::sendEvent(stage.popover->content(), &enter);
+        QTEST(enter.isAccepted(), "isTaken");
     }
     void csvEncodingsAreNamed_data()
     {
