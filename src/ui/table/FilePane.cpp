@@ -162,6 +162,8 @@ void FilePane::Private::showTableOrInvitation()
 {
     const bool isEmpty = document.sourceObjectArray().empty();
     filters->setVisible(!isEmpty);
+    if (isEmpty)
+        filters->chooseAll(); // the next files are not to be hidden
     pages->setCurrentWidget(isEmpty ? static_cast<QWidget *>(invitation) : tablePage);
 }
 

@@ -53,6 +53,7 @@ FileTableView::FileTableView(TDocument &document, FileTableModel &model, QWidget
     connect(&document, &TDocument::filesInserted, this, &FileTableView::orderIsAnother);
     connect(&document, &TDocument::filesReplaced, this, &FileTableView::orderIsAnother);
     connect(&model, &FileTableModel::rowsAboutToBeMapped, this, &FileTableView::keepPlace);
+    connect(&model, &QAbstractItemModel::modelReset, this, [this] { m_wasReset = true; });
     connect(&model, &FileTableModel::rowsMapped, this, &FileTableView::restorePlace);
 }
 
@@ -158,6 +159,9 @@ void FileTableView::setHint(const QString &hint)
 
 void FileTableView::requestSort(int column, bool ascending)
 {
+    // The worst problems first.
+    if (column == FileTableModel::Status && m_header->sortedColumn() != column)
+        ascending = false;
     m_isSorting = true;
     m_document.sortByColumn(FileTableModel::sortKey(column), ascending);
     m_isSorting = false;
@@ -173,12 +177,17 @@ void FileTableView::orderIsAnother()
 void FileTableView::keepPlace()
 {
     m_topRow = rowAt(0);
+    m_wasReset = false;
+    m_isCursorInSight =
+        currentIndex().isValid() && visualRect(currentIndex()).intersects(viewport()->rect());
 }
 
 void FileTableView::restorePlace(const std::vector<qsizetype> &newRows)
 {
-    // The cursor's row stays in sight, else the topmost row that is left.
-    if (currentIndex().isValid())
+    if (!m_wasReset)
+        return; // another order leaves the view where it is
+    // The cursor's row stays in sight where it was, else the topmost row that is left.
+    if (m_isCursorInSight && currentIndex().isValid())
         return scrollTo(currentIndex());
     for (auto row = static_cast<std::size_t>(std::max(m_topRow, 0)); row < newRows.size(); ++row) {
         if (newRows[row] >= 0)

@@ -70,6 +70,8 @@ private:
     QString m_hint;
     int m_dropRow = -1; ///< the row before which a drop would go
     int m_topRow = -1;  ///< while rows are being mapped
+    bool m_isCursorInSight = false;
+    bool m_wasReset = false; ///< since then
     bool m_isSorting = false;
     bool m_isWelcome = false; ///< what is being dragged over the table
 };

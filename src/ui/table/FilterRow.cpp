@@ -77,6 +77,11 @@ void FilterRow::setCount(Filter filter, qint64 count)
     m_pills[static_cast<std::size_t>(filter)]->setCount(count);
 }
 
+void FilterRow::chooseAll()
+{
+    m_pills[0]->setChecked(true);
+}
+
 void FilterRow::searchNow()
 {
     m_pause.stop();

@@ -21,6 +21,7 @@ public:
 
     QLineEdit *searchField() const { return m_search; }
     void setCount(Filter filter, qint64 count);
+    void chooseAll();
 
 Q_SIGNALS:
     void filterChosen(FileKinds::Filter filter);

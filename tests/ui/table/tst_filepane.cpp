@@ -276,6 +276,8 @@ void TestFilePane::titlesSort()
     QCOMPARE(header.sortedColumn(), int{Column::Size});
     shown.doc().undoStack().undo();
     QCOMPARE(header.sortedColumn(), -1);
+    shown.clickTitle(Column::Status); // the worst first
+    QVERIFY(header.sortedColumn() == Column::Status && !header.isAscending());
 }
 
 void TestFilePane::filtersFollowNames()
