@@ -25,6 +25,14 @@ constexpr int kBarHeight = 8;
 constexpr int kScrollBarWidth = 12;
 constexpr int kLeastSlider = 32;
 
+/// Its items begin where the box has its text.
+constexpr int kListMargin = 8;
+
+bool isListOfComboBox(const QWidget *widget)
+{
+    return widget != nullptr && widget->inherits("QComboBoxListView");
+}
+
 bool has(const QStyleOption &option, QStyle::StateFlag flag)
 {
     return option.state.testFlag(flag);
@@ -372,6 +380,10 @@ QSize TavrinStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
     case CT_ComboBox:
         result.setHeight(std::max(kFieldHeight, option->fontMetrics.height() + 11));
         break;
+    case CT_ItemViewItem:
+        if (isListOfComboBox(widget))
+            result.setHeight(std::max(result.height(), option->fontMetrics.height() + 10));
+        break;
     case CT_PushButton: {
         const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
         result.setHeight(std::max(kButtonHeight, size.height() + 12));
@@ -412,6 +424,9 @@ int TavrinStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
         return kScrollBarWidth;
     case PM_ScrollView_ScrollBarSpacing:
         return 0;
+    case PM_FocusFrameHMargin:
+        return isListOfComboBox(widget) ? kListMargin
+                                        : QProxyStyle::pixelMetric(metric, option, widget);
     case PM_LayoutHorizontalSpacing:
     case PM_LayoutVerticalSpacing:
         return 8;

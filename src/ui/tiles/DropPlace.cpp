@@ -15,6 +15,7 @@ namespace {
 constexpr int kPadding = 20;
 constexpr int kIcon = 16;
 constexpr int kLeastWidth = 48;
+constexpr float kDashOpacity = 0.6F;
 
 } // namespace
 
@@ -49,7 +50,9 @@ void DropPlace::paintEvent(QPaintEvent *)
     const bool isLit = m_isInviting || hasFocus();
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QPen pen(isLit ? colors.accent : colors.border, isLit ? 1.5 : 1);
+    QColor dashes = colors.muted;
+    dashes.setAlphaF(kDashOpacity);
+    QPen pen(isLit ? colors.accent : dashes, isLit ? 1.5 : 1);
     pen.setDashPattern({4, 3});
     painter.setPen(pen);
     const QRectF frame = QRectF(rect()).adjusted(2.5, 2.5, -2.5, -2.5);

@@ -96,6 +96,8 @@ void RecipeDropArea::drop(QDropEvent &event)
                                    *TDocumentDrag::dataForRules(TDocumentDrag::rules(data)), place)
                              : m_document.ruleEditorAcceptDrop(data, place);
     event.setAccepted(isTaken);
+    if (isTaken)
+        m_strip.focusRecipe();
 }
 
 void RecipeDropArea::leave()
