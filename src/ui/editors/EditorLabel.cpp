@@ -46,5 +46,7 @@ void EditorLabel::takeColors()
         return;
     QPalette own;
     own.setColor(QPalette::WindowText, ink);
+    own.setColor(QPalette::Disabled, QPalette::WindowText,
+                 around.color(QPalette::Disabled, QPalette::WindowText));
     setPalette(own);
 }

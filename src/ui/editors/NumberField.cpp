@@ -57,7 +57,11 @@ void NumberField::takeText(const QString &text)
 {
     bool isNumber = false;
     const qint64 value = text.toLongLong(&isNumber);
-    if (!isNumber || value == m_value || value < m_range.lowest || value > m_range.highest)
+    if (isNumber && value > m_range.highest) {
+        setText(QString::number(m_range.highest));
+        return takeText(this->text());
+    }
+    if (!isNumber || value == m_value || value < m_range.lowest)
         return;
     m_value = value;
     Q_EMIT valueEdited(value);

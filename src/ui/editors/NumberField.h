@@ -7,7 +7,8 @@
 
 /// A text field for a whole number of 64 bits. Arrow keys, Page Up and Page Down and, with the
 /// focus, the wheel step through the range. A number outside of it is shown and kept until edited;
-/// a text that is no number yet changes nothing and gives way to the number when the focus leaves.
+/// typing one that is too large gives the largest. A text that is no number yet changes nothing and
+/// gives way to the number when the focus leaves.
 class NumberField : public QLineEdit
 {
     Q_OBJECT

@@ -4,7 +4,7 @@
 #include "ui/controls/Icons.h"
 #include "ui/editors/EditorLabel.h"
 
-#include <QEvent>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -138,6 +138,13 @@ bool RegexPairsView::eventFilter(QObject *watched, QEvent *event)
         m_currentRow = rowWith(watched);
         ensureWidgetVisible(m_rows[static_cast<std::size_t>(m_currentRow)].body, 0, 0);
         Q_EMIT currentRowChanged();
+    } else if (event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        const bool isUp = key->key() == Qt::Key_Up;
+        if ((isUp || key->key() == Qt::Key_Down) && key->modifiers() == Qt::AltModifier) {
+            moveCurrentRow(isUp ? -1 : 1);
+            return true;
+        }
     }
     return QScrollArea::eventFilter(watched, event);
 }

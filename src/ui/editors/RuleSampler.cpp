@@ -3,19 +3,45 @@
 
 #include "document/NameGeneration.h"
 #include "document/TRuleKinds.h"
+#include "metadata/TCSVRule.h"
 #include "rules/TCountRule.h"
 
 #include <algorithm>
 
 namespace {
 
-/// Brings the counters to the number that the file in this row gets.
-void advanceCounters(const TRuleList &rules, qsizetype row)
+/// A number that wraps around as counters do.
+qint64 wrapped(quint64 number)
 {
-    for (const TRulePtr &rule : rules)
+    return static_cast<qint64>(number);
+}
+
+/// Brings a prepared counter to the number that the file in this row gets.
+void advance(TCountRule &counter, const TFileList &files, qsizetype row)
+{
+    const auto step = static_cast<quint64>(counter.increment());
+    if (!counter.individualFileTypes()) {
+        counter.setGlobalCounter(wrapped(static_cast<quint64>(row) * step));
+        return;
+    }
+    const QString extension = files[static_cast<std::size_t>(row)]->extension();
+    const auto earlier = std::count_if(files.begin(), files.begin() + row, [&](const auto &file) {
+        return file->extension() == extension;
+    });
+    const auto first = static_cast<quint64>(counter.startValue());
+    counter.setExtensionCounters(
+        {{extension, wrapped(first + static_cast<quint64>(earlier) * step)}});
+}
+
+/// The same for everything in the list that counts files.
+void advanceCounters(const TRuleList &rules, const TFileList &files, qsizetype row)
+{
+    for (const TRulePtr &rule : rules) {
         if (auto *counter = dynamic_cast<TCountRule *>(rule.get()))
-            counter->setGlobalCounter(static_cast<qint64>(
-                static_cast<quint64>(row) * static_cast<quint64>(counter->increment())));
+            advance(*counter, files, row);
+        else if (auto *table = dynamic_cast<TCSVRule *>(rule.get()))
+            table->setGlobalCounter(static_cast<quint64>(row));
+    }
 }
 
 TRuleDict dictFor(const TDocument &document)
@@ -69,7 +95,8 @@ QString RuleSampler::nameBefore(const TDocument &document, const TRulePtr &rule,
         TRuleList(all.begin(), std::find(all.begin(), all.end(), rule)));
     NameGeneration::prepareAllRules(before);
     const qsizetype row = rowOf(document, file);
-    advanceCounters(before, row);
+    if (row < static_cast<qsizetype>(document.sourceObjectArray().size()))
+        advanceCounters(before, document.sourceObjectArray(), row);
     TRuleDict dict = dictFor(document);
     return NameGeneration::applyRuleSet(&before, *file.copy(), row, nullptr, dict,
                                         document.theOptions(), false)

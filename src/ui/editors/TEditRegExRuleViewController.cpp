@@ -96,7 +96,9 @@ QToolButton *TEditRegExRuleViewController::makeMoveButton(Qt::ArrowType arrow, c
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::StrongFocus);
     button->setAccessibleName(name);
-    button->setToolTip(name);
+    button->setToolTip(
+        u"%1 (%2)"_s.arg(name, QKeySequence(Qt::ALT | (by < 0 ? Qt::Key_Up : Qt::Key_Down))
+                                   .toString(QKeySequence::NativeText)));
     connect(button, &QToolButton::clicked, m_pairs, [this, by] { m_pairs->moveCurrentRow(by); });
     return button;
 }

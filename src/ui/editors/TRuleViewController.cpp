@@ -19,7 +19,9 @@ TRuleViewController::TRuleViewController(TRulePtr rule, const EditorContext &con
         if (changed == m_theRule && !m_isPosting)
             reload();
     });
-    connect(&m_context.document, &TDocument::filesInserted, this, &TRuleViewController::showState);
+    for (const auto signal : {&TDocument::filesInserted, &TDocument::filesRemoved,
+                              &TDocument::filesReplaced, &TDocument::optionsChanged})
+        connect(&m_context.document, signal, this, &TRuleViewController::showState);
 }
 
 TRuleViewController::~TRuleViewController()

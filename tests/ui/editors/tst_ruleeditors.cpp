@@ -16,7 +16,7 @@ namespace {
 const QVariantMap kPair{{u"match"_s, u"o"_s}, {u"replace"_s, u"0"_s}};
 const QVariantMap kPairs{{u"regArray"_s, QVariantList{kPair}}};
 
-/// A batch of two rules over a few files, and the popover with the editor of the second rule.
+/// A batch of three rules over a few files, and the popover with the editor of the last one.
 struct Stage : DocumentFixture
 {
     QWidget window;
@@ -32,7 +32,8 @@ struct Stage : DocumentFixture
         window.show();
         if (files > 0)
             drop(makeFiles(u"photo%1.jpg"_s, files));
-        useRules({textRule(u"Rome "_s), rule});
+        useRules({textRule(u"Rome "_s), makeRule(u"Counter"_s, {{u"individualFileTypes"_s, true}}),
+                  rule});
         open();
     }
     void open()
@@ -246,7 +247,8 @@ private Q_SLOTS:
               u"photo0000 \u2192 ph0t00000\nphoto0001 \u2192 ph0t00001");
         QVariantMap rewriting = kPairs;
         rewriting[u"source"_s] = 1;
-        table("name so far", u"RegExTag"_s, rewriting, 1, u"Rome  \u2192 R0me ");
+        table("name so far", u"RegExTag"_s, rewriting, 2,
+              u"Rome 1 \u2192 R0me 1\nRome 2 \u2192 R0me 2");
     }
     void showsExamples()
     {
@@ -333,8 +335,11 @@ private Q_SLOTS:
 
     void takesNumbersOnlyOnceTheyAreOnes()
     {
-        Stage stage(u"Counter"_s, {{u"startValue"_s, 8}});
+        Stage stage(u"Counter"_s, {{u"startValue"_s, 8}, {u"manualPadding"_s, 1}});
+        QVERIFY(stage.use(u"Number of characters"_s, u"9999"_s));
+        QCOMPARE(stage.settings().value(u"padding"_s), 255);
         auto *start = stage.control<NumberField>(u"Start at"_s);
+        start->setFocus();
         start->selectAll();
         QTest::keyClicks(start, u"x-"_s);
         QCOMPARE(stage.settings().value(u"startValue"_s), 8);
@@ -355,7 +360,7 @@ private Q_SLOTS:
         QTest::keyClicks(QApplication::focusWidget(),
                          u"x"_s); // over the pattern that it starts with
         QCOMPARE(texts(rule), QStringList({u"[ae]>0"_s, u"x>replace with this"_s}));
-        QVERIFY(stage.use(u"Move pair up"_s, {}));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up, Qt::AltModifier);
         QCOMPARE(texts(rule), QStringList({u"x>replace with this"_s, u"[ae]>0"_s}));
         QVERIFY(stage.use(u"Remove pair 1"_s, {}));
         QCOMPARE(texts(rule), QStringList(u"[ae]>0"_s));
