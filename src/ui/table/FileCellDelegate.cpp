@@ -59,6 +59,11 @@ void FileCellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
     painter->restore();
 }
 
+QColor FileCellDelegate::muted(const QModelIndex &index) const
+{
+    return m_selection.contains(index.row()) ? m_look.mutedOnSelection : m_look.colors.muted;
+}
+
 void FileCellDelegate::paintGround(QPainter &painter, const QStyleOptionViewItem &option,
                                    const QModelIndex &index) const
 {
@@ -103,7 +108,7 @@ void FileCellDelegate::paintContent(QPainter &painter, const QStyleOptionViewIte
         painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const Qt::Alignment alignment = QStyle::visualAlignment(
         option.direction, index.column() == FileTableModel::Size ? Qt::AlignRight : Qt::AlignLeft);
-    painter.setPen(isName ? m_look.colors.ink : m_look.colors.muted);
+    painter.setPen(isName ? m_look.colors.ink : muted(index));
     painter.drawText(rect, static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine,
                      shown);
 }

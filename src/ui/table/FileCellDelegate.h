@@ -25,6 +25,8 @@ protected:
     virtual void paintContent(QPainter &painter, const QStyleOptionViewItem &option,
                               const QRect &rect, const QModelIndex &index) const;
     const TableLook &look() const { return m_look; }
+    /// The colour of lesser texts in the row.
+    QColor muted(const QModelIndex &index) const;
 
 private:
     void paintGround(QPainter &painter, const QStyleOptionViewItem &option,

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr QChar kEllipsis{u'\u2026'};
-constexpr qreal kTileHeight = 18;
+constexpr qreal kTileMargin = 3; ///< above and below, in the row
 constexpr qreal kTileRadius = 3;
 /// A line much wider than any column; lines are never wrapped.
 constexpr qreal kEndless = 1e6;
@@ -32,12 +32,12 @@ bool mayRunLeft(QChar letter)
 
 } // namespace
 
-NameLine::NameLine(std::vector<Piece> pieces, const QFont &font, qreal room)
+NameLine::NameLine(const std::vector<Piece> &pieces, const QFont &font, qreal room)
     : m_layout(QString(), font)
 {
-    for (Piece &piece : pieces) {
+    for (const Piece &piece : pieces) {
         m_stretches.push_back(
-            {m_text.size(), piece.text.size(), std::move(piece.tile), std::move(piece.ink)});
+            {m_text.size(), piece.text.size(), piece.tile, piece.ink, piece.isOutlined});
         m_text += piece.text;
     }
     m_isOneWay = std::none_of(m_text.cbegin(), m_text.cend(), mayRunLeft);
@@ -110,19 +110,22 @@ void NameLine::cut(qreal room)
     shape(length, true);
 }
 
-void NameLine::drawTile(QPainter &painter, QPointF place, const Stretch &stretch) const
+void NameLine::drawTile(QPainter &painter, const QRectF &row, const Stretch &stretch) const
 {
     const qsizetype shaped = m_layout.text().size();
     const qsizetype end = std::min(shaped, stretch.start + stretch.length);
     if (!stretch.tile.isValid() || stretch.start >= end)
         return;
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(stretch.tile);
+    painter.setPen(stretch.isOutlined ? QPen(stretch.tile) : QPen(Qt::NoPen));
+    painter.setBrush(stretch.isOutlined ? QBrush() : QBrush(stretch.tile));
+    const qreal edge = stretch.isOutlined ? 0.5 : 0;
     const QTextLine line = m_layout.lineAt(0);
     const auto draw = [&](qreal left, qreal right) {
+        const QRectF tile(row.left() + left, row.top() + kTileMargin, right - left,
+                          row.height() - 2 * kTileMargin);
         if (right > left)
-            painter.drawRoundedRect(QRectF(place.x() + left, place.y(), right - left, kTileHeight),
-                                    kTileRadius, kTileRadius);
+            painter.drawRoundedRect(tile.adjusted(edge, edge, -edge, -edge), kTileRadius,
+                                    kTileRadius);
     };
     if (m_isOneWay)
         return draw(line.cursorToX(static_cast<int>(stretch.start)),
@@ -141,9 +144,8 @@ void NameLine::paint(QPainter &painter, QPointF topLeft, qreal height)
         return;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    const QPointF tiles = topLeft + QPointF(0, (height - kTileHeight) / 2);
     for (const Stretch &stretch : m_stretches)
-        drawTile(painter, tiles, stretch);
+        drawTile(painter, {topLeft, QSizeF(m_width, height)}, stretch);
     painter.restore();
     const qreal above = (height - m_layout.lineAt(0).height()) / 2;
     m_layout.draw(&painter, topLeft + QPointF(0, std::floor(above + 0.5)));

@@ -18,9 +18,10 @@ public:
         QString text;
         QColor tile; ///< invalid for none
         QColor ink;
+        bool isOutlined = false; ///< only the edge of the tile shows
     };
 
-    NameLine(std::vector<Piece> pieces, const QFont &font, qreal room);
+    NameLine(const std::vector<Piece> &pieces, const QFont &font, qreal room);
 
     qreal width() const { return m_width; }
     bool isElided() const { return m_isElided; }
@@ -34,13 +35,14 @@ private:
         qsizetype length;
         QColor tile;
         QColor ink;
+        bool isOutlined;
     };
 
     /// Shapes the first units of the name, with an ellipsis when asked for.
     void shape(qsizetype length, bool withEllipsis);
     void cut(qreal room);
     qsizetype fitting(qreal room);
-    void drawTile(QPainter &painter, QPointF place, const Stretch &stretch) const;
+    void drawTile(QPainter &painter, const QRectF &row, const Stretch &stretch) const;
 
     QString m_text;
     std::vector<Stretch> m_stretches;

@@ -15,10 +15,10 @@ namespace {
 constexpr int kNoteGap = 14;
 /// The most of a column that a note may take from the name before it.
 constexpr qreal kNoteShare = 0.45;
-constexpr qreal kDimmed = 0.55;
+constexpr float kDimmed = 0.6F;
 constexpr qreal kLeastName = 40;
 
-std::vector<NameLine::Piece> piecesOf(const TFileObject &file, const ThemeColors &colors)
+std::vector<NameLine::Piece> piecesOf(const TFileObject &file, const QColor &ink)
 {
     const TAttributedString &name = file.attributedTargetName();
     std::vector<NameLine::Piece> pieces;
@@ -26,12 +26,23 @@ std::vector<NameLine::Piece> piecesOf(const TFileObject &file, const ThemeColors
     for (const TAttributedString::Run &run : name.runs()) {
         const QColor tile = Theme::color(run.background);
         pieces.push_back({ByteNames::forDisplay(QStringView(name.string()).mid(start, run.length)),
-                          tile, tile.isValid() ? Theme::inkOn(tile) : colors.ink});
+                          tile, tile.isValid() ? Theme::inkOn(tile) : ink});
         start += run.length;
     }
     if (pieces.empty())
-        pieces.push_back({ByteNames::forDisplay(FileCells::shownName(file)), {}, colors.ink});
+        pieces.push_back({ByteNames::forDisplay(FileCells::shownName(file)), {}, ink});
     return pieces;
+}
+
+/// Less conspicuous, but as legible.
+void dim(std::vector<NameLine::Piece> &pieces, const QColor &ink)
+{
+    for (NameLine::Piece &piece : pieces) {
+        piece.ink = ink;
+        piece.isOutlined = true;
+        if (piece.tile.isValid())
+            piece.tile.setAlphaF(kDimmed);
+    }
 }
 
 } // namespace
@@ -68,23 +79,23 @@ void NewNameDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem
     const QString extension =
         ByteNames::forDisplay(file.attributedTargetExtension().string().left(rect.width()));
     const qreal extensionWidth = extension.isEmpty() ? 0 : metrics.horizontalAdvance(extension);
-    NameLine name(piecesOf(file, look().colors), look().font,
-                  std::max(kLeastName, room - extensionWidth));
+    std::vector<NameLine::Piece> pieces = piecesOf(file, look().colors.ink);
+    if (FileCells::isUnchanged(file, forecast))
+        dim(pieces, muted(index));
+    NameLine name(pieces, look().font, std::max(kLeastName, room - extensionWidth));
 
-    painter.setOpacity(FileCells::isUnchanged(file, forecast) ? kDimmed : 1);
     const QRect nameRect = place(0, name.width());
     name.paint(painter, nameRect.topLeft(), rect.height());
     painter.setPen(look().colors.extension);
     const int flags =
         static_cast<int>(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine;
     painter.drawText(place(name.width(), extensionWidth), flags, extension);
-    painter.setOpacity(1);
 
     const qreal used = name.width() + extensionWidth + kNoteGap;
     if (note.text.isEmpty() || used >= rect.width())
         return;
     painter.setFont(look().noteFont);
-    painter.setPen(note.isRefusal ? look().colors.extension : look().colors.muted);
+    painter.setPen(note.isRefusal ? look().colors.extension : muted(index));
     const QRect noteRect = place(used, rect.width() - used);
     const Qt::Alignment side = QStyle::visualAlignment(option.direction, Qt::AlignLeft);
     painter.drawText(noteRect, static_cast<int>(side | Qt::AlignVCenter) | Qt::TextSingleLine,

@@ -7,6 +7,7 @@ namespace {
 
 /// Size of a note beside the size of a name.
 constexpr qreal kNoteScale = 0.88;
+constexpr double kReadable = 4.5;
 
 } // namespace
 
@@ -14,6 +15,8 @@ void TableLook::follow(const QWidget &widget)
 {
     palette = widget.palette();
     colors = ThemeColors::of(palette);
+    mutedOnSelection =
+        Theme::contrast(colors.muted, colors.selection) < kReadable ? colors.ink : colors.muted;
     font = widget.font();
     noteFont = font;
     noteFont.setItalic(true);

@@ -17,6 +17,7 @@ struct TableLook
     static constexpr int kIconSize = 15;
 
     ThemeColors colors;
+    QColor mutedOnSelection; ///< text of lesser weight in selected rows
     QPalette palette;
     QFont font;
     QFont noteFont;
