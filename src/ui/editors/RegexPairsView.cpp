@@ -208,9 +208,12 @@ void RegexPairsView::insertSnippet(const QString &snippet, int cursorBack, bool 
 
 QSize RegexPairsView::sizeHint() const
 {
-    if (m_rows.empty())
-        return {0, 0};
-    const int rows = std::min(count(), kVisibleRows);
-    const int height = m_rows.front().body->sizeHint().height();
-    return {kWidth, rows * height + (rows - 1) * kGap};
+    const QSize one = minimumSizeHint();
+    const int others = std::clamp(count() - 1, 0, kVisibleRows - 1);
+    return {one.width(), one.height() + others * (one.height() + kGap)};
+}
+
+QSize RegexPairsView::minimumSizeHint() const
+{
+    return m_rows.empty() ? QSize(0, 0) : QSize(kWidth, m_rows.front().body->sizeHint().height());
 }

@@ -39,7 +39,8 @@ public:
     void insertSnippet(const QString &snippet, int cursorBack, bool isForReplacement);
 
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    /// One row, as the others can be scrolled to.
+    QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
     /// There are other controls than before.
