@@ -10,7 +10,11 @@
 namespace {
 
 constexpr QChar kEllipsis{u'\u2026'};
-constexpr qreal kTileMargin = 3; ///< above and below, in the row
+/// Of the tiles of a name, before its first and behind its last letter.
+constexpr qreal kTileMargin = 2;
+/// Above and below a tile, in its row.
+constexpr qreal kRowMargin = 3;
+constexpr qreal kHardly = 0.5;
 constexpr qreal kTileRadius = 3;
 /// A line much wider than any column; lines are never wrapped.
 constexpr qreal kEndless = 1e6;
@@ -39,7 +43,10 @@ NameLine::NameLine(const std::vector<Piece> &pieces, const QFont &font, qreal ro
         m_stretches.push_back(
             {m_text.size(), piece.text.size(), piece.tile, piece.ink, piece.isOutlined});
         m_text += piece.text;
+        if (piece.tile.isValid())
+            m_margin = kTileMargin;
     }
+    room -= 2 * m_margin;
     m_isOneWay = std::none_of(m_text.cbegin(), m_text.cend(), mayRunLeft);
     QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
     option.setWrapMode(QTextOption::NoWrap);
@@ -121,11 +128,13 @@ void NameLine::drawTile(QPainter &painter, const QRectF &row, const Stretch &str
     const qreal edge = stretch.isOutlined ? 0.5 : 0;
     const QTextLine line = m_layout.lineAt(0);
     const auto draw = [&](qreal left, qreal right) {
-        const QRectF tile(row.left() + left, row.top() + kTileMargin, right - left,
-                          row.height() - 2 * kTileMargin);
-        if (right > left)
-            painter.drawRoundedRect(tile.adjusted(edge, edge, -edge, -edge), kTileRadius,
-                                    kTileRadius);
+        if (right <= left)
+            return;
+        const qreal start = left <= kHardly ? left - m_margin : left;
+        const qreal stop = right >= m_width - kHardly ? right + m_margin : right;
+        const QRectF tile(row.left() + start, row.top() + kRowMargin, stop - start,
+                          row.height() - 2 * kRowMargin);
+        painter.drawRoundedRect(tile.adjusted(edge, edge, -edge, -edge), kTileRadius, kTileRadius);
     };
     if (m_isOneWay)
         return draw(line.cursorToX(static_cast<int>(stretch.start)),
@@ -142,6 +151,7 @@ void NameLine::paint(QPainter &painter, QPointF topLeft, qreal height)
 {
     if (m_layout.lineCount() == 0)
         return;
+    topLeft.rx() += m_margin;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     for (const Stretch &stretch : m_stretches)

@@ -23,7 +23,7 @@ public:
 
     NameLine(const std::vector<Piece> &pieces, const QFont &font, qreal room);
 
-    qreal width() const { return m_width; }
+    qreal width() const { return m_width + 2 * m_margin; }
     bool isElided() const { return m_isElided; }
     /// topLeft is the corner of the row; the line is centred in its height.
     void paint(QPainter &painter, QPointF topLeft, qreal height);
@@ -49,5 +49,6 @@ private:
     bool m_isOneWay; ///< all of it runs from left to right
     bool m_isElided = false;
     QTextLayout m_layout;
-    qreal m_width = 0;
+    qreal m_width = 0;  ///< of the text
+    qreal m_margin = 0; ///< of the tiles, before and behind the text
 };
