@@ -6,11 +6,10 @@
 #include "ui/windows/SheetParts.h"
 
 #include <QAbstractTableModel>
-#include <QApplication>
 #include <QHeaderView>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -155,10 +154,14 @@ FolderAccessView::FolderAccessView(TFolderAccessList &list, TDialogHost &host,
         if (index.column() == kGrant)
             m_controller.grant(index.row());
     });
-    connect(table, &QTableView::activated, this, [this](const QModelIndex &index) {
-        if (index.column() != kGrant) // a click has granted it already
-            m_controller.grant(index.row());
-    });
+    for (const auto key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        auto *shortcut = new QShortcut(key, table);
+        shortcut->setContext(Qt::WidgetShortcut);
+        connect(shortcut, &QShortcut::activated, this, [this, table] {
+            if (table->currentIndex().isValid())
+                m_controller.grant(table->currentIndex().row());
+        });
+    }
     auto *done = new QPushButton(tr("&Done"), this);
     done->setAutoDefault(false);
     connect(done, &QPushButton::clicked, this, &QDialog::accept);

@@ -163,15 +163,15 @@ void PreferencesWindow::addUpdates()
     connect(m_checkNow, &QPushButton::clicked, this, &PreferencesWindow::checkNow);
 }
 
-/// What is no address is not stored, and false.
+/// What cannot be asked is not stored, and false.
 bool PreferencesWindow::takeFeed()
 {
     const QUrl url(m_feed->text().trimmed(), QUrl::StrictMode);
-    const bool isUsable = url.isEmpty() || (url.isValid() && !url.host().isEmpty());
+    const bool isUsable = url.isEmpty() || m_check.accepts(url);
     if (isUsable)
         UiSettings::setUpdateFeed(url);
     else
-        m_found->setText(tr("This is no web address."));
+        m_found->setText(tr("The address must begin with https://."));
     return isUsable;
 }
 

@@ -48,13 +48,13 @@ UpdateCheck::UpdateCheck(const Limits &limits, QObject *parent)
             [this] { fail(tr("The server did not answer in time.")); });
 }
 
-bool UpdateCheck::isAllowed(const QUrl &url) const
+bool UpdateCheck::accepts(const QUrl &feed) const
 {
-    if (!url.isValid() || url.host().isEmpty() || !url.userInfo().isEmpty())
+    if (!feed.isValid() || feed.host().isEmpty() || !feed.userInfo().isEmpty())
         return false;
-    const bool isOwnMachine = QHostAddress(url.host()) == QHostAddress(QHostAddress::LocalHost);
-    return url.scheme() == "https"_L1 ||
-           (m_limits.allowsOwnMachine && url.scheme() == "http"_L1 && isOwnMachine);
+    const bool isOwnMachine = QHostAddress(feed.host()) == QHostAddress(QHostAddress::LocalHost);
+    return feed.scheme() == "https"_L1 ||
+           (m_limits.allowsOwnMachine && feed.scheme() == "http"_L1 && isOwnMachine);
 }
 
 void UpdateCheck::start(const QUrl &feed, Finished finished)
@@ -62,7 +62,7 @@ void UpdateCheck::start(const QUrl &feed, Finished finished)
     drop();
     m_finished = std::move(finished);
     m_patience.start(m_limits.time);
-    if (!isAllowed(feed)) {
+    if (!accepts(feed)) {
         // Later, as every answer.
         QMetaObject::invokeMethod(
             this, [this] { fail(tr("The address of the update feed must begin with https://.")); },

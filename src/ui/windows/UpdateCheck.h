@@ -38,12 +38,13 @@ public:
     explicit UpdateCheck(QObject *parent = nullptr);
     UpdateCheck(const Limits &limits, QObject *parent);
 
+    /// Whether a feed at this address may be asked at all.
+    bool accepts(const QUrl &feed) const;
     /// finished is called once, later.
     void start(const QUrl &feed, Finished finished);
     bool isUnderWay() const { return static_cast<bool>(m_finished); }
 
 private:
-    bool isAllowed(const QUrl &url) const;
     void receive();
     void replyFinished();
     void fail(const QString &problem);

@@ -17,7 +17,6 @@
 #include <QCheckBox>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QLineEdit>
 #include <QListView>
 #include <QProgressBar>
 #include <QPushButton>
@@ -97,6 +96,7 @@ private Q_SLOTS:
     void reverseOrder_data();
     void reverseOrder();
     void manyRecords();
+    void folders_data();
     void folders();
 };
 
@@ -110,6 +110,7 @@ void TestRollbackViews::dates_data()
     QTest::newRow("a day") << name.arg(u"2025-07-03, 14.05.09"_s)
                            << u"Thursday, 3 July 2025, 14:05:09"_s;
     QTest::newRow("no day") << name.arg(u"2025-02-30, 14.05.09"_s) << QString();
+    QTest::newRow("no time") << name.arg(u"2025-07-03, 25.05.09"_s) << QString();
     QTest::newRow("own name") << u"Holiday"_s << QString();
 }
 
@@ -279,6 +280,13 @@ void TestRollbackViews::manyRecords()
     QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
 }
 
+void TestRollbackViews::folders_data()
+{
+    QTest::addColumn<bool>("byKey");
+    QTest::newRow("click") << false;
+    QTest::newRow("Return") << true;
+}
+
 void TestRollbackViews::folders()
 {
     qputenv("APP_SANDBOX_CONTAINER_ID", "com.zel.tavrin");
@@ -290,6 +298,7 @@ void TestRollbackViews::folders()
     QPointer<FolderAccessView> view =
         new FolderAccessView(list, desk.host, desk.notifications, &desk.window);
     view->show();
+    QVERIFY(QTest::qWaitForWindowActive(view));
     auto *table = view->findChild<QTableView *>();
     const auto grants = [table] {
         return L{table->model()->index(0, 2).data().toString(),
@@ -298,10 +307,13 @@ void TestRollbackViews::folders()
     QCOMPARE(grants(), (L{u""_s, u"Grant..."_s}));
     click(*table, table->model()->index(0, 2));
     QVERIFY(desk.window.findChild<FilePanel *>() == nullptr);
-    click(*table, table->model()->index(1, 2));
-    const auto *panel = desk.window.findChild<FilePanel *>();
-    QVERIFY(panel != nullptr);
-    QTest::keyClick(panel->findChild<QLineEdit *>(), Qt::Key_Return);
+    QFETCH(const bool, byKey);
+    click(*table, table->model()->index(1, byKey ? 1 : 2));
+    if (byKey)
+        QTest::keyClick(table, Qt::Key_Return);
+    QCOMPARE(desk.window.findChildren<FilePanel *>().size(), 1);
+    QTest::mouseClick(button(*desk.window.findChild<FilePanel *>(), u"Grant access to shut"_s),
+                      Qt::LeftButton);
     QTRY_COMPARE(grants(), (L{u""_s, u""_s}));
     view->close();
     QTRY_VERIFY(!view);

@@ -313,7 +313,7 @@ void TestUpdates::preferences()
     field->setFocus();
     QTest::keyClicks(field, u"no address"_s);
     QTest::mouseClick(now, Qt::LeftButton);
-    QVERIFY(says(u"This is no web address."_s) && UiSettings::updateFeed().isEmpty());
+    QVERIFY(says(u"The address must begin with https://."_s) && UiSettings::updateFeed().isEmpty());
     field->clear();
     QTest::keyClicks(field, feed.url().toString());
     QTest::mouseClick(now, Qt::LeftButton);
