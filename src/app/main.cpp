@@ -20,6 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kUsageError = 2;
+constexpr QLatin1StringView kName{"Tavrin"};
 constexpr QLatin1StringView kDesktopFile{"com.zel.tavrin"};
 constexpr QLatin1StringView kIcon{"tavrin"};
 constexpr std::array kIconSizes{32, 64};
@@ -93,6 +94,7 @@ int run(int &argc, char **argv, const TFileURLs &files, SingleStart &single)
     const QtMessageHandler before = qInstallMessageHandler(endWithoutCore);
     QApplication application(argc, argv);
     qInstallMessageHandler(before);
+    QCoreApplication::setApplicationName(kName); // in the title of what has none of its own
     QGuiApplication::setDesktopFileName(kDesktopFile);
     QGuiApplication::setWindowIcon(windowIcon());
     QGuiApplication::setQuitOnLastWindowClosed(false); // a run may still be finishing its log

@@ -135,7 +135,8 @@ void BatchHost::endProgressSheet()
 void BatchHost::showLogWindow(const std::shared_ptr<TLogWindowController> &log)
 {
     auto *window = new LogWindow(log);
-    QObject::connect(&m_window, &QObject::destroyed, window, &QWidget::close);
+    m_logs.push_back(window);
+    window->move(m_window.geometry().center() - window->rect().center());
     window->show();
 }
 
@@ -172,6 +173,10 @@ void BatchHost::hideWindow()
     for (QDialog *sheet : sheets) {
         sheet->hide();
         sheet->deleteLater();
+    }
+    for (const QPointer<LogWindow> &log : m_logs) {
+        if (log)
+            log->close();
     }
     m_window.hide();
 }

@@ -6,6 +6,7 @@
 #include <QPointer>
 
 class BatchWindow;
+class LogWindow;
 class ProgressSheet;
 
 /// The window of a batch as its document sees it. Owned by the window; says nothing of its own.
@@ -47,4 +48,5 @@ public:
 private:
     BatchWindow &m_window;
     QPointer<ProgressSheet> m_sheet;
+    std::vector<QPointer<LogWindow>> m_logs; ///< attached to the batch, gone with it
 };

@@ -64,7 +64,7 @@ void BatchMenus::addFileMenu(QMenuBar &bar)
                                    &TDocument::saveRuleAsPreset);
     menu->addAction(tr("&Delete Presets..."), &m_parts.document, &TDocument::deletePresets);
     menu->addSeparator();
-    menu->addAction(tr("&Close"), QKeySequence::Close, &m_parts.window, &QWidget::close);
+    menu->addAction(tr("&Close"), Qt::CTRL | Qt::Key_W, &m_parts.window, &QWidget::close);
     menu->addAction(tr("&Quit"), Qt::CTRL | Qt::Key_Q, this,
                     [&application] { application.quitRequested(); });
 }
@@ -77,7 +77,7 @@ void BatchMenus::addEditMenu(QMenuBar &bar)
     undo->setShortcut(QKeySequence::Undo);
     menu->addAction(undo);
     QAction *redo = stack.createRedoAction(menu, tr("&Redo"));
-    redo->setShortcut(QKeySequence::Redo);
+    redo->setShortcuts({Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y});
     menu->addAction(redo);
     menu->addSeparator();
     m_cut = menu->addAction(tr("Cu&t"), QKeySequence::Cut, &m_edit, &EditCommands::cut);

@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QLineEdit>
 
 #include <algorithm>
 
@@ -45,6 +46,8 @@ void RuleCommands::add(const QString &identifier) const
     m_parts.editors.closeAll(); // an edit that ends now is a step before this one
     m_parts.document.addRules({rule}, placeForNew());
     m_parts.editors.editRule(rule);
+    if (auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget()))
+        field->selectAll(); // what a new rule starts with is there to be typed over
 }
 
 void RuleCommands::append(const TRulePtr &rule) const

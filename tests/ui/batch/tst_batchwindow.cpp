@@ -1,0 +1,425 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "BatchFixture.h"
+#include "ui/batch/StatusLine.h"
+#include "ui/controls/BadgeButton.h"
+#include "ui/windows/ErrorLogView.h"
+#include "ui/windows/FolderAccessView.h"
+#include "ui/windows/LogWindow.h"
+#include "ui/windows/QuestionDialog.h"
+
+#include <QClipboard>
+#include <QDropEvent>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+class TestBatchWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void commandsAndKeys();
+    void noKeyMeansTwoThings();
+    void enabledCommands_data();
+    void enabledCommands();
+    void recipeByKeys();
+    void editorsComeOneAtATime();
+    void rulesGoFromWindowToWindow();
+    void textFieldsKeepTheirKeys();
+    void sorting_data();
+    void sorting();
+    void options();
+    void filesDroppedAnywhere();
+    void renameAndItsLog();
+    void renameButtonTellsWhy_data();
+    void renameButtonTellsWhy();
+    void problemsAreListed();
+    void closingDuringARename();
+    void comesBackWhereItWas();
+    void fitsASmallScreen();
+};
+
+void TestBatchWindow::commandsAndKeys()
+{
+    const QStringList expected{
+        u"New Batch: Ctrl+N"_s,
+        u"Add Files...: Ctrl+O"_s,
+        u"Add Folder...: Ctrl+Shift+O"_s,
+        u"Save Preset...: Ctrl+S"_s,
+        u"Delete Presets...: "_s,
+        u"Close: Ctrl+W"_s,
+        u"Quit: Ctrl+Q"_s,
+        u"Undo: Ctrl+Z"_s,
+        u"Redo: Ctrl+Shift+Z"_s,
+        u"Delete: Del"_s,
+        u"Select All: Ctrl+A"_s,
+        u"Find: Ctrl+F"_s,
+        u"Preferences...: Ctrl+,"_s,
+        u"Text: Ctrl+1"_s,
+        u"RegEx: Ctrl+0"_s,
+        u"Edit Rule: "_s,
+        u"Move Left: Alt+Left"_s,
+        u"Move Right: Alt+Right"_s,
+        u"Extension...: Ctrl+E"_s,
+        u"Color Code Results: "_s,
+        u"Live Update: "_s,
+        u"Test Run: F5"_s,
+        u"Show Test Run Log: Shift+F5"_s,
+        u"Rename: Ctrl+Return"_s,
+        u"Roll Back This Run: "_s,
+        u"Roll Back an Earlier Run...: "_s,
+        u"Folder Access...: "_s,
+        u"Metadata Inspector: Ctrl+I"_s,
+        u"Dark: "_s,
+        u"Full Screen: F11"_s,
+        u"Welcome: "_s,
+        u"Check for Updates...: "_s,
+        u"About Tavrin: "_s,
+    };
+    const BatchFixture batch;
+    QStringList found;
+    for (const QString &line : expected) {
+        const QString text = line.section(u':', 0, 0);
+        found +=
+            text + ": "_L1 + batch.command(text).shortcut().toString(QKeySequence::PortableText);
+    }
+    QCOMPARE(found, expected);
+}
+
+/// A key that two actions of a window claim does nothing at all.
+void TestBatchWindow::noKeyMeansTwoThings()
+{
+    const BatchFixture batch;
+    QStringList keys;
+    for (const QAction *action : WindowTools::commands(*batch.window->menuBar())) {
+        for (const QKeySequence &key : action->shortcuts())
+            keys += key.toString();
+    }
+    QStringList once = keys;
+    once.removeDuplicates();
+    QCOMPARE(keys.size(), once.size());
+}
+
+void TestBatchWindow::enabledCommands_data()
+{
+    QTest::addColumn<int>("files");
+    QTest::addColumn<int>("rules");
+    QTest::addColumn<QString>("focus");
+    QTest::addColumn<QStringList>("disabled");
+    const QStringList rules{u"Cut"_s, u"Copy"_s, u"Edit Rule"_s, u"Move Left"_s, u"Move Right"_s};
+    const QStringList always{u"Undo"_s, u"Redo"_s, u"Roll Back This Run"_s};
+    const QStringList noFiles{u"Sort"_s, u"Folder Access..."_s};
+    QTest::newRow("empty") << 0 << 0 << u"files"_s
+                           << always + rules + noFiles +
+                                  QStringList{u"Delete"_s, u"Select All"_s, u"Save Preset..."_s,
+                                              u"Show Test Run Log"_s};
+    QTest::newRow("files") << 2 << 0 << u"files"_s
+                           << rules + QStringList{u"Redo"_s, u"Roll Back This Run"_s, u"Delete"_s,
+                                                  u"Save Preset..."_s};
+    QTest::newRow("a selected rule")
+        << 0 << 1 << u"rules"_s
+        << QStringList{u"Redo"_s, u"Roll Back This Run"_s, u"Move Left"_s, u"Move Right"_s} +
+               noFiles;
+    QTest::newRow("last of two rules")
+        << 2 << 2 << u"rules"_s << QStringList{u"Redo"_s, u"Roll Back This Run"_s, u"Move Right"_s};
+    QTest::newRow("search field") << 0 << 0 << u"search"_s
+                                  << always + noFiles +
+                                         QStringList{u"Edit Rule"_s, u"Move Left"_s,
+                                                     u"Move Right"_s, u"Save Preset..."_s,
+                                                     u"Show Test Run Log"_s};
+}
+
+void TestBatchWindow::enabledCommands()
+{
+    QFETCH(const int, files);
+    QFETCH(const int, rules);
+    QFETCH(const QString, focus);
+    QFETCH(QStringList, disabled);
+    QStringList names;
+    for (int i = 0; i < files; ++i)
+        names += u"f%1.txt"_s.arg(i);
+    const BatchFixture batch(names);
+    for (int i = 0; i < rules; ++i)
+        batch.document().addRules({textRule(QString::number(i))}, i);
+    if (focus == "rules"_L1)
+        batch.recipe().focusRecipe();
+    else if (focus == "search"_L1)
+        batch.key(Qt::Key_F, Qt::ControlModifier);
+    QApplication::clipboard()->clear();
+    QVERIFY(batch.settle());
+    QStringList found;
+    for (const QAction *action : WindowTools::commands(*batch.window->menuBar())) {
+        const QString text = WindowTools::plain(action->text());
+        if (!action->isEnabled() && text != "Paste"_L1)
+            found += text;
+    }
+    found.sort();
+    disabled += u"New name"_s; // the column that cannot be hidden
+    disabled.sort();
+    QCOMPARE(found, disabled);
+}
+
+void TestBatchWindow::recipeByKeys()
+{
+    const BatchFixture batch({u"b.txt"_s, u"a.txt"_s});
+    batch.key(Qt::Key_1, Qt::ControlModifier);
+    batch.type(u"Day "_s);
+    batch.key(Qt::Key_Return);
+    batch.key(Qt::Key_3, Qt::ControlModifier);
+    batch.key(Qt::Key_Escape);
+    QVERIFY(batch.settle());
+    QCOMPARE(batch.targets(), QStringList({u"Day 1"_s, u"Day 2"_s}));
+    batch.recipe().focusRecipe();
+    batch.key(Qt::Key_Left, Qt::AltModifier);
+    QVERIFY(batch.settle());
+    QCOMPARE(batch.targets(), QStringList({u"1Day "_s, u"2Day "_s}));
+    batch.key(Qt::Key_Delete);
+    QVERIFY(batch.settle());
+    QCOMPARE(batch.rules(), QStringList(u"Text"_s));
+    batch.key(Qt::Key_Z, Qt::ControlModifier);
+    batch.key(Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(batch.settle());
+    QCOMPARE(batch.targets(), QStringList({u"Day 1"_s, u"Day 2"_s}));
+    QCOMPARE(batch.command(u"Undo Add Rule"_s).isEnabled(), true);
+}
+
+void TestBatchWindow::editorsComeOneAtATime()
+{
+    BatchFixture batch;
+    batch.document().addRules({textRule(u"x"_s), makeRule(u"Counter"_s)}, 0);
+    const TRuleList rules = batch.document().ruleArray();
+    for (const TRulePtr &rule : rules) {
+        batch.notifications.post(QString(TDocument::kRuleDoubleClicked),
+                                 {{Notifications::kTheModel, QVariant::fromValue(rule)},
+                                  {TDocument::kTheData, QVariant::fromValue(&batch.document())}});
+        QCOMPARE(batch.popover()->anchor(), batch.recipe().tileOf(rule));
+    }
+    batch.key(Qt::Key_E, Qt::ControlModifier);
+    QCOMPARE(batch.popover()->anchor(), batch.recipe().extensionTile());
+    batch.key(Qt::Key_Escape);
+    QVERIFY(batch.popover() == nullptr);
+    batch.key(Qt::Key_3, Qt::ControlModifier);
+    batch.document().undoStack().undo(); // what was being edited is gone
+    QTRY_VERIFY(batch.popover() == nullptr);
+}
+
+void TestBatchWindow::rulesGoFromWindowToWindow()
+{
+    const BatchFixture from;
+    from.document().addRules({textRule(u"x"_s), makeRule(u"Date"_s)}, 0);
+    from.recipe().focusRecipe();
+    from.key(Qt::Key_A, Qt::ControlModifier);
+    from.key(Qt::Key_X, Qt::ControlModifier);
+    QVERIFY(from.settle());
+    QCOMPARE(from.rules(), QStringList());
+    const BatchFixture to;
+    to.key(Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(to.rules(), QStringList({u"Text"_s, u"Date"_s}));
+    QApplication::clipboard()->setText(u"text"_s); // neither rules nor files
+    QVERIFY(to.settle());
+    QCOMPARE(to.command(u"Paste"_s).isEnabled(), false);
+}
+
+/// In a text field the keys of the menus belong to the text.
+void TestBatchWindow::textFieldsKeepTheirKeys()
+{
+    const BatchFixture batch({u"a.txt"_s});
+    batch.files().selectAllFiles();
+    batch.key(Qt::Key_1, Qt::ControlModifier);
+    auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget());
+    QVERIFY(field != nullptr);
+    field->setText(u"abc"_s);
+    field->setCursorPosition(0);
+    batch.key(Qt::Key_Delete);
+    QCOMPARE(field->text(), u"bc"_s);
+    QVERIFY(batch.settle());
+    batch.command(u"Delete"_s).trigger();
+    QCOMPARE(field->text(), u"c"_s);
+    batch.command(u"Select All"_s).trigger();
+    batch.command(u"Cut"_s).trigger();
+    QCOMPARE(QApplication::clipboard()->text(), u"c"_s);
+    QCOMPARE(batch.document().sourceObjectArray().size(), 1U);
+    QCOMPARE(batch.rules(), QStringList(u"Text"_s));
+}
+
+void TestBatchWindow::sorting_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::newRow("Name, Ascending, Ignoring Case") << u"a"_s;
+    QTest::newRow("Name, Ascending, Case Sensitive") << u"B"_s;
+    QTest::newRow("Name, Descending, Ignoring Case") << u"c"_s;
+    QTest::newRow("New Name, Descending") << u"c"_s;
+    QTest::newRow("Size, Ascending") << u"a"_s;
+    QTest::newRow("Problems, Descending") << u"a"_s;
+}
+
+void TestBatchWindow::sorting()
+{
+    QFETCH(const QString, first);
+    const BatchFixture batch({u"a.txt"_s, u"c.txt"_s, u"B.txt"_s});
+    batch.document().addRules({makeRule(u"Original"_s)}, 0);
+    QVERIFY(batch.settle());
+    batch.command(QString::fromLatin1(QTest::currentDataTag())).trigger();
+    QVERIFY(batch.settle());
+    QCOMPARE(batch.document().sourceObjectArray().front()->fileName(), first);
+}
+
+void TestBatchWindow::options()
+{
+    BatchFixture batch({u"a.txt"_s});
+    const auto toggle = [&batch](const QString &text) {
+        QAction &action = batch.command(text);
+        action.trigger();
+        return action.isChecked();
+    };
+    QCOMPARE(toggle(u"Replace \":\" and \"/\" by \"_\""_s), false);
+    QCOMPARE(batch.document().theOptions().compliance, 1);
+    QCOMPARE(toggle(u"Allow Leading Periods"_s), true);
+    QCOMPARE(batch.document().theOptions().allowLeadingPeriod, 1);
+    QCOMPARE(toggle(u"Duplicate Names Are Critical"_s), true);
+    QCOMPARE(batch.document().duplicatesAreCritical(), true);
+    QCOMPARE(toggle(u"Use a Log"_s), true);
+    QCOMPARE(batch.document().theOptions().useLog, 1);
+    QCOMPARE(toggle(u"Color Code Results"_s), false);
+    QCOMPARE(batch.document().colorCode(), false);
+    QCOMPARE(toggle(u"Live Update"_s), false);
+    QCOMPARE(batch.document().liveUpdate(), false);
+    QCOMPARE(toggle(u"Leave Unchanged Names Alone"_s), true);
+    batch.open(); // of all options, a new batch knows this one
+    QCOMPARE(batch.document().theOptions(), (TOptions{0, 0, {}, 0, true}));
+    QCOMPARE(batch.command(u"Leave Unchanged Names Alone"_s).isChecked(), true);
+}
+
+void TestBatchWindow::filesDroppedAnywhere()
+{
+    const BatchFixture batch;
+    QMimeData data;
+    batch.tree.file(u"files/sub/a.txt"_s);
+    data.setUrls({QUrl::fromLocalFile(batch.tree.path(u"files"_s))});
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(batch.window.get(), &enter);
+    QCOMPARE(enter.isAccepted(), true);
+    QDropEvent drop({5, 5}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(batch.window.get(), &drop);
+    QCOMPARE(drop.dropAction(), Qt::CopyAction); // never one after which the source is deleted
+    QVERIFY(batch.settle());
+    QCOMPARE(batch.document().sourceObjectArray().size(), 1U);
+}
+
+void TestBatchWindow::renameAndItsLog()
+{
+    BatchFixture batch({u"b.txt"_s, u"a.txt"_s});
+    batch.document().addRules({textRule(u"n"_s), makeRule(u"Counter"_s)}, 0);
+    QVERIFY(batch.settle());
+    batch.key(Qt::Key_Return, Qt::ControlModifier);
+    QVERIFY(WindowTools::answer<QuestionDialog>(u"Rename"_s));
+    QTRY_VERIFY(WindowTools::shown<LogWindow>() != nullptr);
+    QVERIFY(batch.settle());
+    QCOMPARE(batch.names(), QStringList({u"n1.txt"_s, u"n2.txt"_s}));
+    QTest::mouseClick(WindowTools::button(*batch.window, u"Roll Back"_s), Qt::LeftButton);
+    QCOMPARE(batch.commands.calls, QStringList(u"roll back renameLog"_s));
+    batch.window->close();
+    QTRY_VERIFY(WindowTools::shown<LogWindow>() == nullptr);
+}
+
+void TestBatchWindow::renameButtonTellsWhy_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("nothing there") << u""_s << u"There is nothing to rename yet"_s;
+    QTest::newRow("no rules") << u"files"_s << u"Critical problems stand in the way"_s;
+    QTest::newRow("no files") << u"rules"_s << u"Done! ..."_s;
+    QTest::newRow("ready") << u"files rules"_s << u"Renames the files on disk"_s;
+}
+
+void TestBatchWindow::renameButtonTellsWhy()
+{
+    QFETCH(const QString, before);
+    QFETCH(const QString, expected);
+    const BatchFixture batch(before.contains("files"_L1) ? QStringList(u"a.txt"_s) : QStringList());
+    if (before.contains("rules"_L1))
+        batch.document().addRules({textRule(u"new"_s)}, 0);
+    QVERIFY(batch.settle());
+    QWidget *const rename = batch.window->findChild<StatusLine *>()->renameButton();
+    QHelpEvent hover(QEvent::ToolTip, {20, 20}, rename->mapToGlobal(QPoint(20, 20)));
+    QApplication::sendEvent(rename, &hover);
+    QVERIFY2(rename->toolTip().startsWith(expected), qUtf8Printable(rename->toolTip()));
+    QCOMPARE(rename->isEnabled(), true);
+}
+
+void TestBatchWindow::problemsAreListed()
+{
+    const BatchFixture batch({u"a.txt"_s, u"b.txt"_s, u"c.txt"_s});
+    batch.document().addRules({textRule(u"same"_s)}, 0);
+    QVERIFY(batch.settle());
+    QAbstractButton *const count = WindowTools::button(*batch.window, u"2 warnings"_s);
+    QVERIFY(count != nullptr);
+    QTest::mouseClick(count, Qt::LeftButton);
+    QVERIFY(qobject_cast<ErrorLogView *>(batch.popover()->content()) != nullptr);
+    QCOMPARE(batch.popover()->anchor(), count);
+    batch.document().setDuplicatesAreCritical(true);
+    QVERIFY(batch.settle());
+    QVERIFY(WindowTools::button(*batch.window, u"2 critical"_s) != nullptr);
+    QCOMPARE(batch.window->findChild<StatusLine *>()->renameButton()->badge(), 2);
+    batch.command(u"Folder Access..."_s).trigger();
+    QVERIFY(WindowTools::shown<FolderAccessView>() != nullptr);
+}
+
+/// The window is gone at once; the file in hand is finished, the log written, the rest left alone.
+void TestBatchWindow::closingDuringARename()
+{
+    BatchFixture batch({u"a.txt"_s, u"b.txt"_s, u"c.txt"_s});
+    batch.document().addRules({textRule(u"n"_s), makeRule(u"Counter"_s)}, 0);
+    QVERIFY(batch.settle());
+    QSignalSpy finished(batch.window.get(), &BatchWindow::finished);
+    std::atomic<bool> wasHidden = false;
+    batch.disk.before(
+        FaultyFileManager::Call::RenameNoReplace,
+        [&batch, &wasHidden] {
+            QMetaObject::invokeMethod(
+                batch.window.get(),
+                [&] {
+                    batch.window->close();
+                    wasHidden = !batch.window->isVisible();
+                },
+                Qt::BlockingQueuedConnection);
+        },
+        "b.txt");
+    batch.command(u"Rename"_s).trigger();
+    QVERIFY(WindowTools::answer<QuestionDialog>(u"Rename"_s));
+    QVERIFY(finished.wait(20'000));
+    QCOMPARE(wasHidden.load(), true);
+    QCOMPARE(batch.names(), QStringList({u"c.txt"_s, u"n1.txt"_s, u"n2.txt"_s}));
+    QCOMPARE(batch.tree.list(u"Logs"_s).filter(u".renameLog"_s).size(), 1);
+    QVERIFY(WindowTools::shown<LogWindow>() == nullptr);
+}
+
+void TestBatchWindow::comesBackWhereItWas()
+{
+    BatchFixture batch;
+    batch.window->resize(1000, 640);
+    batch.command(u"Metadata Inspector"_s).trigger();
+    QVERIFY(batch.window->close());
+    batch.open();
+    QCOMPARE(batch.window->size(), QSize(1000, 640));
+    QCOMPARE(batch.command(u"Metadata Inspector"_s).isChecked(), true);
+}
+
+void TestBatchWindow::fitsASmallScreen()
+{
+    const BatchFixture batch({u"a.txt"_s});
+    for (int i = 0; i < 12; ++i)
+        batch.document().addRules({makeRule(u"Original"_s)}, i);
+    QVERIFY(batch.settle());
+    const QSize room(1024, 560);
+    batch.window->resize(room);
+    QTRY_COMPARE(batch.window->size(), room);
+    QVERIFY(batch.files().height() > 150);
+}
+
+QTEST_MAIN(TestBatchWindow)
+#include "tst_batchwindow.moc"
