@@ -173,7 +173,12 @@ QColor inkOn(const QColor &background)
 {
     const QColor dark = QColor::fromRgb(kDarkInk);
     const QColor light = QColor::fromRgb(kLightInk);
-    return contrast(background, dark) >= contrast(background, light) ? dark : light;
+    const QColor ink = contrast(background, dark) >= contrast(background, light) ? dark : light;
+    if (contrast(background, ink) >= kReadable)
+        return ink;
+    // On a middling colour only the full ones can be read.
+    return contrast(background, Qt::black) >= contrast(background, Qt::white) ? Qt::black
+                                                                              : Qt::white;
 }
 
 QColor color(const TColor &color)

@@ -34,7 +34,7 @@ public:
         lines->addWidget(palette);
         lines->addWidget(recipe);
         lines->addStretch();
-        window.resize(width, 400);
+        window.setGeometry(0, 0, width, 400);
         window.show();
         window.activateWindow();
         QCoreApplication::processEvents();

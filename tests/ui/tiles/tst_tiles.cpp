@@ -49,6 +49,8 @@ void TestTiles::textsAreLegible()
     std::generate(rules.begin(), rules.end(), [] { return textRule(u"x"_s); });
     rules.push_back(textRule(u"without a colour"_s));
     rules.back()->setTheColor({});
+    rules.push_back(textRule(u"a middling colour"_s));
+    rules.back()->setTheColor(TColor(0x76, 0x76, 0x76));
     for (const TRulePtr &rule : rules) {
         const TileDrawing tile = TileDrawing::of(*rule, palette);
         QVERIFY2(Theme::contrast(tile.fill, tile.ink) >= 4.5, qPrintable(rule->theColor().hex()));
