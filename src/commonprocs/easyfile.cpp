@@ -4,7 +4,7 @@
 #include "commonprocs/ByteNames.h"
 #include "settings/logging.h"
 
-#include <QRandomGenerator>
+#include <QCryptographicHash>
 
 #include <cerrno>
 #include <climits>
@@ -15,6 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QByteArrayView kStopOverPrefix = ".tavrin-";
+constexpr qsizetype kStopOverBytes = 8;
 constexpr QLatin1StringView kLogName = "FileMover"_L1;
 
 TMoveResult failed(int error)
@@ -37,13 +38,13 @@ bool lacksLinks(int error)
     return lacksNoReplace(error) || error == EPERM || error == EMLINK || error == EXDEV;
 }
 
-QByteArray stopOverName()
-{
-    const quint64 number = QRandomGenerator::global()->generate64();
-    return kStopOverPrefix.toByteArray() + QByteArray::number(number, 16);
-}
-
 } // namespace
+
+QByteArray stopOverName(const QByteArray &finalName)
+{
+    const QByteArray hash = QCryptographicHash::hash(finalName, QCryptographicHash::Sha1);
+    return kStopOverPrefix.toByteArray() + hash.first(kStopOverBytes).toHex();
+}
 
 FileMover::FileMover(FileManager &fileManager)
     : m_fileManager(fileManager)
@@ -175,7 +176,7 @@ bool FileMover::isOwnOtherSpelling(const Names &names)
 
 TMoveResult FileMover::respell(const Names &names)
 {
-    const QByteArray between = stopOverName();
+    const QByteArray between = stopOverName(names.to);
     TMoveResult first = step({names.folder, names.descriptor, names.from, between});
     if (!first.ok())
         return first;

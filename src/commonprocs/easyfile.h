@@ -86,6 +86,9 @@ private:
     QSet<QByteArray> m_warned; ///< folders whose unguarded moves have been logged
 };
 
+/// The name under which a file stops over that only changes its case; known from the final name, so
+/// that a file that was left there can be found.
+QByteArray stopOverName(const QByteArray &finalName);
 /// True when the bytes can name an item of a folder, as far as their length allows.
 bool isNameInFolder(QByteArrayView name);
 /// Why a name can never be a file's name in its folder; empty when it can.

@@ -27,15 +27,9 @@ public:
         return m_folder >= 0 && m_fileManager.status(m_folder, name, false, ignored) == 0;
     }
     /// Two names of one item, as the disk has them now; false for names that a later move touched.
-    bool areOneItem(const QByteArray &a, const QByteArray &b) const
-    {
-        TFileStatus first;
-        TFileStatus second;
-        return !m_changed.contains(a) && !m_changed.contains(b) &&
-               m_fileManager.status(m_folder, a, false, first) == 0 &&
-               m_fileManager.status(m_folder, b, false, second) == 0 &&
-               first.inode == second.inode && first.device == second.device;
-    }
+    bool areOneItem(const QByteArray &a, const QByteArray &b) const { return linksOf(a, b) > 0; }
+    /// Also says that neither is but another spelling of the other.
+    bool areTwoLinks(const QByteArray &a, const QByteArray &b) const { return linksOf(a, b) > 1; }
     void takeBack(const QByteArray &from, const QByteArray &to)
     {
         m_changed[to] = false;
@@ -43,6 +37,18 @@ public:
     }
 
 private:
+    /// How many links the item has that both names stand for; 0 when there is none.
+    quint32 linksOf(const QByteArray &a, const QByteArray &b) const
+    {
+        TFileStatus first;
+        TFileStatus second;
+        const bool same = !m_changed.contains(a) && !m_changed.contains(b) &&
+                          m_fileManager.status(m_folder, a, false, first) == 0 &&
+                          m_fileManager.status(m_folder, b, false, second) == 0 &&
+                          first.inode == second.inode && first.device == second.device;
+        return same ? first.links : 0;
+    }
+
     FileManager &m_fileManager;
     int m_folder;
     QHash<QByteArray, bool> m_changed;

@@ -83,6 +83,8 @@ std::optional<RecoveredRun> Recovery::recover(QByteArray name, OpenFile file) co
     RecoveryMatcher matcher(m_fileManager, journal,
                             !bootId.isEmpty() && bootId == journal.bootId());
     matcher.match();
+    if (!waitsForFolder(journal, matcher))
+        matcher.endHalfMoves();
     RecoveredRun run = counted(matcher);
     if (run.renamed > 0)
         run.rollbackLog = findLog(journal, matcher);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "rollback/RecoveryMatcher.h"
 
+#include "commonprocs/easyfile.h"
 #include "rollback/NamesBefore.h"
 
 #include <algorithm>
@@ -69,10 +70,13 @@ bool RecoveryMatcher::findInodes(int folder, Indices files)
         if (!file(index).needsIntent)
             wanted.emplace_back(file(index).inode, index);
     std::sort(wanted.begin(), wanted.end());
+    m_spelled.clear();
     bool hasEntries = false;
     const int error =
         m_fileManager.list(folder, [&](const char *name, TFileStatus::Kind, quint64 inode) {
             hasEntries = true;
+            if (wanted.size() < files.size())
+                m_spelled.insert(name);
             const auto found =
                 std::lower_bound(wanted.begin(), wanted.end(),
                                  std::pair(inode, std::numeric_limits<qsizetype>::min()));
@@ -128,7 +132,7 @@ void RecoveryMatcher::judgeRest(int folder, Indices files)
             result.fate = Fate::Renamed;
         else if (found != Found::UnderOldName)
             result = judge(planned, oldName, names);
-        if (result.fate == Fate::Renamed)
+        if (result.fate == Fate::Renamed || result.fate == Fate::HalfWay)
             names.takeBack(oldName, result.newName);
     }
 }
@@ -145,10 +149,38 @@ RecoveryMatcher::Outcome RecoveryMatcher::judge(const File &planned, const QByte
     const bool hasNew = names.exists(newName);
     if (planned.evidence == Evidence::Move)
         return hasOld && !hasNew ? Outcome{} : Outcome{Fate::Renamed, newName};
+    // A file that only changes its case stops over under a third name.
+    if (const QByteArray between = stopOverName(newName);
+        !hasOld && !hasNew && names.exists(between))
+        return {Fate::Renamed, between};
     if (!hasOld)
         return {hasNew ? Fate::Renamed : Fate::Unknown, newName};
-    // Both names on one item: the move was made of link and unlink, and stopped in between.
-    if (hasNew && names.areOneItem(oldName, newName))
-        return {Fate::Unknown, newName};
-    return {};
+    if (!hasNew || !names.areOneItem(oldName, newName))
+        return {};
+    // Two links, or two spellings of one name, of which the folder has but one.
+    const bool isNew = m_spelled.contains(newName);
+    if (m_spelled.contains(oldName))
+        return isNew ? Outcome{Fate::HalfWay, newName} : Outcome{};
+    return {isNew ? Fate::Renamed : Fate::Unknown, newName};
+}
+
+void RecoveryMatcher::endHalfMoves()
+{
+    for (qsizetype i = 0; i < static_cast<qsizetype>(m_outcomes.size()); ++i) {
+        Outcome &result = outcome(i);
+        if (result.fate != Fate::HalfWay)
+            continue;
+        const int folder = m_fileManager.openFolder(m_journal.folders()[file(i).folder]);
+        const QByteArray oldName = m_journal.text(file(i).name).toByteArray();
+        const bool ended =
+            folder >= 0 &&
+            NamesBefore(m_fileManager, folder).areTwoLinks(oldName, result.newName) &&
+            m_fileManager.unlink(folder, result.newName) == 0;
+        if (ended)
+            result = {};
+        else
+            result.fate = Fate::Unknown;
+        if (folder >= 0)
+            m_fileManager.closeFolder(folder);
+    }
 }

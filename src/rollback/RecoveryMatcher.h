@@ -4,21 +4,24 @@
 #include "platform/FileManager.h"
 #include "rollback/JournalContents.h"
 
+#include <QSet>
+
 #include <span>
 #include <vector>
 
 class NamesBefore;
 
 /// Finds out what an interrupted run did to the files of its plan: by their inodes where these
-/// last, else by the records of the journal and the names that are there. Only looks; changes
-/// nothing. Used by one thread.
+/// last, else by the records of the journal and the names that are there. Changes nothing but where
+/// it says so. Used by one thread.
 class RecoveryMatcher
 {
 public:
     enum class Fate : quint8 {
         Untouched,
         Renamed,
-        Unknown ///< neither found nor recorded, or caught between two names
+        HalfWay, ///< has both names: a move by link and unlink was cut off between the two
+        Unknown  ///< neither found nor recorded
     };
     struct Outcome
     {
@@ -32,6 +35,8 @@ public:
 
     /// Looks at every folder of the plan.
     void match();
+    /// Takes the new names away from the files that also have their old ones.
+    void endHalfMoves();
     /// What became of each file of the plan, in its order.
     const std::vector<Outcome> &outcomes() const { return m_outcomes; }
     /// A folder that is not there, cannot be read or has become empty, although files of the plan
@@ -63,4 +68,6 @@ private:
     enum class Found : quint8 { Nowhere, UnderOldName, UnderNewName, UnderBoth };
     std::vector<Found> m_found;
     QByteArray m_absentFolder;
+    /// The names of the folder at hand as they are spelled, when it has files with intents.
+    QSet<QByteArray> m_spelled;
 };

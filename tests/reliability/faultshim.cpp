@@ -9,7 +9,8 @@
 //   TAVRIN_FAULT         KIND:N:WHAT or KIND:N+:WHAT. KIND is a kind below, or "any"; the N-th call
 //                        of the kind is meddled with, and with a plus every later one, too. WHAT is
 //                        kill-before, kill-inside, kill-after, short, or the number of an error
-//   TAVRIN_NO_NOREPLACE  set: renameat2 with a flag fails with EINVAL, as on old file systems
+//   TAVRIN_PLAIN_DISK    "links" or "no links": the folder looks like one of a user-space file
+//                        system, whose inode numbers do not last and whose renames know no flags
 #include <atomic>
 #include <cerrno>
 #include <climits>
@@ -20,10 +21,12 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <mutex>
 #include <string>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace {
@@ -39,7 +42,8 @@ struct Plan
     What what = What::Nothing;
     int error = 0;
     int log = -1;
-    bool noNoReplace = false;
+    bool isPlain = false;
+    bool hasLinks = true;
 };
 
 std::string setting(const char *name)
@@ -52,7 +56,8 @@ Plan readPlan()
 {
     Plan plan;
     plan.under = setting("TAVRIN_FAULT_UNDER");
-    plan.noNoReplace = !setting("TAVRIN_NO_NOREPLACE").empty();
+    plan.isPlain = !setting("TAVRIN_PLAIN_DISK").empty();
+    plan.hasLinks = setting("TAVRIN_PLAIN_DISK") != "no links";
     if (const std::string log = setting("TAVRIN_FAULT_LOG"); !log.empty())
         plan.log = static_cast<int>(syscall(SYS_openat, AT_FDCWD, log.c_str(),
                                             O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600));
@@ -255,6 +260,19 @@ int posix_fallocate(int descriptor, off_t at, off_t size)
 int posix_fallocate64(int descriptor, off_t at, off_t size)
     __attribute__((alias("posix_fallocate")));
 
+int statfs(const char *path, struct statfs *status)
+{
+    const int result = static_cast<int>(syscall(SYS_statfs, path, status));
+    if (result == 0 && plan().isPlain)
+        status->f_type = FUSE_SUPER_MAGIC;
+    return result;
+}
+
+int statfs64(const char *path, struct statfs64 *status)
+{
+    return statfs(path, reinterpret_cast<struct statfs *>(status));
+}
+
 int mkdir(const char *path, mode_t mode)
 {
     return meddle("mkdir", path, [&] { return next(&mkdir, "mkdir")(path, mode); });
@@ -263,7 +281,7 @@ int mkdir(const char *path, mode_t mode)
 int renameat2(int fromFolder, const char *from, int toFolder, const char *to, unsigned flags)
 {
     return meddle("rename", fullPath(fromFolder, from), [&] {
-        if (flags != 0 && plan().noNoReplace) {
+        if (flags != 0 && plan().isPlain) {
             errno = EINVAL;
             return -1;
         }
@@ -284,6 +302,10 @@ int rename(const char *from, const char *to)
 int linkat(int fromFolder, const char *from, int toFolder, const char *to, int flags)
 {
     return meddle("link", fullPath(fromFolder, from), [&] {
+        if (!plan().hasLinks) {
+            errno = EPERM;
+            return -1;
+        }
         return static_cast<int>(syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
     });
 }

@@ -22,20 +22,20 @@ def kills_at(calls):
 
 class Kills(ReliabilityTest):
 
-    def calls_of(self, links, prepare, action):
-        with Scene(links=links) as scene:
+    def calls_of(self, kind, prepare, action):
+        with Scene(**kind) as scene:
             prepare(scene)
             action(scene, fault="none:0:short")
             return scene.counted_calls()
 
-    def at_every_call(self, prepare, action):
+    def at_every_call(self, prepare, action, kinds=({"links": False}, {"links": True})):
         """Kills action at every call it makes; what has been prepared must come back all the
         same."""
-        for links in (False, True):
-            calls = self.calls_of(links, prepare, action)
+        for kind in kinds:
+            calls = self.calls_of(kind, prepare, action)
             self.assertGreater(len(calls), 5, calls)
             for fault in kills_at(calls):
-                with self.subTest(links=links, fault=fault), Scene(links=links) as scene:
+                with self.subTest(kind=kind, fault=fault), Scene(**kind) as scene:
                     prepare(scene)
                     killed = action(scene, fault=fault)
                     # Two threads call in an order of their own, so the last calls may not come.
@@ -45,6 +45,10 @@ class Kills(ReliabilityTest):
 
     def test_run_at_every_call(self):
         self.at_every_call(lambda scene: None, Scene.rename)
+
+    def test_run_on_a_plain_disk(self):
+        self.at_every_call(lambda scene: None, Scene.rename,
+                           ({"plain": "links"}, {"plain": "no links"}))
 
     def test_recovery_at_every_call(self):
         # After the third move, and when the log was in place but the journal not closed.
