@@ -30,13 +30,16 @@ SampleLine::SampleLine(TDocument &document, QWidget *parent)
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setAccessibleName(tr("Sample"));
-    connect(&document, &TDocument::filesInserted, this, &SampleLine::follow);
-    connect(&document, &TDocument::filesReordered, this, &SampleLine::follow);
-    connect(&document, &TDocument::filesChanged, this, &SampleLine::follow);
-    connect(&document, &TDocument::filesRemoved, this, &SampleLine::dropLostFile);
-    connect(&document, &TDocument::filesReplaced, this, &SampleLine::dropLostFile);
-    connect(&document, &TDocument::rulesChanged, this, &SampleLine::follow);
-    connect(&document, &TDocument::extensionHandlerChanged, this, &SampleLine::follow);
+    m_later.setSingleShot(true);
+    connect(&m_later, &QTimer::timeout, this, &SampleLine::followBatch);
+    const auto later = [this] { m_later.start(0); };
+    connect(&document, &TDocument::filesInserted, this, later);
+    connect(&document, &TDocument::filesRemoved, this, later);
+    connect(&document, &TDocument::filesReordered, this, later);
+    connect(&document, &TDocument::filesReplaced, this, later);
+    connect(&document, &TDocument::filesChanged, this, later);
+    connect(&document, &TDocument::rulesChanged, this, later);
+    connect(&document, &TDocument::extensionHandlerChanged, this, later);
     follow();
 }
 
@@ -46,7 +49,8 @@ void SampleLine::setFile(const std::shared_ptr<TFileObject> &file)
     follow();
 }
 
-void SampleLine::dropLostFile()
+/// Lists change row by row; what that means for the line is looked up once.
+void SampleLine::followBatch()
 {
     const TFileList &files = m_document.sourceObjectArray();
     if (m_file && std::find(files.begin(), files.end(), m_file) == files.end())

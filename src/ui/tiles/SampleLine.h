@@ -4,6 +4,7 @@
 #include "document/TDocument.h"
 #include "ui/tiles/ColouredText.h"
 
+#include <QTimer>
 #include <QWidget>
 
 /// One file's old and new name, the new one in the colours of the tiles that its parts come from.
@@ -26,13 +27,14 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    void dropLostFile();
+    void followBatch();
     void follow();
     const TFileObject *file() const;
     ColouredText newName(const TFileObject &file) const;
 
     TDocument &m_document;
     std::shared_ptr<TFileObject> m_file;
+    QTimer m_later;
     QString m_oldName; ///< empty without files
     ColouredText m_newName;
 };

@@ -181,7 +181,10 @@ void TestTiles::theSampleFollowsTheBatch()
 {
     RecipeWindow w;
     const auto *sample = w.recipe->findChild<SampleLine *>();
-    const auto shown = [&] { return sample->accessibleDescription(); };
+    const auto shown = [&] {
+        QCoreApplication::processEvents();
+        return sample->accessibleDescription();
+    };
     QCOMPARE(shown(), QString());
     QVERIFY(w.batch.drop({w.batch.tree.file(u"one.JPG"_s), w.batch.tree.file(u"two.JPG"_s)}));
     QCOMPARE(shown(), u"one.JPG"_s);
