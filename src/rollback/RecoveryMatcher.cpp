@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <limits>
 #include <numeric>
-#include <ranges>
 
 RecoveryMatcher::RecoveryMatcher(FileManager &fileManager, const JournalContents &journal,
                                  bool sameBoot)
@@ -123,7 +122,8 @@ void RecoveryMatcher::noteFound(qsizetype index, const QByteArray &name)
 void RecoveryMatcher::judgeRest(int folder, Indices files)
 {
     NamesBefore names(m_fileManager, folder);
-    for (const qsizetype index : files | std::views::reverse) {
+    for (auto at = files.rbegin(); at != files.rend(); ++at) {
+        const qsizetype index = *at;
         const File &planned = file(index);
         Outcome &result = outcome(index);
         const QByteArray oldName = m_journal.text(planned.name).toByteArray();
