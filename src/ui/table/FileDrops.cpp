@@ -32,15 +32,11 @@ bool isWelcome(const QMimeData &data, const TDocument &document)
 bool accept(QDropEvent &event, const TDocument &document)
 {
     const Qt::DropActions possible = event.possibleActions();
-    Qt::DropAction action = Qt::IgnoreAction;
+    Qt::DropAction action = possible.testFlag(Qt::CopyAction) ? Qt::CopyAction : Qt::LinkAction;
     if (isOwnRows(*event.mimeData(), document))
         action = Qt::MoveAction;
-    else if (possible.testFlag(Qt::CopyAction))
-        action = Qt::CopyAction;
-    else if (possible.testFlag(Qt::LinkAction))
-        action = Qt::LinkAction;
     // A file manager that may only move would take the files away from their places.
-    if (action == Qt::IgnoreAction || !possible.testFlag(action)) {
+    if (!possible.testFlag(action)) {
         event.ignore();
         return false;
     }

@@ -296,9 +296,13 @@ void TestFilePane::filtersFollowNames()
 
     // Rows come, move and go beneath a filter.
     shown.pane->selectRows({3});
-    shown.batch.tree.file(u"0.txt"_s);
-    QVERIFY(shown.batch.drop({u"0.txt"_s}, 1));
-    QTRY_COMPARE(shown.shown(), QStringList({u"0.txt"_s, u"c.txt"_s, u"d.txt"_s}));
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(shown.batch.tree.file(u"0.txt"_s))});
+    QVERIFY(
+        dragAndDrop(*shown.table->viewport(), shown.at(0) + QPoint(0, 5), data, Qt::CopyAction));
+    QVERIFY(shown.batch.settle());
+    QCOMPARE(shown.names()[3], u"0.txt"_s); // between both that are shown
+    QCOMPARE(shown.shown(), QStringList({u"c.txt"_s, u"0.txt"_s, u"d.txt"_s}));
     shown.doc().sortNow(3); // names descending
     QCOMPARE(shown.shown(), QStringList({u"d.txt"_s, u"c.txt"_s, u"0.txt"_s}));
     shown.doc().removeFiles({1});
