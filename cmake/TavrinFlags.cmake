@@ -35,12 +35,44 @@ if(TAVRIN_SANITIZE)
     target_link_options(tavrin_flags INTERFACE -fsanitize=${TAVRIN_SANITIZE})
 endif()
 
+# Headers that nearly every source includes, compiled once: for builds that start from nothing. A
+# build without them shows includes that a source forgot.
+set(TAVRIN_PCH_CORE
+    <QByteArray> <QHash> <QString> <QStringList> <QVariantMap> <algorithm> <array> <atomic> <chrono>
+    <condition_variable> <deque> <functional> <memory> <mutex> <optional> <span> <stop_token> <string>
+    <thread> <vector>)
+set(TAVRIN_PCH_WIDGETS ${TAVRIN_PCH_CORE} <QEvent> <QLabel> <QLayout> <QLineEdit> <QMimeData> <QPainter>
+                       <QStyleOption> <QUndoStack> <QWidget>)
+
+# tavrin_precompiled(target core|widgets): the target uses one of the two sets.
+function(tavrin_precompiled target kind)
+    if(NOT TAVRIN_PCH)
+        return()
+    endif()
+    if(NOT TARGET tavrin_pch_${kind})
+        set(empty "${PROJECT_BINARY_DIR}/pch_${kind}.cpp")
+        file(WRITE "${empty}" "")
+        add_library(tavrin_pch_${kind} OBJECT "${empty}")
+        set_target_properties(tavrin_pch_${kind} PROPERTIES CXX_EXTENSIONS OFF
+                                                            POSITION_INDEPENDENT_CODE ON)
+        string(TOUPPER ${kind} list)
+        target_precompile_headers(tavrin_pch_${kind} PRIVATE ${TAVRIN_PCH_${list}})
+        if(kind STREQUAL "core")
+            target_link_libraries(tavrin_pch_core PRIVATE tavrin_flags Qt6::Core)
+        else()
+            target_link_libraries(tavrin_pch_widgets PRIVATE tavrin_flags Qt6::Widgets)
+        endif()
+    endif()
+    target_precompile_headers(${target} REUSE_FROM tavrin_pch_${kind})
+endfunction()
+
 # tavrin_library(name SOURCES... ) with the flags every library of the project has.
 function(tavrin_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC tavrin_flags ${ARG_LINK})
     set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
+    tavrin_precompiled(${name} core)
 endfunction()
 
 # tavrin_test(name SOURCES... LINK... [ON_DISPLAY]): one Qt Test program, run by ctest in a fixed
@@ -54,6 +86,7 @@ function(tavrin_test name)
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
     target_link_libraries(${name} PRIVATE tavrin_flags Qt6::Test ${ARG_LINK})
     target_compile_definitions(${name} PRIVATE TAVRIN_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+    tavrin_precompiled(${name} core)
     set(platform offscreen)
     set(command ${name})
     if(ARG_ON_DISPLAY)

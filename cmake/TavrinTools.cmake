@@ -8,6 +8,13 @@ endif()
 find_program(TAVRIN_CCACHE ccache)
 if(TAVRIN_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER "${TAVRIN_CCACHE}")
+    if(TAVRIN_PCH)
+        # Without these, ccache has nothing to do with precompiled headers.
+        set(CMAKE_CXX_COMPILER_LAUNCHER
+            "${CMAKE_COMMAND}" -E env
+            CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+            "${TAVRIN_CCACHE}")
+    endif()
 endif()
 
 find_program(TAVRIN_MOLD mold)
