@@ -87,18 +87,24 @@ QString RuleSampler::fragmentOfCopy(const TDocument &document, const TRulePtr &r
     return copy ? fragment(document, *copy, file) : QString();
 }
 
-QString RuleSampler::nameBefore(const TDocument &document, const TRulePtr &rule,
-                                const TFileObject &file)
+QStringList RuleSampler::namesBefore(const TDocument &document, const TRulePtr &rule, qsizetype row,
+                                     qsizetype count)
 {
+    const TFileList &files = document.sourceObjectArray();
     const TRuleList &all = document.ruleArray();
     const TRuleList before = TRuleKinds::copyArrayViaEncode(
         TRuleList(all.begin(), std::find(all.begin(), all.end(), rule)));
     NameGeneration::prepareAllRules(before);
-    const qsizetype row = rowOf(document, file);
-    if (row < static_cast<qsizetype>(document.sourceObjectArray().size()))
-        advanceCounters(before, document.sourceObjectArray(), row);
-    TRuleDict dict = dictFor(document);
-    return NameGeneration::applyRuleSet(&before, *file.copy(), row, nullptr, dict,
-                                        document.theOptions(), false)
-        .string();
+    const qsizetype end = std::min(row + count, static_cast<qsizetype>(files.size()));
+    if (row < end)
+        advanceCounters(before, files, row);
+    QStringList names;
+    for (; row < end; ++row) {
+        TRuleDict dict = dictFor(document);
+        names +=
+            NameGeneration::applyRuleSet(&before, *files[static_cast<std::size_t>(row)]->copy(),
+                                         row, nullptr, dict, document.theOptions(), false)
+                .string();
+    }
+    return names;
 }

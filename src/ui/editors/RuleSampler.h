@@ -16,7 +16,8 @@ QString fragment(const TDocument &document, TRuleModel &rule, const TFileObject 
                  const QString &soFar = QString());
 /// The same with a copy made for the purpose.
 QString fragmentOfCopy(const TDocument &document, const TRulePtr &rule, const TFileObject &file);
-/// The name of a file as the rules before this one assemble it.
-QString nameBefore(const TDocument &document, const TRulePtr &rule, const TFileObject &file);
+/// The names of some files from a row on, as the rules before this one assemble them.
+QStringList namesBefore(const TDocument &document, const TRulePtr &rule, qsizetype row,
+                        qsizetype count);
 
 } // namespace RuleSampler

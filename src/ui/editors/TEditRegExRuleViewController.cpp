@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kGap = 8;
-constexpr std::size_t kExamples = 3;
+constexpr qsizetype kExamples = 3;
 constexpr qint64 kSteps =
     150; ///< for all examples of a key press; a fraction of what a name may take
 constexpr qsizetype kLongestExample = 24;
@@ -161,46 +161,52 @@ void TEditRegExRuleViewController::refresh()
     form().setNote(regex().source() > 0 && regex().replaceAll() != 0
                        ? tr("rewrites the name so far")
                        : tr("adds to the name"));
+    refreshSources();
+}
+
+void TEditRegExRuleViewController::refreshSources()
+{
+    const TDocument &document = context().document;
     const std::shared_ptr<TFileObject> sample = sampleFile();
-    const auto words = [&](const QString &choice, const QString &example) {
-        return example.isEmpty()
+    m_fileNames.clear();
+    m_namesBefore.clear();
+    if (sample) {
+        const qsizetype row = RuleSampler::rowOf(document, *sample);
+        const TFileList &files = document.sourceObjectArray();
+        for (auto file = files.begin() + row; file != files.end() && m_fileNames.size() < kExamples;
+             ++file)
+            m_fileNames += (*file)->fileName();
+        m_namesBefore = RuleSampler::namesBefore(document, theRule(), row, kExamples);
+    }
+    const auto words = [](const QString &choice, const QStringList &examples) {
+        return examples.isEmpty() || examples.front().isEmpty()
                    ? choice
-                   : u"%1  \u2013  %2"_s.arg(
-                         choice, example.first(std::min(example.size(), kLongestExample)));
+                   : u"%1  \u2013  %2"_s.arg(choice, examples.front().left(kLongestExample));
     };
-    EditorForm::setChoices(
-        m_source,
-        {{0, words(tr("the file's name"), sample ? sample->fileName() : QString())},
-         {1, words(tr("the name so far"),
-                   sample ? RuleSampler::nameBefore(context().document, theRule(), *sample)
-                          : QString())}});
+    EditorForm::setChoices(m_source, {{0, words(tr("the file's name"), m_fileNames)},
+                                      {1, words(tr("the name so far"), m_namesBefore)}});
 }
 
 QList<SamplePreview::Line> TEditRegExRuleViewController::previewLines() const
 {
-    const std::shared_ptr<TFileObject> sample = sampleFile();
+    const QStringList &names = regex().source() == 0 ? m_fileNames : m_namesBefore;
     if (m_compiled.empty())
         return {SamplePreview::note(tr("Without a pair every file gets \"???RegEx???\"."))};
-    if (!sample)
+    if (names.isEmpty())
         return TRuleViewController::previewLines();
     if (!problem().isEmpty())
         return {SamplePreview::note(tr("No example yet."))};
     RegexReplacer::Budget budget;
     budget.steps = kSteps;
     QList<SamplePreview::Line> lines;
-    const TFileList &files = context().document.sourceObjectArray();
-    auto row = static_cast<std::size_t>(RuleSampler::rowOf(context().document, *sample));
-    for (; lines.size() < static_cast<qsizetype>(kExamples) && row < files.size(); ++row)
-        lines += lineFor(*files[row], budget);
+    for (const QString &name : names)
+        lines += lineFor(name, budget);
     return lines;
 }
 
-SamplePreview::Line TEditRegExRuleViewController::lineFor(const TFileObject &file,
+SamplePreview::Line TEditRegExRuleViewController::lineFor(const QString &before,
                                                           RegexReplacer::Budget &budget) const
 {
-    const QString before = regex().source() == 0
-                               ? file.fileName()
-                               : RuleSampler::nameBefore(context().document, theRule(), file);
     QString after = before;
     for (const RegexReplacer &replacer : m_compiled)
         after = replacer.replaceAll(after, budget);

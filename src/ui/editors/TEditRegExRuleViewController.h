@@ -31,8 +31,9 @@ private:
     void orderFocus();
     void showHelp(bool isShown);
     void compile();
+    void refreshSources();
     QString problem() const;
-    SamplePreview::Line lineFor(const TFileObject &file, RegexReplacer::Budget &budget) const;
+    SamplePreview::Line lineFor(const QString &before, RegexReplacer::Budget &budget) const;
 
     QComboBox *m_source = nullptr;
     QCheckBox *m_replacesAll = nullptr;
@@ -43,5 +44,7 @@ private:
     EditorLabel *m_problem;
     QPushButton *m_helpButton = nullptr;
     RegexCheatSheet *m_help;
+    QStringList m_fileNames;               ///< of the files that are examples
+    QStringList m_namesBefore;             ///< of the same, so far
     std::vector<RegexReplacer> m_compiled; ///< of the pairs
 };
