@@ -101,12 +101,15 @@ void Popover::place()
     const QRect target(m_anchor->mapTo(around, part.topLeft()), part.size());
     const QRect room = around->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
     const QSize frame(2 * (kShadow + kPadding), 2 * (kShadow + kPadding) + kArrow);
-    const QSize wanted = m_content->sizeHint().expandedTo(m_content->minimumSizeHint()) + frame;
+    const QSize least = m_content->minimumSizeHint() + frame;
+    const QSize wanted = (m_content->sizeHint() + frame).expandedTo(least);
     const int below = room.bottom() - target.bottom() + kShadow;
     const int above = target.top() - room.top() + kShadow;
     m_isBelow = below >= wanted.height() || below >= above;
+    // Content that can be lower rather is than that it covers what it is about.
+    const int beside = std::max(m_isBelow ? below : above, least.height());
     const QSize size(std::min(wanted.width(), room.width() + 2 * kShadow),
-                     std::min(wanted.height(), room.height() + 2 * kShadow));
+                     std::min({wanted.height(), beside, room.height() + 2 * kShadow}));
     int y = m_isBelow ? target.bottom() + 1 - kShadow : target.top() + kShadow - size.height();
     y = std::clamp(y, room.top() - kShadow,
                    std::max(room.top() - kShadow, room.bottom() + kShadow + 1 - size.height()));
