@@ -2,6 +2,7 @@
 #include "ui/windows/FilePanel.h"
 
 #include "commonprocs/ByteNames.h"
+#include "ui/windows/SheetParts.h"
 
 #include <QUrl>
 
@@ -12,6 +13,8 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int kPromptCharacters = 40;
 
 struct CloseFolder
 {
@@ -71,7 +74,9 @@ void FilePanel::askForFolder(const TDialogHost::FolderPanel &panel)
     setFileMode(Directory);
     setOptions(ShowDirsOnly | ReadOnly);
     setWindowTitle(panel.prompt);
-    setLabelText(Accept, QString(panel.prompt).replace(u'&', "&&"_L1));
+    const QString prompt = fontMetrics().elidedText(panel.prompt, Qt::ElideMiddle,
+                                                    SheetParts::widthOf(this, kPromptCharacters));
+    setLabelText(Accept, QString(prompt).replace(u'&', "&&"_L1));
     setDirectoryUrl(urlOf(panel.folder));
 }
 

@@ -22,7 +22,7 @@ class UpdateCheck : public QObject
 public:
     struct Limits
     {
-        qint64 bytes = 64 * 1024;
+        qint64 bytes = 65536;
         std::chrono::milliseconds time{15'000};
         bool allowsOwnMachine = false; ///< plain http from 127.0.0.1, for tests
     };
