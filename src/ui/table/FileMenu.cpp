@@ -19,7 +19,7 @@ FileMenu::FileMenu(bool hasProblems, QWidget *parent)
     add("inspector"_L1, tr("Show &Metadata"), &FileMenu::metadataChosen);
     add("info"_L1, tr("Show &Problems"), &FileMenu::problemsChosen)->setEnabled(hasProblems);
     addSeparator();
-    add("copy"_L1, tr("&Copy Name"), &FileMenu::copyNameChosen);
+    add("copy"_L1, tr("&Copy Name"), &FileMenu::copyNameChosen)->setShortcut(QKeySequence::Copy);
     add("copy"_L1, tr("Copy &New Name"), &FileMenu::copyNewNameChosen);
     addSeparator();
     add("remove"_L1, tr("&Remove"), &FileMenu::removeChosen)->setShortcut(QKeySequence::Delete);

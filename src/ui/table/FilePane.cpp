@@ -138,6 +138,8 @@ void FilePane::Private::followTable()
         if (index.column() == FileTableModel::Status)
             pane.showProblems(model.documentRow(index.row()));
     });
+    QObject::connect(table, &FileTableView::copyRequested, &pane,
+                     [this] { copyNames(&Private::oldName); });
     QObject::connect(table, &FileTableView::contextMenuRequested, &pane,
                      [this](QPoint position) { showMenu(position); });
 }

@@ -33,7 +33,7 @@ public:
     void setHint(const QString &hint);
 
 Q_SIGNALS:
-    void problemsRequested(int row);
+    void copyRequested();
     void contextMenuRequested(QPoint globalPosition);
 
 protected:

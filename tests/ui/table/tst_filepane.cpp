@@ -403,6 +403,9 @@ void TestFilePane::contextMenu()
     };
     trigger(u"Copy Name"_s);
     QCOMPARE(QApplication::clipboard()->text(), u"a.txt\nb.txt"_s);
+    QApplication::clipboard()->clear();
+    QTest::keyClick(shown.table, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QApplication::clipboard()->text(), u"a.txt\nb.txt"_s);
     trigger(u"Copy New Name"_s);
     QCOMPARE(QApplication::clipboard()->text(), u"new.txt\nnew-1.txt"_s);
     QSignalSpy metadata(shown.pane.get(), &FilePane::metadataRequested);
