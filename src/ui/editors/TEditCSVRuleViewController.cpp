@@ -221,7 +221,6 @@ void TEditCSVRuleViewController::loadFile(const QString &path)
 
 void TEditCSVRuleViewController::showLoading(bool isLoading)
 {
-    m_choose->setEnabled(!isLoading);
     if (isLoading)
         m_patience.start();
     else
