@@ -73,11 +73,11 @@ private:
     void batchFinished(BatchWindow *batch);
     void quitIfDone();
 
-    QtMainThread m_mainThread;
     Notifications m_notifications;
     DiskFileManager m_disk;
     SystemClock m_clock;
     RunningSystem m_system;
+    QtMainThread m_mainThread; ///< what was posted and never ran refers to the above
     TAppDelegate m_delegate;
     QPointer<RollBackChooserWindow> m_chooser;
     QPointer<RollBackWindow> m_rollBack;

@@ -19,7 +19,18 @@ BatchHost::BatchHost(BatchWindow &window)
 {
 }
 
-BatchHost::~BatchHost() = default;
+BatchHost::~BatchHost()
+{
+    closeLogs();
+}
+
+void BatchHost::closeLogs()
+{
+    for (const QPointer<LogWindow> &log : std::exchange(m_logs, {})) {
+        if (log)
+            log->close();
+    }
+}
 
 void BatchHost::ask(const Question &question, Answered answered)
 {
@@ -174,9 +185,6 @@ void BatchHost::hideWindow()
         sheet->hide();
         sheet->deleteLater();
     }
-    for (const QPointer<LogWindow> &log : m_logs) {
-        if (log)
-            log->close();
-    }
+    closeLogs();
     m_window.hide();
 }

@@ -46,6 +46,8 @@ public:
     void hideWindow() override;
 
 private:
+    void closeLogs();
+
     BatchWindow &m_window;
     QPointer<ProgressSheet> m_sheet;
     std::vector<QPointer<LogWindow>> m_logs; ///< attached to the batch, gone with it
