@@ -12,12 +12,14 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTest>
+#include <QTimer>
 
 #include <limits>
 
 namespace {
 
 constexpr qint64 kPatience = 60'000;
+constexpr int kTick = 100;
 
 BatchWindow *openWindow()
 {
@@ -54,6 +56,8 @@ bool WindowScene::wait(const std::function<bool()> &condition)
 {
     QElapsedTimer timer;
     timer.start();
+    QTimer tick; // so that the wait ends where nothing happens any more
+    tick.start(kTick);
     while (!condition()) {
         if (timer.elapsed() > kPatience)
             return false;

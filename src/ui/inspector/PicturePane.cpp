@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr QSize kRoom(276, 176);
+constexpr QSize kRoom(300, 184);
 constexpr int kEdge = 256; ///< of pictures that are not much wider than high
 constexpr int kFrame = 6;
 constexpr qreal kRadius = 4;
