@@ -47,7 +47,7 @@ Popover::Popover(QWidget *content, QWidget *anchor, const QRect &part)
     setAccessibleName(content->accessibleName());
     content->setParent(this);
     qApp->installEventFilter(this);
-    connect(anchor, &QObject::destroyed, this, [this] { dismiss(); });
+    connect(anchor, &QObject::destroyed, this, [this] { end(true); });
     place();
     show();
     content->show();
@@ -70,14 +70,31 @@ Popover::~Popover()
 
 void Popover::dismiss()
 {
+    end(false);
+}
+
+void Popover::end(bool withAnchor)
+{
     if (m_isClosed)
         return;
     m_isClosed = true;
     qApp->removeEventFilter(this);
-    const bool hadFocus = isAncestorOf(QApplication::focusWidget()) || hasFocus();
+    QWidget *const focus = QApplication::focusWidget();
+    const bool hadFocus = focus != nullptr && (focus == this || isAncestorOf(focus));
+    if (hadFocus)
+        focus->clearFocus(); // else hiding hands it to whichever widget is next
     hide();
-    if (hadFocus && m_focusBefore != nullptr && m_focusBefore->isVisible())
-        m_focusBefore->setFocus(Qt::PopupFocusReason);
+    if (hadFocus && m_focusBefore != nullptr) {
+        const auto giveBack = [before = m_focusBefore.data()] {
+            if (before->isVisible())
+                before->setFocus(Qt::PopupFocusReason);
+        };
+        // With the anchor the whole window may be going away, and what had the focus with it.
+        if (withAnchor)
+            QMetaObject::invokeMethod(m_focusBefore.data(), giveBack, Qt::QueuedConnection);
+        else
+            giveBack();
+    }
     Q_EMIT closed();
     deleteLater();
 }
@@ -154,7 +171,7 @@ bool Popover::eventFilter(QObject *watched, QEvent *event)
         break;
     case QEvent::Hide:
         if (watched == m_anchor)
-            dismiss();
+            end(true);
         break;
     case QEvent::LayoutRequest:
         if (watched == m_content)

@@ -38,6 +38,7 @@ protected:
 
 private:
     Popover(QWidget *content, QWidget *anchor, const QRect &part);
+    void end(bool withAnchor);
     void place();
     QRect body() const;
     QPushButton *defaultButton() const;

@@ -133,7 +133,7 @@ private Q_SLOTS:
         act(open);
         QVERIFY(!open.isOpen());
         QCOMPARE(open.closed->count(), 1);
-        QVERIFY(open.outside->hasFocus());
+        QTRY_VERIFY(open.outside->hasFocus());
         QTRY_VERIFY(content == nullptr);
         QCOMPARE(open.closed->count(), 1);
     }
@@ -146,6 +146,22 @@ private Q_SLOTS:
         QCoreApplication::sendPostedEvents();
         const QRect content(open.content->mapTo(&open.window, QPoint()), open.content->size());
         QVERIFY(open.window.rect().contains(content));
+    }
+
+    /// The widgets of a window go one by one; none of them may get the focus meanwhile.
+    void focusStaysAwayFromAWindowThatGoes()
+    {
+        auto open = std::make_unique<OpenPopover>();
+        int focused = 0;
+        const auto count =
+            QObject::connect(qApp, &QApplication::focusChanged, qApp, [&](QWidget *, QWidget *now) {
+                focused += now == open->outside ? 1 : 0;
+            });
+        delete open->anchor;
+        delete open->outside;
+        QCoreApplication::processEvents();
+        QObject::disconnect(count);
+        QCOMPARE(focused, 0);
     }
 
     void closedIsHeardWhenTheWindowGoes()
