@@ -92,6 +92,7 @@ FactsPane::FactsPane(QWidget *parent)
     for (int row = 0; row < kRows; ++row) {
         m_titles[row] = new QLabel(tr(kTitles[row]), this);
         m_values[row] = label(this);
+        m_values[row]->setWordWrap(true);
         m_values[row]->setTextInteractionFlags(Qt::TextSelectableByMouse);
         m_form->addRow(m_titles[row], m_values[row]);
     }

@@ -8,11 +8,13 @@
 #include <QPainter>
 #include <QTimerEvent>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
 constexpr QSize kRoom(300, 184);
+constexpr int kCharacters = 42;
 constexpr int kEdge = 256; ///< of pictures that are not much wider than high
 constexpr int kFrame = 6;
 constexpr qreal kRadius = 4;
@@ -34,7 +36,9 @@ PicturePane::PicturePane(QWidget *parent)
 
 QSize PicturePane::sizeHint() const
 {
-    return kRoom;
+    // Below it stand tags and their values, which want more room in a larger font.
+    return {std::max(kRoom.width(), fontMetrics().averageCharWidth() * kCharacters),
+            kRoom.height()};
 }
 
 int PicturePane::edge() const
