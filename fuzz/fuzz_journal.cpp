@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Journals of interrupted runs, whoever wrote them: every input is read as it stands, and once more
 // as the records of a frame whose checksum is right.
+#include "commonprocs/easyfile.h"
 #include "rollback/Checksum.h"
 #include "rollback/JournalContents.h"
 #include "rollback/JournalFormat.h"

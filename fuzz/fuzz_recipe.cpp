@@ -19,7 +19,7 @@ namespace {
 constexpr std::array<std::string_view, 5> kSamples{
     R"(Text theText="Holiday " theColor=1)",
     R"(Counter startValue=1 padding=3 manualPadding=1 increment=-2)",
-    R"(RegExTag match="\s+(.)" replace="_$1" source=1 replaceAll=true)",
+    R"-(RegExTag match="\s+(.)" replace="_$1" source=1 replaceAll=true)-",
     R"({"kind":"RegExTag","source":1,"regArray":[{"match":"\\s+","replace":"_"}]})",
     R"(handlingMethod=2 map=htm:html,jpeg:jpg)"};
 
