@@ -170,6 +170,7 @@ private:
 
 int main(int argc, char **argv)
 {
+    mallopt(M_ARENA_MAX, 1); // as the program's own main() does
     const QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() == 2 && arguments[1] == "prepare"_L1) {

@@ -14,6 +14,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <malloc.h>
 
 using namespace Qt::StringLiterals;
 
@@ -123,6 +124,7 @@ int main(int argc, char **argv)
 {
     fillClosedStreams();
     std::signal(SIGPIPE, SIG_IGN); // a helper that dies is an answer that fails
+    mallopt(M_ARENA_MAX, 1);       // workers make what the main thread frees, and the reverse
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments += ByteNames::fromBytes(argv[i]);
