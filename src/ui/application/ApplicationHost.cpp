@@ -21,6 +21,8 @@
 
 namespace {
 
+constexpr QPoint kBeside{24, 24};
+
 /// Shows a window that keeps everything else waiting.
 void showModally(QDialog &dialog)
 {
@@ -206,8 +208,13 @@ void ApplicationHost::showPreferences()
 
 void ApplicationHost::newBatch()
 {
+    const BatchWindow *before = currentBatch();
     m_batches.push_back(std::make_unique<BatchWindow>(documentServices(), *this));
     BatchWindow *batch = m_batches.back().get();
+    if (before != nullptr && !before->isMaximized() && !before->isFullScreen()) {
+        batch->resize(before->size());
+        batch->move(before->pos() + kBeside); // not right over it
+    }
     connect(batch, &BatchWindow::finished, this, [this, batch] { batchFinished(batch); });
     m_lastUsed = batch;
     batch->show();

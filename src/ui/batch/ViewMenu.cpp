@@ -2,6 +2,7 @@
 #include "ui/batch/ViewMenu.h"
 
 #include "settings/UserDefaults.h"
+#include "ui/controls/PillButton.h"
 #include "ui/controls/Theme.h"
 #include "ui/inspector/InspectorDock.h"
 #include "ui/table/FilePane.h"
@@ -40,6 +41,7 @@ ViewMenu::ViewMenu(const BatchParts &parts, QWidget *parent)
     : QMenu(tr("&View"), parent)
 {
     addMenu(parts.files.columnsMenu())->setText(tr("&Columns"));
+    addFilters(parts.files);
     addSeparator();
     QAction *inspector = parts.inspector.toggleViewAction();
     inspector->setText(tr("Metadata &Inspector"));
@@ -49,6 +51,19 @@ ViewMenu::ViewMenu(const BatchParts &parts, QWidget *parent)
     addAppearances();
     addSeparator();
     addFullScreen(parts.window);
+}
+
+/// The buttons of the filter row, for the keyboard.
+void ViewMenu::addFilters(const FilePane &files)
+{
+    QMenu *menu = addMenu(tr("&Filter"));
+    const QList<PillButton *> filters = files.findChildren<PillButton *>();
+    for (PillButton *filter : filters) {
+        QAction *action = menu->addAction(filter->text(), filter, &PillButton::click);
+        action->setCheckable(true);
+        connect(menu, &QMenu::aboutToShow, action,
+                [action, filter] { action->setChecked(filter->isChecked()); });
+    }
 }
 
 void ViewMenu::addAppearances()

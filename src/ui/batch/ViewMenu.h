@@ -17,6 +17,7 @@ public:
     static void restoreAppearance();
 
 private:
+    void addFilters(const FilePane &files);
     void addAppearances();
     void addFullScreen(QMainWindow &window);
 };

@@ -23,6 +23,7 @@ class TestBatchWindow : public QObject
 
 private Q_SLOTS:
     void commandsAndKeys();
+    void filtersByMenu();
     void noKeyMeansTwoThings();
     void enabledCommands_data();
     void enabledCommands();
@@ -88,6 +89,22 @@ void TestBatchWindow::commandsAndKeys()
             text + ": "_L1 + batch.command(text).shortcut().toString(QKeySequence::PortableText);
     }
     QCOMPARE(found, expected);
+}
+
+void TestBatchWindow::filtersByMenu()
+{
+    const BatchFixture batch({u"a.txt"_s, u"b.txt"_s});
+    const QAction &filters = batch.command(u"Filter"_s);
+    const QList<QAction *> actions = filters.menu()->actions();
+    actions.last()->trigger();
+    Q_EMIT filters.menu()->aboutToShow();
+    QStringList checked;
+    for (const QAction *action : actions) {
+        if (action->isChecked())
+            checked += action->text();
+    }
+    QCOMPARE(checked, QStringList(u"Problems"_s));
+    QCOMPARE(WindowTools::button(batch.files(), u"Problems"_s)->isChecked(), true);
 }
 
 /// A key that two actions of a window claim does nothing at all.
