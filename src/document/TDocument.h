@@ -96,7 +96,8 @@ public:
     bool isRenaming() const { return m_isRenaming; }
     /// A drop is still being added.
     bool isReceivingDrop() const { return !m_drops.empty(); }
-    /// What the run would write for an entry of the batch; null while that is not known.
+    /// What the run would write for an entry of the batch; null while that is not known, and when
+    /// it is no other name than the one that is shown.
     const ForecastStepper::Forecast *forecastFor(const TFileObject &file) const;
 
     // Files

@@ -17,6 +17,23 @@ TDocumentFact factOf(const TFileObject &file)
     return {file.item(), {file.imageProperties(), file.ID3()}};
 }
 
+/// True when the run would write what the list shows anyway, as it does for most files: nothing
+/// then has to be kept.
+bool isAsShown(const TFileObject &file, const ForecastStepper::Forecast &forecast)
+{
+    if (forecast.unchanged || !forecast.refusal.isEmpty())
+        return false;
+    const QString &name = file.attributedTargetName().string();
+    if (!forecast.finalName.startsWith(name))
+        return false;
+    const QStringView rest = QStringView(forecast.finalName).sliced(name.size());
+    const QString shown = file.attributedTargetExtension().string();
+    if (!shown.isEmpty())
+        return shown == u"." ? rest.isEmpty() : rest == shown;
+    const QString own = file.extension(); // kept, and not shown
+    return own.isEmpty() ? rest.isEmpty() : rest == QString(u'.' + own);
+}
+
 } // namespace
 
 TDocumentAnalysis::Output TDocument::analysisOutput()
@@ -196,13 +213,14 @@ void TDocument::applyResults(qsizetype first, std::vector<TAnalysisResult> &resu
 void TDocument::applyForecasts(qsizetype first, std::vector<ForecastStepper::Forecast> &forecasts,
                                const TFileList &files)
 {
-    if (first == 0) {
+    if (first == 0)
         m_forecasts.clear();
-        m_forecasts.reserve(static_cast<qsizetype>(files.size()));
-    }
     auto file = files.begin() + first;
-    for (ForecastStepper::Forecast &forecast : forecasts)
-        m_forecasts.insert((file++)->get(), std::move(forecast));
+    for (ForecastStepper::Forecast &forecast : forecasts) {
+        const TFileObject &entry = **file++;
+        if (!isAsShown(entry, forecast))
+            m_forecasts.insert(&entry, std::move(forecast));
+    }
     if (m_analysisVersion == m_listVersion)
         Q_EMIT filesChanged(first, first + static_cast<qsizetype>(forecasts.size()) - 1);
 }
