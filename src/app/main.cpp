@@ -90,7 +90,8 @@ QIcon windowIcon()
     return QIcon::fromTheme(kDesktopFile, icon);
 }
 
-int run(int &argc, char **argv, const TFileURLs &files, SingleStart &single)
+int run(int &argc, char **argv, const StartOptions &options, const TFileURLs &files,
+        SingleStart &single)
 {
     const QtMessageHandler before = qInstallMessageHandler(endWithoutCore);
     QApplication application(argc, argv);
@@ -111,7 +112,7 @@ int run(int &argc, char **argv, const TFileURLs &files, SingleStart &single)
                          host.open(received);
                      });
     QObject::connect(&host, &ApplicationHost::quitting, &single, &SingleStart::retire);
-    host.start(files);
+    host.start(files, options.preset);
     single.listen();
     const int status = QApplication::exec();
     single.retire(); // its sockets must not outlive the application object
@@ -142,5 +143,5 @@ int main(int argc, char **argv)
     if (single.start(pathsOf(files)) == SingleStart::Outcome::HandedOver)
         return EXIT_SUCCESS;
     int ownName = 1; // what follows are paths, none of Qt's options
-    return run(ownName, argv, files, single);
+    return run(ownName, argv, options, files, single);
 }

@@ -70,9 +70,10 @@ ApplicationHost::~ApplicationHost()
     delete m_rollBack;
 }
 
-void ApplicationHost::start(const TFileURLs &files)
+void ApplicationHost::start(const TFileURLs &files, const QString &preset)
 {
     m_files = files;
+    m_preset = preset;
     m_delegate.awakeFromNib();
     Translations::install();
     ViewMenu::restoreAppearance();
@@ -142,6 +143,8 @@ void ApplicationHost::updateMenus()
 void ApplicationHost::openUntitledDocument()
 {
     newBatch();
+    if (!m_preset.isEmpty())
+        m_batches.back()->usePreset(std::exchange(m_preset, {}));
     if (!m_files.isEmpty())
         m_batches.back()->addFiles(std::exchange(m_files, {}));
     if (m_firstRunFinished)

@@ -28,8 +28,9 @@ public:
     ApplicationHost();
     ~ApplicationHost() override;
 
-    /// The three steps of a start; the untitled batch that follows gets the files.
-    void start(const TFileURLs &files);
+    /// The three steps of a start; the untitled batch that follows gets the files, and the rules of
+    /// the preset unless its name is empty.
+    void start(const TFileURLs &files, const QString &preset = {});
     /// What a later start of the program hands over: files for the window in use, which comes to
     /// the front.
     void open(const TFileURLs &files);
@@ -89,6 +90,7 @@ private:
     std::unique_ptr<UpdateNotice> m_updates;  ///< null until it is wanted
     std::function<void()> m_firstRunFinished; ///< while that dialog waits for the first batch
     TFileURLs m_files;                        ///< for the first batch
+    QString m_preset;                         ///< likewise
     bool m_isQuitting = false;
     /// Last, so that they go first: documents use all of the above.
     std::vector<std::unique_ptr<BatchWindow>> m_batches;

@@ -16,6 +16,7 @@ struct StartOptions
     Wish wish = Wish::Open;
     QString text; ///< what to print, without a line break at its end; the fault when refusing
     TFileURLs paths;
+    QString preset; ///< the name of the preset that the first batch begins with; often empty
 
     /// The arguments without the program's name.
     static StartOptions parse(const QStringList &arguments);

@@ -153,7 +153,7 @@ void BatchHost::showLogWindow(const std::shared_ptr<TLogWindowController> &log)
 
 void BatchHost::setPresetNames(const QStringList &names)
 {
-    m_window.m_recipe->setPresetNames(names);
+    m_window.presetsCame(names);
 }
 
 void BatchHost::askPresetName(const QString &suggestion,

@@ -146,6 +146,30 @@ void BatchWindow::addFiles(const TFileURLs &urls)
     m_document->addFiles(urls, static_cast<qsizetype>(m_document->sourceObjectArray().size()));
 }
 
+void BatchWindow::usePreset(const QString &name)
+{
+    m_wantedPreset = name;
+    m_document->loadPresetsFromDisk();
+}
+
+void BatchWindow::presetsCame(const QStringList &names)
+{
+    m_recipe->setPresetNames(names);
+    const QString wanted = std::exchange(m_wantedPreset, {});
+    const qsizetype index = names.indexOf(wanted);
+    if (index >= 0)
+        m_document->rulePresetChosen(TDocumentPresets::kFirstPreset + index);
+    else if (!wanted.isEmpty())
+        m_host.ask({TDialogHost::Form::Sheet,
+                    tr("No Preset"),
+                    tr("There is no preset called \"%1\". The presets that there are stand in the "
+                       "list beside the recipe.")
+                        .arg(wanted),
+                    {},
+                    {}},
+                   {});
+}
+
 void BatchWindow::updateMenus()
 {
     m_menus->updateSoon();

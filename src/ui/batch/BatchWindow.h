@@ -32,6 +32,9 @@ public:
     TDocument &document() const { return *m_document; }
     /// Adds files behind those that are there.
     void addFiles(const TFileURLs &urls);
+    /// Uses the rules of the preset of that name as soon as the presets are known; says so when
+    /// there is none.
+    void usePreset(const QString &name);
     /// Brings the menus up to date.
     void updateMenus();
 
@@ -53,6 +56,7 @@ private:
     void showProblemCounts();
     void showRenameToolTip();
     void showFolderAccess();
+    void presetsCame(const QStringList &names);
 
     ApplicationCommands &m_application;
     const TDocumentServices m_services;
@@ -65,4 +69,5 @@ private:
     FilePane *m_files;
     InspectorDock *m_inspector;
     EditorPopovers *m_editors;
+    QString m_wantedPreset; ///< until the presets have come
 };

@@ -79,6 +79,7 @@ private Q_SLOTS:
     void newcomersRoad();
     void earlierRunsAreRolledBack();
     void firstStart();
+    void beginsWithAPreset();
     void laterStarts();
     void endsWithTheLastWindow();
     void quitsDuringARename();
@@ -154,6 +155,20 @@ void TestApplication::firstStart()
     program.trigger(u"About Tavrin"_s);
     QTRY_VERIFY(WindowTools::shown<AboutDialog>() != nullptr);
     QCOMPARE(program.window()->findChildren<AboutDialog *>().size(), 1);
+}
+
+void TestApplication::beginsWithAPreset()
+{
+    Program program;
+    BatchWindow &window = *program.window();
+    QTRY_VERIFY(!window.document().thePresets().empty());
+    const auto &[name, rules] = window.document().thePresets().back();
+    const std::size_t count = rules.size();
+    window.usePreset(QString(name));
+    QTRY_COMPARE(window.document().ruleArray().size(), count);
+    window.usePreset(u"Nonesuch"_s);
+    QVERIFY(WindowTools::answer<QuestionDialog>(u"OK"_s));
+    QCOMPARE(window.document().ruleArray().size(), count);
 }
 
 /// Their files go to the window in use, not to another one.

@@ -79,6 +79,10 @@ void TestStarts::options_data()
                             << QStringList{u"/x"_s, absolutePath(u"--help"_s)};
     QTest::newRow("url") << QStringList{u"file:///a%20b"_s} << Wish::Open << QStringList{u"/a b"_s};
     QTest::newRow("help wins") << QStringList{u"/a"_s, u"-h"_s} << Wish::Tell << QStringList();
+    QTest::newRow("preset") << QStringList{u"-p"_s, u"-x"_s, u"/a"_s} << Wish::Open
+                            << QStringList{u"/a"_s};
+    QTest::newRow("preset without a name")
+        << QStringList{u"--preset"_s} << Wish::Refuse << QStringList();
     QTest::newRow("unknown") << QStringList{u"--new"_s} << Wish::Refuse << QStringList();
 }
 
