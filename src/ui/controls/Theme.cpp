@@ -165,7 +165,7 @@ Scheme scheme()
 
 double contrast(const QColor &first, const QColor &second)
 {
-    const auto [darker, lighter] = std::minmax(luminance(first), luminance(second));
+    const auto [darker, lighter] = std::minmax({luminance(first), luminance(second)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
