@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 
+#include <atomic>
 #include <optional>
 
 /// The person at the terminal, from whom answers come even when standard input is a list of files.
@@ -24,10 +25,17 @@ public:
 class ControllingTerminal : public Terminal
 {
 public:
+    /// Waiting for a line ends when the flag is set, which a signal may do at any moment. Not
+    /// owned.
+    explicit ControllingTerminal(const std::atomic<bool> &interrupted)
+        : m_interrupted(interrupted)
+    {
+    }
     ~ControllingTerminal() override;
     bool isThere() override;
     std::optional<QByteArray> readLine() override;
 
 private:
+    const std::atomic<bool> &m_interrupted;
     int m_descriptor = -1;
 };

@@ -15,7 +15,7 @@ int main(int argc, char **argv)
         arguments.append(ByteNames::fromBytes(argv[i]));
     DescriptorOutput out(STDOUT_FILENO);
     DescriptorOutput err(STDERR_FILENO);
-    ControllingTerminal terminal;
+    ControllingTerminal terminal(Interrupt::requested());
     DiskFileManager disk;
     SystemClock clock;
     CliEnvironment environment{out,  err,   STDIN_FILENO,          terminal,
