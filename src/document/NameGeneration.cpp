@@ -78,6 +78,17 @@ TAttributedString processExtensionForFile(TExtensionHandler &handler, TFileObjec
     return TAttributedString(u'.' + extension, TColor(), kExtensionColor);
 }
 
+QString wantedExtension(const TFileObject &file)
+{
+    const QString shown = file.attributedTargetExtension().string();
+    if (shown == u".")
+        return {};
+    if (!shown.isEmpty())
+        return shown;
+    const QString own = file.extension();
+    return own.isEmpty() ? own : u'.' + own;
+}
+
 void prepareAllRules(const TRuleList &rules)
 {
     for (const TRulePtr &rule : rules)

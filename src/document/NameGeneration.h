@@ -23,6 +23,9 @@ TAttributedString applyRuleSet(const TRuleList *rules, TFileObject &file, qsizet
 /// The shown extension with its period, in red; empty when the handler leaves extensions alone.
 TAttributedString processExtensionForFile(TExtensionHandler &handler, TFileObject &file,
                                           TErrorLog *batchLog, const TRuleDict &dict);
+/// The extension with its period that a file gets, as far as what is shown tells: the one shown, or
+/// its own where extensions are left alone; empty when it is taken away or there is none.
+QString wantedExtension(const TFileObject &file);
 /// prepareToStart to every rule.
 void prepareAllRules(const TRuleList &rules);
 

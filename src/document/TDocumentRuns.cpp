@@ -23,15 +23,8 @@ bool isAsShown(const TFileObject &file, const ForecastStepper::Forecast &forecas
 {
     if (forecast.unchanged || !forecast.refusal.isEmpty())
         return false;
-    const QString &name = file.attributedTargetName().string();
-    if (!forecast.finalName.startsWith(name))
-        return false;
-    const QStringView rest = QStringView(forecast.finalName).sliced(name.size());
-    const QString shown = file.attributedTargetExtension().string();
-    if (!shown.isEmpty())
-        return shown == u"." ? rest.isEmpty() : rest == shown;
-    const QString own = file.extension(); // kept, and not shown
-    return own.isEmpty() ? rest.isEmpty() : rest == QString(u'.' + own);
+    return forecast.finalName ==
+           file.attributedTargetName().string() + NameGeneration::wantedExtension(file);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "ui/table/FileCells.h"
 
 #include "commonprocs/ByteNames.h"
+#include "document/NameGeneration.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -28,18 +29,6 @@ QString text(const char *source)
     return QCoreApplication::translate(kContext, source);
 }
 
-/// The extension with its period that a file gets, as far as what is shown tells.
-QString wantedExtension(const TFileObject &file)
-{
-    const QString shown = file.attributedTargetExtension().string();
-    if (shown == "."_L1)
-        return {}; // the extension is taken away
-    if (!shown.isEmpty())
-        return shown;
-    const QString own = file.extension();
-    return own.isEmpty() ? own : '.'_L1 + own;
-}
-
 bool isKnown(const FileCells::Forecast *forecast)
 {
     return forecast != nullptr && !forecast->finalName.isNull();
@@ -62,7 +51,7 @@ QString shownName(const TFileObject &file)
 
 QString wantedName(const TFileObject &file)
 {
-    return shownName(file) + wantedExtension(file);
+    return shownName(file) + NameGeneration::wantedExtension(file);
 }
 
 QString newName(const TFileObject &file, const Forecast *forecast)
@@ -79,7 +68,7 @@ bool isUnchanged(const TFileObject &file, const Forecast *forecast)
     const QStringView base = QStringView(name).trimmed();
     if (!QStringView(current).startsWith(base))
         return false;
-    const QString extension = wantedExtension(file);
+    const QString extension = NameGeneration::wantedExtension(file);
     if (QStringView(current).sliced(base.size()) != extension)
         return false;
     // An extension whose letter case the run changes is not shown when extensions are left alone.
