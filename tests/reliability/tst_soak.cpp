@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "metadata/MetadataGatherer.h"
+#include "document/TDocumentHelpers.h"
 #include "rollback/RollbackLog.h"
 #include "rollback/RollbackRun.h"
 #include "settings/logging.h"
@@ -21,31 +21,6 @@ constexpr int kCycles = 200;
 constexpr int kSettled = 60;
 constexpr int kFiles = 40;
 constexpr qint64 kMostGrowth = 2 << 20;
-
-/// Reads with the real helper program.
-class ProgramGatherer : public TDocumentGatherer
-{
-public:
-    ProgramGatherer(MainThread &mainThread, Completion completion)
-        : m_gatherer(
-              settings(mainThread),
-              [completion = std::move(completion)](
-                  qsizetype, const TMetadataSource::Metadata &metadata) { completion(metadata); })
-    {
-    }
-    void add(std::vector<TFileItem> files) override { m_gatherer.add(std::move(files)); }
-
-private:
-    static MetadataGatherer::Settings settings(MainThread &mainThread)
-    {
-        MetadataGatherer::Settings settings;
-        settings.mainThread = &mainThread;
-        settings.helper = QStringLiteral(TAVRIN_METADATA);
-        return settings;
-    }
-
-    MetadataGatherer m_gatherer;
-};
 
 /// What a process must not gather over time.
 struct Holdings
@@ -77,6 +52,7 @@ private Q_SLOTS:
     void nothingGrows()
     {
         setLogSink([](const QString &) {});
+        qputenv("TAVRIN_METADATA_HELPER", TAVRIN_METADATA);
         DocumentFixture fixture;
         fixture.makeFiles(u"files/%1.txt"_s, kFiles);
         for (const QString &sample : {u"photo.jpg"_s, u"song.mp3"_s})
@@ -107,10 +83,7 @@ private:
                                     fixture.notifications, fixture.worker,
                                     PresetsManager(QString(), QString()),
                                     [&] { return fixture.tree.folder(u"Logs"_s); },
-                                    [&](TDocumentGatherer::Completion completion) {
-                                        return std::make_unique<ProgramGatherer>(
-                                            fixture.mainThread, std::move(completion));
-                                    }});
+                                    gatherersWithHelpers(fixture.mainThread)});
         QVERIFY(fixture.drop({u"files"_s}));
         QVERIFY(fixture.useRules({textRule(u"n"_s), makeRule(u"Counter"_s), makeRule(u"ImageTag"_s),
                                   patternRule(u"a"_s, u"b"_s, 1, 1)}));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/QtMainThread.h"
 #include "support/TemporaryTree.h"
+#include "support/WindowTools.h"
 #include "ui/controls/Popover.h"
 #include "ui/windows/Dialogs.h"
 #include "ui/windows/ErrorLogView.h"
@@ -24,21 +25,11 @@
 using namespace Qt::StringLiterals;
 using L = QStringList;
 using Form = TDialogHost::Form;
+using WindowTools::shown;
 
 namespace {
 
 constexpr int kMany = 100'000;
-
-template <class Window>
-Window *shown()
-{
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        auto *window = qobject_cast<Window *>(widget);
-        if (window != nullptr && window->isVisible())
-            return window;
-    }
-    return nullptr;
-}
 
 QPushButton *button(const QWidget &window, const QString &text)
 {
