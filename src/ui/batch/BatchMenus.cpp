@@ -9,6 +9,7 @@
 #include "ui/controls/Icons.h"
 #include "ui/table/FilePane.h"
 #include "ui/tiles/RecipeCard.h"
+#include "ui/tiles/RecipeCommands.h"
 
 #include <QLineEdit>
 #include <QMainWindow>
@@ -17,6 +18,8 @@
 #include <array>
 
 using namespace Qt::StringLiterals;
+
+using Way = RecipeCommands::Way;
 
 namespace {
 
@@ -32,9 +35,9 @@ constexpr std::array kDigits{Qt::Key_1, Qt::Key_2, Qt::Key_3, Qt::Key_4, Qt::Key
 BatchMenus::BatchMenus(const BatchParts &parts, QMenuBar &bar, QObject *parent)
     : QObject(parent)
     , m_parts(parts)
-    , m_rules(parts)
+    , m_rules(parts.recipe.commands())
     , m_files(parts)
-    , m_edit(parts, m_rules, this)
+    , m_edit(parts, this)
 {
     m_update.setSingleShot(true);
     m_update.setInterval(0);
@@ -111,11 +114,11 @@ void BatchMenus::addRulesMenu(QMenuBar &bar)
     // The recipe itself understands Enter; as a shortcut it would be taken from everything else.
     m_editRule = menu->addAction(
         tr("&Edit Rule") + u'\t' + QKeySequence(Qt::Key_Return).toString(QKeySequence::NativeText),
-        this, [this] { m_rules.edit(); });
+        this, [this] { m_rules.editSelected(); });
     m_moveLeft = menu->addAction(tr("Move &Left"), Qt::ALT | Qt::Key_Left, this,
-                                 [this] { m_rules.move(-1); });
+                                 [this] { m_rules.move(Way::Earlier); });
     m_moveRight = menu->addAction(tr("Move &Right"), Qt::ALT | Qt::Key_Right, this,
-                                  [this] { m_rules.move(1); });
+                                  [this] { m_rules.move(Way::Later); });
     menu->addSeparator();
     menu->addAction(tr("E&xtension..."), Qt::CTRL | Qt::Key_E, &m_parts.editors,
                     &EditorPopovers::editExtension);
@@ -194,8 +197,8 @@ void BatchMenus::update()
     m_delete->setEnabled(m_edit.canRemove());
     m_selectAll->setEnabled(m_edit.canSelectAll());
     m_editRule->setEnabled(m_rules.canEdit());
-    m_moveLeft->setEnabled(m_rules.canMove(-1));
-    m_moveRight->setEnabled(m_rules.canMove(1));
+    m_moveLeft->setEnabled(m_rules.canMove(Way::Earlier));
+    m_moveRight->setEnabled(m_rules.canMove(Way::Later));
     m_sort->setEnabled(document.sourceObjectArray().size() > 1);
     m_liveUpdate->setChecked(document.liveUpdate());
     m_showLog->setEnabled(document.errorLog().has_value());

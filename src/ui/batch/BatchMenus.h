@@ -3,7 +3,6 @@
 
 #include "ui/batch/EditCommands.h"
 #include "ui/batch/FileCommands.h"
-#include "ui/batch/RuleCommands.h"
 
 #include <QAction>
 #include <QTimer>
@@ -20,8 +19,9 @@ class BatchMenus : public QObject
 public:
     BatchMenus(const BatchParts &parts, QMenuBar &bar, QObject *parent);
 
-    const RuleCommands &ruleCommands() const { return m_rules; }
     const FileCommands &fileCommands() const { return m_files; }
+    /// Disabled while there is nothing to sort.
+    QMenu &sortMenu() const { return *m_sort; }
     void setRollBackEnabled(bool enabled) { m_rollBackThis->setEnabled(enabled); }
     void setColorCodeChecked(bool checked) { m_colorCode->setChecked(checked); }
     /// Soon, once for many calls.
@@ -40,7 +40,7 @@ private:
     void update();
 
     const BatchParts m_parts;
-    const RuleCommands m_rules;
+    RecipeCommands &m_rules;
     const FileCommands m_files;
     EditCommands m_edit;
     QTimer m_update;

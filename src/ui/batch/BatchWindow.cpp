@@ -5,6 +5,7 @@
 #include "ui/batch/BatchMenus.h"
 #include "ui/batch/EditorPopovers.h"
 #include "ui/batch/OptionsMenu.h"
+#include "ui/batch/SortButton.h"
 #include "ui/batch/StatusLine.h"
 #include "ui/batch/WindowMemory.h"
 #include "ui/controls/BadgeButton.h"
@@ -12,6 +13,7 @@
 #include "ui/table/FilePane.h"
 #include "ui/tiles/PaletteBar.h"
 #include "ui/tiles/RecipeCard.h"
+#include "ui/tiles/RecipeCommands.h"
 #include "ui/windows/FolderAccessView.h"
 
 #include <QCloseEvent>
@@ -61,6 +63,7 @@ BatchWindow::BatchWindow(TDocumentServices services, ApplicationCommands &applic
     m_menus = new BatchMenus({*this, *m_document, m_services.notifications, m_application,
                               *m_recipe, *m_files, *m_status, *m_inspector, *m_editors},
                              *menuBar(), this);
+    m_files->addControl(new SortButton(m_menus->sortMenu(), this));
     setAcceptDrops(true);
     connectParts();
     WindowMemory::restore(*this);
@@ -104,8 +107,9 @@ void BatchWindow::connectParts()
     connect(&document, &TDocument::closed, this, &BatchWindow::finished);
     connect(&document, &TDocument::errorLogChanged, this, &BatchWindow::showProblemCounts);
     connect(m_palette, &PaletteBar::tileClicked, &document, &TDocument::paletteButtonClicked);
-    connect(m_palette, &PaletteBar::addRequested, m_menus,
-            [this](const QString &kind) { m_menus->ruleCommands().add(kind); });
+    m_recipe->commands().setBeforeChange([this] { m_editors->closeAll(); });
+    connect(m_palette, &PaletteBar::addRequested, m_recipe,
+            [this](const QString &kind) { m_recipe->commands().add(kind); });
     connect(m_recipe, &RecipeCard::presetChosen, &document, [&document](qsizetype index) {
         if (index == TDocumentPresets::kDeleteItem)
             document.deletePresets();
@@ -124,8 +128,8 @@ void BatchWindow::connectParts()
         m_inspector->show();
         m_inspector->raise();
     });
-    connect(m_inspector, &InspectorDock::addRuleRequested, m_menus,
-            [this](const TRulePtr &rule) { m_menus->ruleCommands().append(rule); });
+    connect(m_inspector, &InspectorDock::addRuleRequested, m_recipe,
+            [this](const TRulePtr &rule) { m_recipe->commands().append(rule); });
     auto *inspectorDelay = new QTimer(m_inspector);
     inspectorDelay->setSingleShot(true);
     inspectorDelay->setInterval(kInspectorDelay);
@@ -149,14 +153,21 @@ void BatchWindow::addFiles(const TFileURLs &urls)
 void BatchWindow::usePreset(const QString &name)
 {
     m_wantedPreset = name;
-    m_document->loadPresetsFromDisk();
+    if (m_presetNames)
+        useWantedPreset();
 }
 
 void BatchWindow::presetsCame(const QStringList &names)
 {
     m_recipe->setPresetNames(names);
+    m_presetNames = names;
+    useWantedPreset();
+}
+
+void BatchWindow::useWantedPreset()
+{
     const QString wanted = std::exchange(m_wantedPreset, {});
-    const qsizetype index = names.indexOf(wanted);
+    const qsizetype index = m_presetNames->indexOf(wanted);
     if (index >= 0)
         m_document->rulePresetChosen(TDocumentPresets::kFirstPreset + index);
     else if (!wanted.isEmpty())

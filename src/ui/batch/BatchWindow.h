@@ -57,6 +57,7 @@ private:
     void showRenameToolTip();
     void showFolderAccess();
     void presetsCame(const QStringList &names);
+    void useWantedPreset();
 
     ApplicationCommands &m_application;
     const TDocumentServices m_services;
@@ -70,4 +71,5 @@ private:
     InspectorDock *m_inspector;
     EditorPopovers *m_editors;
     QString m_wantedPreset; ///< until the presets have come
+    std::optional<QStringList> m_presetNames;
 };

@@ -5,6 +5,7 @@
 #include "ui/batch/EditorPopovers.h"
 #include "ui/table/FilePane.h"
 #include "ui/tiles/RecipeCard.h"
+#include "ui/tiles/RecipeCommands.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -12,10 +13,10 @@
 #include <QMainWindow>
 #include <QMimeData>
 
-EditCommands::EditCommands(const BatchParts &parts, const RuleCommands &rules, QObject *parent)
+EditCommands::EditCommands(const BatchParts &parts, QObject *parent)
     : QObject(parent)
     , m_parts(parts)
-    , m_rules(rules)
+    , m_rules(parts.recipe.commands())
 {
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget *, QWidget *now) { focusChanged(now); });
@@ -59,7 +60,7 @@ bool EditCommands::canPaste() const
     if (textField() != nullptr)
         return true;
     const QMimeData *data = QApplication::clipboard()->mimeData();
-    return data != nullptr && !isElsewhere() && (RuleCommands::canPaste(*data) || data->hasUrls());
+    return data != nullptr && !isElsewhere() && (RecipeCommands::canPaste(data) || data->hasUrls());
 }
 
 bool EditCommands::canRemove() const
@@ -104,8 +105,8 @@ void EditCommands::paste()
     const QMimeData *data = QApplication::clipboard()->mimeData();
     if (data == nullptr || isElsewhere())
         return;
-    if (RuleCommands::canPaste(*data))
-        m_rules.paste(*data);
+    if (RecipeCommands::canPaste(data))
+        m_rules.paste(data);
     else if (const TFileURLs urls = TDocumentDrag::fileURLs(*data); !urls.isEmpty())
         m_parts.document.addFiles(
             urls, static_cast<qsizetype>(m_parts.document.sourceObjectArray().size()));
@@ -116,7 +117,7 @@ void EditCommands::remove()
     if (auto *line = qobject_cast<QLineEdit *>(textField()))
         line->del();
     else if (textField() == nullptr && !isElsewhere())
-        m_area == Area::Rules ? m_rules.remove() : m_parts.files.removeSelected();
+        m_area == Area::Rules ? m_rules.deleteSelected() : m_parts.files.removeSelected();
 }
 
 void EditCommands::selectAll()

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/batch/RuleCommands.h"
+#include "ui/batch/BatchParts.h"
 
 #include <QObject>
+
+class RecipeCommands;
 
 /// The commands that mean what the keyboard is at: a text field, the recipe or the file table. What
 /// had the keyboard last among these counts, so that menus know what they are for.
@@ -12,7 +14,7 @@ class EditCommands : public QObject
     Q_OBJECT
 
 public:
-    EditCommands(const BatchParts &parts, const RuleCommands &rules, QObject *parent);
+    EditCommands(const BatchParts &parts, QObject *parent);
 
     bool canCopy() const;
     bool canPaste() const;
@@ -38,6 +40,6 @@ private:
     bool isElsewhere() const;
 
     const BatchParts m_parts;
-    const RuleCommands &m_rules;
+    RecipeCommands &m_rules;
     Area m_area = Area::Files;
 };

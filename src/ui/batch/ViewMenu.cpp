@@ -59,6 +59,8 @@ void ViewMenu::addFilters(const FilePane &files)
     QMenu *menu = addMenu(tr("&Filter"));
     const QList<PillButton *> filters = files.findChildren<PillButton *>();
     for (PillButton *filter : filters) {
+        if (!filter->isCheckable())
+            continue;
         QAction *action = menu->addAction(filter->text(), filter, &PillButton::click);
         action->setCheckable(true);
         connect(menu, &QMenu::aboutToShow, action,

@@ -74,7 +74,7 @@ void PillButton::paintEvent(QPaintEvent *)
         painter.drawRoundedRect(face.adjusted(1.5, 1.5, -1.5, -1.5), radius - 1.5, radius - 1.5);
     }
     const QRect inside = rect().adjusted(kSideMargin, 0, -kSideMargin, 0);
-    painter.setPen(isChecked() ? colors.accentInk : colors.ink);
+    painter.setPen(!isEnabled() ? colors.muted : isChecked() ? colors.accentInk : colors.ink);
     painter.drawText(inside, Qt::AlignVCenter | Qt::AlignLeading, text());
     if (m_count >= 0)
         painter.drawText(inside, Qt::AlignVCenter | Qt::AlignTrailing, locale().toString(m_count));

@@ -274,6 +274,11 @@ void FilePane::focusTable()
         m_private->table->setFocus(Qt::OtherFocusReason);
 }
 
+void FilePane::addControl(QWidget *control)
+{
+    m_private->filters->addControl(control);
+}
+
 QLineEdit *FilePane::searchField() const
 {
     return m_private->filters->searchField();

@@ -29,6 +29,8 @@ public:
     std::shared_ptr<TFileObject> currentFile() const;
     void focusTable();
     QLineEdit *searchField() const;
+    /// Something of the window's own beside the search field; the pane owns it.
+    void addControl(QWidget *control);
     /// Shows and hides columns; belongs to the pane.
     QMenu *columnsMenu() const;
     /// Opens the list of the row's problems beside it.

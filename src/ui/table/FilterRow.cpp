@@ -82,6 +82,14 @@ void FilterRow::chooseAll()
     m_pills[0]->setChecked(true);
 }
 
+void FilterRow::addControl(QWidget *control)
+{
+    auto *row = static_cast<QHBoxLayout *>(layout());
+    row->insertWidget(row->indexOf(m_search), control);
+    setTabOrder(m_pills.back(), control);
+    setTabOrder(control, m_search);
+}
+
 void FilterRow::searchNow()
 {
     m_pause.stop();

@@ -22,6 +22,8 @@ public:
     QLineEdit *searchField() const { return m_search; }
     void setCount(Filter filter, qint64 count);
     void chooseAll();
+    /// Something of the window's own, before the search field; the row owns it.
+    void addControl(QWidget *control);
 
 Q_SIGNALS:
     void filterChosen(FileKinds::Filter filter);

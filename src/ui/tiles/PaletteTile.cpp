@@ -4,33 +4,13 @@
 #include "document/TDocumentDrag.h"
 #include "ui/controls/Icons.h"
 #include "ui/controls/Theme.h"
-#include "ui/tiles/TileDrawing.h"
 
 #include <QApplication>
 #include <QDrag>
 #include <QKeyEvent>
-#include <QPainter>
-
-namespace {
-
-TileDrawing drawingOf(const PaletteTile &tile)
-{
-    const ThemeColors colors = ThemeColors::of(tile.palette());
-    TileDrawing drawing;
-    drawing.icon = Icons::forIdentifier(tile.identifier());
-    drawing.text = tile.text();
-    drawing.fill = tile.isDown() ? colors.field : colors.card;
-    drawing.border = tile.underMouse() ? colors.muted : colors.border;
-    drawing.ink = colors.ink;
-    if (tile.hasFocus())
-        drawing.outline = colors.accent;
-    return drawing;
-}
-
-} // namespace
 
 PaletteTile::PaletteTile(const QString &identifier, QWidget *parent)
-    : QAbstractButton(parent)
+    : TileButton(parent)
     , m_identifier(identifier)
 {
     setText(Icons::kindName(identifier));
@@ -39,15 +19,18 @@ PaletteTile::PaletteTile(const QString &identifier, QWidget *parent)
     setFocusPolicy(Qt::ClickFocus);
 }
 
-QSize PaletteTile::sizeHint() const
+TileDrawing PaletteTile::drawing() const
 {
-    return drawingOf(*this).size(font());
-}
-
-void PaletteTile::paintEvent(QPaintEvent *)
-{
-    QPainter painter(this);
-    drawingOf(*this).paint(painter, rect(), font(), layoutDirection());
+    const ThemeColors colors = ThemeColors::of(palette());
+    TileDrawing drawing;
+    drawing.icon = Icons::forIdentifier(m_identifier);
+    drawing.text = text();
+    drawing.fill = isDown() ? colors.field : colors.card;
+    drawing.border = underMouse() ? colors.muted : colors.border;
+    drawing.ink = colors.ink;
+    if (hasFocus())
+        drawing.outline = colors.accent;
+    return drawing;
 }
 
 void PaletteTile::mousePressEvent(QMouseEvent *event)
@@ -79,7 +62,7 @@ void PaletteTile::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
         click();
     else if (event->key() == Qt::Key_Space)
-        QAbstractButton::keyPressEvent(event);
+        TileButton::keyPressEvent(event);
     else
         event->ignore(); // arrows are for the palette
 }
@@ -91,38 +74,23 @@ void PaletteTile::startDrag()
     if (!carried)
         return;
     const TRuleList rules = TDocumentDrag::rules(*carried);
-    TileDrawing drawing = drawingOf(*this);
-    if (!rules.empty())
-        drawing = TileDrawing::of(*rules.front(), palette());
+    const TileDrawing shown =
+        rules.empty() ? drawing() : TileDrawing::of(*rules.front(), palette());
     auto *drag = new QDrag(qApp); // outlives the tile when its window is closed meanwhile
     drag->setMimeData(carried.release());
-    drag->setPixmap(drawing.pixmap(font(), layoutDirection(), devicePixelRatioF()));
+    drag->setPixmap(shown.pixmap(font(), layoutDirection(), devicePixelRatioF()));
     drag->setHotSpot(m_pressedAt);
     drag->exec(Qt::CopyAction);
 }
 
 void PaletteTile::enterEvent(QEnterEvent *event)
 {
-    QAbstractButton::enterEvent(event);
+    TileButton::enterEvent(event);
     update();
 }
 
 void PaletteTile::leaveEvent(QEvent *event)
 {
-    QAbstractButton::leaveEvent(event);
-    update();
-}
-
-void PaletteTile::focusInEvent(QFocusEvent *event)
-{
-    QAbstractButton::focusInEvent(event);
-    Q_EMIT focused();
-}
-
-void PaletteTile::changeEvent(QEvent *event)
-{
-    QAbstractButton::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
-        updateGeometry();
+    TileButton::leaveEvent(event);
     update();
 }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QAbstractButton>
+#include "ui/tiles/TileButton.h"
 
 /// One kind of rule in the palette. Dragging it out carries a new rule of the kind; keys and
 /// assistive tools press it, which asks for adding the rule; a plain click of the mouse does not.
-class PaletteTile : public QAbstractButton
+class PaletteTile : public TileButton
 {
     Q_OBJECT
 
@@ -13,23 +13,19 @@ public:
     explicit PaletteTile(const QString &identifier, QWidget *parent = nullptr);
 
     const QString &identifier() const { return m_identifier; }
-    QSize sizeHint() const override;
 
 Q_SIGNALS:
     /// By the mouse.
     void plainlyClicked();
-    void focused();
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    TileDrawing drawing() const override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void changeEvent(QEvent *event) override;
 
 private:
     void startDrag();

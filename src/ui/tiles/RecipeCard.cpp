@@ -161,9 +161,9 @@ void RecipeCard::setEditedTile(QWidget *tile)
     m_private->extension->setEdited(tile == m_private->extension);
 }
 
-TRuleList RecipeCard::selectedRules() const
+RecipeCommands &RecipeCard::commands() const
 {
-    return m_private->strip->selection().selected();
+    return m_private->strip->commands();
 }
 
 void RecipeCard::selectAllRules()

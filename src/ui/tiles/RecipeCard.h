@@ -6,6 +6,8 @@
 
 #include <memory>
 
+class RecipeCommands;
+
 /// The recipe of a batch: the preset pop-up, the tiles of its rules, the extension's tile, and the
 /// sample line that shows one file's new name part by part. Edits go to the document; double clicks
 /// and deletions as the notifications it knows. Main thread only.
@@ -27,7 +29,7 @@ public:
     QWidget *presetPopUp() const;
     /// The outlined tile, whose editor is open; null: none.
     void setEditedTile(QWidget *tile);
-    TRuleList selectedRules() const;
+    RecipeCommands &commands() const;
     void selectAllRules();
     void focusRecipe();
     void startDupeDrag(const TRulePtr &rule);

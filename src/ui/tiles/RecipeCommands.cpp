@@ -2,38 +2,82 @@
 #include "ui/tiles/RecipeCommands.h"
 
 #include "document/TDocumentDrag.h"
+#include "document/TRuleKinds.h"
 
+#include <QApplication>
 #include <QClipboard>
-#include <QGuiApplication>
-#include <QWidget>
+#include <QLineEdit>
 
 RecipeCommands::RecipeCommands(TDocument &document, Notifications &notifications,
-                               const RecipeSelection &selection)
+                               const RecipeSelection &selection, TileOf tileOf)
     : m_document(document)
     , m_notifications(notifications)
     , m_selection(selection)
+    , m_tileOf(std::move(tileOf))
 {
 }
 
-void RecipeCommands::post(QLatin1StringView name, const TRulePtr &rule, QWidget *view)
+void RecipeCommands::setBeforeChange(std::function<void()> beforeChange)
+{
+    m_beforeChange = std::move(beforeChange);
+}
+
+void RecipeCommands::post(QLatin1StringView name, const TRulePtr &rule)
 {
     m_notifications.post(name, {{Notifications::kTheModel, QVariant::fromValue(rule)},
                                 {TDocument::kTheData, QVariant::fromValue(&m_document)},
-                                {TDocument::kTheView, QVariant::fromValue(view)}});
+                                {TDocument::kTheView, QVariant::fromValue(m_tileOf(rule))}});
 }
 
-void RecipeCommands::edit(const TRulePtr &rule, QWidget *view)
+void RecipeCommands::addRules(const TRuleList &rules, qsizetype place)
 {
-    post(TDocument::kRuleDoubleClicked, rule, view);
+    m_beforeChange();
+    m_document.addRules(rules, place);
 }
 
-void RecipeCommands::startCopy(const TRulePtr &rule, QWidget *view)
+void RecipeCommands::add(const QString &identifier)
 {
-    post(TDocument::kStartDupeDrag, rule, view);
+    const TRulePtr rule = TRuleKinds::ruleForIdentifier(identifier);
+    if (!rule)
+        return;
+    rule->updatePreview();
+    addRules({rule}, placeForMore());
+    edit(rule);
+    if (auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget()))
+        field->selectAll(); // what a new rule starts with is there to be typed over
+}
+
+void RecipeCommands::append(const TRulePtr &rule)
+{
+    addRules({rule}, m_selection.count());
+}
+
+bool RecipeCommands::canEdit() const
+{
+    return m_selection.selected().size() == 1;
+}
+
+void RecipeCommands::editSelected()
+{
+    if (canEdit())
+        edit(m_selection.selected().front());
+}
+
+void RecipeCommands::edit(const TRulePtr &rule)
+{
+    post(TDocument::kRuleDoubleClicked, rule);
+}
+
+void RecipeCommands::startCopy(const TRulePtr &rule)
+{
+    post(TDocument::kStartDupeDrag, rule);
 }
 
 void RecipeCommands::deleteSelected()
 {
+    if (!hasSelection())
+        return;
+    m_beforeChange();
     m_document.deleteRules(m_selection.selected());
 }
 
@@ -45,14 +89,14 @@ qsizetype RecipeCommands::placeForMore() const
 
 void RecipeCommands::duplicate()
 {
-    m_document.addRules(TDocument::copyArrayViaEncode(m_selection.selected()), placeForMore());
+    addRules(TDocument::copyArrayViaEncode(m_selection.selected()), placeForMore());
 }
 
 void RecipeCommands::copy() const
 {
-    const TRuleList rules = m_selection.selected();
-    if (!rules.empty())
-        QGuiApplication::clipboard()->setMimeData(TDocumentDrag::dataForRules(rules).release());
+    if (hasSelection())
+        QApplication::clipboard()->setMimeData(
+            TDocumentDrag::dataForRules(m_selection.selected()).release()); // its own now
 }
 
 void RecipeCommands::cut()
@@ -61,26 +105,30 @@ void RecipeCommands::cut()
     deleteSelected();
 }
 
-bool RecipeCommands::canPaste()
+bool RecipeCommands::canPaste(const QMimeData *data)
 {
-    const QMimeData *data = QGuiApplication::clipboard()->mimeData();
     return data != nullptr && data->hasFormat(TDocumentDrag::rulesType());
 }
 
-void RecipeCommands::paste()
+void RecipeCommands::paste(const QMimeData *data)
 {
-    if (canPaste())
-        m_document.addRules(TDocumentDrag::rules(*QGuiApplication::clipboard()->mimeData()),
-                            placeForMore());
+    if (canPaste(data))
+        addRules(TDocumentDrag::rules(*data), placeForMore());
+}
+
+bool RecipeCommands::canMove(Way way) const
+{
+    const std::vector<qsizetype> places = m_selection.places();
+    if (places.empty())
+        return false;
+    return way == Way::Earlier ? places.front() > 0 : places.back() + 1 < m_selection.count();
 }
 
 void RecipeCommands::move(Way way)
 {
-    const std::vector<qsizetype> places = m_selection.places();
-    if (places.empty())
+    if (!canMove(way))
         return;
-    if (way == Way::Earlier && places.front() > 0)
-        m_document.moveRules(places, places.front() - 1);
-    else if (way == Way::Later && places.back() + 1 < m_selection.count())
-        m_document.moveRules(places, places.back() + 2);
+    m_beforeChange();
+    const std::vector<qsizetype> places = m_selection.places();
+    m_document.moveRules(places, way == Way::Earlier ? places.front() - 1 : places.back() + 2);
 }

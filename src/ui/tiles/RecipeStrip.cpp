@@ -7,6 +7,7 @@
 #include "ui/tiles/RuleTile.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMenu>
@@ -18,7 +19,8 @@ using namespace Qt::StringLiterals;
 RecipeStrip::RecipeStrip(TDocument &document, Notifications &notifications, QWidget *parent)
     : TileStrip(document, parent)
     , m_document(document)
-    , m_commands(document, notifications, selection())
+    , m_commands(document, notifications, selection(),
+                 [this](const TRulePtr &rule) { return tileOf(rule); })
 {
 }
 
@@ -30,7 +32,7 @@ void RecipeStrip::selectAllRules()
 
 void RecipeStrip::tilePressed(const TRulePtr &rule)
 {
-    m_commands.edit(rule, tileOf(rule));
+    m_commands.edit(rule);
 }
 
 /// The recipe's keys are its own also where a command of the window has the same.
@@ -115,7 +117,7 @@ bool RecipeStrip::commandByKey(const QKeyEvent &event)
         return true;
     }
     if (event.matches(QKeySequence::Paste)) {
-        m_commands.paste();
+        m_commands.paste(QGuiApplication::clipboard()->mimeData());
         return true;
     }
     if (selection().count() == 0)
@@ -148,8 +150,7 @@ void RecipeStrip::selectCurrentIfNone()
 
 void RecipeStrip::editCurrent()
 {
-    RuleTile *const tile = tiles()[static_cast<std::size_t>(selection().current())];
-    m_commands.edit(tile->rule(), tile);
+    m_commands.edit(tiles()[static_cast<std::size_t>(selection().current())]->rule());
 }
 
 RuleTile *RecipeStrip::pressedTile() const
@@ -208,13 +209,12 @@ void RecipeStrip::mouseDoubleClickEvent(QMouseEvent *event)
 void RecipeStrip::mouseMoveEvent(QMouseEvent *event)
 {
     const QPoint way = event->position().toPoint() - m_pressedAt;
-    RuleTile *const tile = pressedTile();
-    if (tile == nullptr || !event->buttons().testFlag(Qt::LeftButton) ||
+    if (pressedTile() == nullptr || !event->buttons().testFlag(Qt::LeftButton) ||
         way.manhattanLength() < QApplication::startDragDistance())
         return;
     m_selectsOnRelease = false;
     if (event->modifiers().testFlag(Qt::ControlModifier))
-        m_commands.startCopy(std::exchange(m_pressed, nullptr), tile);
+        m_commands.startCopy(std::exchange(m_pressed, nullptr));
     else
         startMoveDrag();
 }
@@ -304,8 +304,11 @@ void RecipeStrip::contextMenuEvent(QContextMenuEvent *event)
     menu->addSeparator();
     add("copy"_L1, tr("Cu&t"), [this] { m_commands.cut(); })->setIcon({});
     add("copy"_L1, tr("&Copy"), [this] { m_commands.copy(); })->setIcon({});
-    add("copy"_L1, tr("&Paste"), [this] { m_commands.paste(); })->setIcon({});
-    menu->actions().constLast()->setEnabled(RecipeCommands::canPaste());
+    add("copy"_L1, tr("&Paste"), [this] {
+        m_commands.paste(QGuiApplication::clipboard()->mimeData());
+    })->setIcon({});
+    menu->actions().constLast()->setEnabled(
+        RecipeCommands::canPaste(QGuiApplication::clipboard()->mimeData()));
     menu->addSeparator();
     add("trash"_L1, tr("&Delete"), [this] { m_commands.deleteSelected(); });
     menu->popup(event->globalPos());

@@ -14,6 +14,7 @@ public:
     /// Both outlive the strip.
     RecipeStrip(TDocument &document, Notifications &notifications, QWidget *parent = nullptr);
 
+    RecipeCommands &commands() { return m_commands; }
     void selectAllRules();
     /// Drags copies of the selected rules when the rule is one of them, else of the rule alone.
     void startCopyDrag(const TRulePtr &rule);

@@ -5,12 +5,9 @@
 #include "ui/controls/Icons.h"
 #include "ui/controls/Theme.h"
 #include "ui/tiles/ShownText.h"
-#include "ui/tiles/TileDrawing.h"
 
-#include <QEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 
 using namespace Qt::StringLiterals;
 
@@ -32,7 +29,7 @@ QString toolTipOf(const QString &kind, const QString &name)
 } // namespace
 
 RuleTile::RuleTile(TRulePtr rule, QWidget *parent)
-    : QAbstractButton(parent)
+    : TileButton(parent)
     , m_rule(std::move(rule))
 {
     setFocusPolicy(Qt::ClickFocus);
@@ -71,12 +68,7 @@ void RuleTile::setActive(bool isActive)
         update();
 }
 
-QSize RuleTile::sizeHint() const
-{
-    return TileDrawing::of(*m_rule, palette()).size(font());
-}
-
-void RuleTile::paintEvent(QPaintEvent *)
+TileDrawing RuleTile::drawing() const
 {
     const ThemeColors colors = ThemeColors::of(palette());
     TileDrawing drawing = TileDrawing::of(*m_rule, palette());
@@ -89,8 +81,7 @@ void RuleTile::paintEvent(QPaintEvent *)
         drawing.outline = colors.accent;
         drawing.isOutlineDashed = true;
     }
-    QPainter painter(this);
-    drawing.paint(painter, rect(), font(), layoutDirection());
+    return drawing;
 }
 
 void RuleTile::mousePressEvent(QMouseEvent *event)
@@ -116,16 +107,4 @@ void RuleTile::keyPressEvent(QKeyEvent *event)
 void RuleTile::keyReleaseEvent(QKeyEvent *event)
 {
     event->ignore();
-}
-
-void RuleTile::focusInEvent(QFocusEvent *event)
-{
-    QAbstractButton::focusInEvent(event);
-    Q_EMIT focused();
-}
-
-void RuleTile::changeEvent(QEvent *event)
-{
-    QAbstractButton::changeEvent(event);
-    update();
 }

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "rules/TRuleModel.h"
-
-#include <QAbstractButton>
+#include "ui/tiles/TileButton.h"
 
 /// The tile of one rule in a recipe. Shows; its recipe handles mouse and keys. Pressing it as
 /// assistive tools do asks for its editor.
-class RuleTile : public QAbstractButton
+class RuleTile : public TileButton
 {
     Q_OBJECT
 
@@ -25,20 +23,14 @@ public:
     void setFaded(bool isFaded);
     /// The keyboard is somewhere in the recipe.
     void setActive(bool isActive);
-    QSize sizeHint() const override;
-
-Q_SIGNALS:
-    void focused();
 
 protected:
-    void paintEvent(QPaintEvent *event) override;
+    TileDrawing drawing() const override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void changeEvent(QEvent *event) override;
 
 private:
     TRulePtr m_rule;

@@ -5,6 +5,7 @@
 #include "ui/tiles/PaletteBar.h"
 #include "ui/tiles/PaletteTile.h"
 #include "ui/tiles/RecipeCard.h"
+#include "ui/tiles/RecipeCommands.h"
 #include "ui/tiles/RuleTile.h"
 #include "ui/tiles/TileStrip.h"
 
@@ -108,7 +109,7 @@ public:
     QString selected() const
     {
         QStringList names;
-        for (const TRulePtr &rule : recipe->selectedRules())
+        for (const TRulePtr &rule : recipe->commands().selected())
             names += rule->name();
         return names.join(u' ');
     }

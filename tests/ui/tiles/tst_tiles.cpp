@@ -102,8 +102,8 @@ void TestTiles::manyTilesWrapAndScroll()
     const QRect last(w.tile(199).mapTo(scroll->viewport(), QPoint()), w.tile(199).size());
     QVERIFY(scroll->viewport()->rect().contains(last));
     w.press(Qt::Key_Up);
-    QCOMPARE(w.recipe->selectedRules().size(), 1U);
-    QVERIFY(w.recipe->selectedRules().front() != w.tile(199).rule());
+    QCOMPARE(w.recipe->commands().selected().size(), 1U);
+    QVERIFY(w.recipe->commands().selected().front() != w.tile(199).rule());
 }
 
 void TestTiles::narrowWindowsKeepEverythingInside_data()
