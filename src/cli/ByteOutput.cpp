@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 namespace {
-constexpr qsizetype kBufferSize = 64 * 1024;
+constexpr qsizetype kBufferSize = qsizetype{64} * 1024;
 constexpr std::chrono::milliseconds kLongestWait{50};
 } // namespace
 

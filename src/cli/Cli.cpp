@@ -21,6 +21,7 @@ namespace {
 std::vector<Command::Help> helpOf(const std::vector<std::unique_ptr<Command>> &commands)
 {
     std::vector<Command::Help> verbs;
+    verbs.reserve(commands.size());
     for (const auto &command : commands)
         verbs.push_back(command->help());
     return verbs;

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 namespace {
-constexpr std::size_t kBlock = 64 * 1024;
+constexpr auto kBlock = std::size_t{64} * 1024;
 } // namespace
 
 int readPathList(int descriptor, char separator, const std::function<bool(QByteArrayView)> &take)

@@ -112,12 +112,14 @@ QString RecipeReader::understand(const CommandLine &line)
             TResult<WrittenRule> rule = RuleWords::rule(given.value);
             if (rule)
                 m_steps.emplace_back(std::move(rule).value());
-            problem = rule.message();
+            else
+                problem = rule.message();
         } else if (given.name == kExtension) {
             TResult<WrittenExtension> extension = RuleWords::extension(given.value);
             if (extension)
                 m_steps.emplace_back(std::move(extension).value());
-            problem = extension.message();
+            else
+                problem = extension.message();
         } else if (given.name == kPreset) {
             m_steps.emplace_back(NamedPreset{given.value});
         } else if (given.name == kRecipe) {
@@ -211,9 +213,10 @@ QString RecipeReader::build(const Step &step)
 {
     if (const auto *written = std::get_if<WrittenRule>(&step)) {
         TResult<TRulePtr> rule = makeRule(*written);
-        if (rule)
-            m_recipe.rules.push_back(std::move(rule).value());
-        return rule.message();
+        if (!rule)
+            return rule.message();
+        m_recipe.rules.push_back(std::move(rule).value());
+        return {};
     }
     if (const auto *extension = std::get_if<WrittenExtension>(&step)) {
         applyExtension(*m_recipe.extensionHandler, *extension);

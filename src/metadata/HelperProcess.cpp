@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kChildSocket = 3; ///< the socket's number in the helper
-constexpr std::size_t kBlock = 64 * 1024;
+constexpr auto kBlock = std::size_t{64} * 1024;
 /// A process that hangs in the kernel (a dead network disk) is left to the system after this.
 constexpr int kMillisecondsToDie = 1000;
 constexpr char kNull[] = "/dev/null";

@@ -7,7 +7,7 @@ namespace {
 
 constexpr qint64 kFirstBlock = 6; // behind "Adobe" and its NUL
 constexpr qint64 kPrefixSize = 6; // byte order and the place in the camera's file
-constexpr quint64 kFarthestPlace = 4 * 1024 * 1024;
+constexpr quint64 kFarthestPlace = quint64{4} * 1024 * 1024;
 constexpr int kMostBlocks = 100;
 constexpr quint16 kMake = 0x010F;
 constexpr quint16 kExifFolder = 0x8769;

@@ -7,8 +7,8 @@
 
 namespace {
 
-constexpr qint64 kLargestMeta = 16 * 1024 * 1024;
-constexpr qint64 kLargestBlock = 16 * 1024 * 1024;
+constexpr qint64 kLargestMeta = qint64{16} * 1024 * 1024;
+constexpr qint64 kLargestBlock = qint64{16} * 1024 * 1024;
 constexpr int kMostTopBoxes = 1000;
 constexpr int kMostAuxiliaries = 64;
 constexpr int kMostMetadataItems = 16;

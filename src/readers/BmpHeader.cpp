@@ -11,7 +11,7 @@ constexpr quint64 kBitFields = 3;
 constexpr quint64 kProfileHeader = 124;
 constexpr quint64 kEmbeddedProfile = 0x4D424544;
 constexpr quint64 kSrgb = 0x73524742;
-constexpr quint64 kLargestProfile = 16 * 1024 * 1024;
+constexpr quint64 kLargestProfile = quint64{16} * 1024 * 1024;
 constexpr double kMetresPerInch = 0.0254;
 
 int depthOf(quint64 bitsPerPixel)

@@ -7,7 +7,7 @@ namespace {
 
 constexpr qint64 kHeaderSize = 13;
 constexpr int kMostBlocks = 100000;
-constexpr qsizetype kLargestProfile = 16 * 1024 * 1024;
+constexpr qsizetype kLargestProfile = qsizetype{16} * 1024 * 1024;
 constexpr quint64 kExtension = 0x21;
 constexpr quint64 kGraphicControl = 0xF9;
 constexpr quint64 kApplication = 0xFF;

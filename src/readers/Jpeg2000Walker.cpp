@@ -8,7 +8,7 @@
 namespace {
 
 constexpr int kMostBoxes = 1000;
-constexpr qint64 kLargestProfile = 16 * 1024 * 1024;
+constexpr qint64 kLargestProfile = qint64{16} * 1024 * 1024;
 constexpr quint64 kEnumerated = 1;
 constexpr quint64 kSrgb = 16;
 constexpr quint64 kGray = 17;

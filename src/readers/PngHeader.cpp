@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr png_alloc_size_t kMostChunkMemory = 8 * 1024 * 1024;
+constexpr png_alloc_size_t kMostChunkMemory = png_alloc_size_t{8} * 1024 * 1024;
 constexpr png_uint_32 kMostTextChunks = 256;
 constexpr png_uint_32 kLargestSide = 0x7FFFFFFF;
 constexpr double kMetresPerInch = 0.0254;

@@ -7,7 +7,7 @@ namespace {
 
 constexpr qint64 kFirstChunk = 12;
 constexpr int kMostChunks = 100000;
-constexpr qint64 kLargestBlock = 16 * 1024 * 1024;
+constexpr qint64 kLargestBlock = qint64{16} * 1024 * 1024;
 constexpr int kDepth = 8;
 
 class Walk
