@@ -8,7 +8,7 @@ AnalysisPass::AnalysisPass(const Recipe &recipe, std::span<const TFileItem> file
     , m_handler(recipe.extensionHandler->copyForRun())
     , m_source(std::move(source))
     , m_stepper({&m_rules, m_handler.get(), recipe.options, colourCode,
-                 recipe.duplicatesAreCritical, static_cast<qint64>(files.size()), nullptr})
+                 recipe.duplicatesAreCritical, static_cast<qint64>(files.size()), &m_log})
 {
 }
 

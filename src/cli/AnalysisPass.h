@@ -8,7 +8,8 @@
 #include <memory>
 #include <span>
 
-/// One analysis of a batch, file by file, with rules of its own. Keeps counts, never results.
+/// One analysis of a batch, file by file, with rules of its own. Keeps counts, never results. It
+/// has one log for the batch, so what the extension handler reports counts too.
 class AnalysisPass
 {
 public:
@@ -35,9 +36,9 @@ private:
     TRuleList m_rules;
     std::unique_ptr<TExtensionHandler> m_handler;
     std::unique_ptr<TMetadataSource> m_source;
+    TErrorLog m_log;
     AnalysisStepper m_stepper;
     TMetadataSource::Metadata m_metadata;
-    TErrorLog m_log;
     std::size_t m_next = 0;
     qsizetype m_warnings = 0;
     qsizetype m_criticals = 0;

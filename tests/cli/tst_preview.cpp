@@ -295,6 +295,11 @@ private Q_SLOTS:
         row("no such list", rule + QStringList{u"--files-from"_s, u"BATCH/none"_s}, 2);
         row("a folder as list", rule + QStringList{u"--files-from"_s, u"BATCH"_s}, 2);
         row("critical", {u"--rule"_s, u"Text theText=' '"_s, u"BATCH"_s}, 3);
+        row("critical for an extension",
+            rule + QStringList{u"--extension"_s,
+                               u"handlingMethod=4 regAccess=0 regEx='((.?){99}){99}z'"_s,
+                               u"BATCH"_s},
+            3);
         row("critical counts before missing",
             {u"--rule"_s, u"Text theText=' '"_s, u"BATCH"_s, u"BATCH/none"_s}, 3);
         row("no rules and no files", {u"BATCH/empty"_s}, 3);
