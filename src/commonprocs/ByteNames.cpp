@@ -4,6 +4,8 @@
 #include <QVarLengthArray>
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 using namespace Qt::StringLiterals;
 
@@ -11,7 +13,6 @@ namespace {
 
 constexpr char16_t kRawBase = 0xDC00; ///< plus the byte, which is 0x80 or more
 constexpr char32_t kReplacement = 0xFFFD;
-constexpr QByteArrayView kUrlPathMarks = "-._~!$&'()*+,=:@/";
 constexpr QLatin1StringView kUpperHex = "0123456789ABCDEF"_L1;
 
 /// Length of the valid UTF-8 sequence at the start, 0 when there is none.
@@ -93,9 +94,11 @@ template <typename Visit>
 bool anyLoneSurrogate(QStringView text, Visit visit)
 {
     for (qsizetype i = 0; i < text.size(); ++i) {
+        if (!text[i].isSurrogate())
+            continue;
         if (isPairAt(text, i))
             ++i;
-        else if (text[i].isSurrogate() && visit(i))
+        else if (visit(i))
             return true;
     }
     return false;
@@ -118,6 +121,18 @@ bool forgesLines(char16_t unit)
         (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
     return isControl || isSeparator || isDirection;
 }
+
+/// Whether a byte of a path stands for itself in a URL.
+constexpr std::array<bool, 256> kStandsInUrl = [] {
+    std::array<bool, 256> stands{};
+    for (uchar byte = '0'; byte <= '9'; ++byte)
+        stands[byte] = true;
+    for (uchar letter = 'A'; letter <= 'Z'; ++letter)
+        stands[letter] = stands[letter | 0x20U] = true;
+    for (const char mark : std::string_view("-._~!$&'()*+,=:@/"))
+        stands[static_cast<uchar>(mark)] = true;
+    return stands;
+}();
 
 int hexValue(QChar digit)
 {
@@ -183,18 +198,22 @@ QByteArray ByteNames::toBytes(QStringView name)
 
 QString ByteNames::toUrlPath(QStringView path)
 {
-    QString out;
-    out.reserve(path.size() + 8);
-    for (const char byte : toBytes(path)) {
+    constexpr qsizetype kMostUnits = 3; // "%XX"
+    QVarLengthArray<char, 1024> bytes(path.size() * kMaxBytesPerUnit);
+    bytes.resize(toBytes(path, bytes.data()));
+    QVarLengthArray<char, 1024> out(bytes.size() * kMostUnits);
+    char *end = out.data();
+    for (const char byte : bytes) {
         const auto value = static_cast<uchar>(byte);
-        const bool isPlain = (value >= '0' && value <= '9') || (value >= 'A' && value <= 'Z') ||
-                             (value >= 'a' && value <= 'z') || kUrlPathMarks.contains(byte);
-        if (isPlain)
-            out += QLatin1Char(byte);
-        else
-            appendHexByte(out, u'%', value);
+        if (kStandsInUrl[value]) {
+            *end++ = byte;
+        } else {
+            *end++ = '%';
+            *end++ = kUpperHex[value >> 4U].toLatin1();
+            *end++ = kUpperHex[value & 0x0FU].toLatin1();
+        }
     }
-    return out;
+    return QString::fromLatin1(out.data(), end - out.data());
 }
 
 QString ByteNames::fromUrlPath(QStringView encoded)

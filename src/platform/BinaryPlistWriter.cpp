@@ -16,6 +16,8 @@ constexpr qsizetype kBufferSize = 65536;
 constexpr int kRefSize = 4;
 constexpr quint64 kMaxObjects = std::numeric_limits<quint32>::max();
 constexpr unsigned kMarkBits = 2;
+/// Numbers are written eight bytes at a time, also when fewer of them count.
+constexpr qsizetype kSlack = 8;
 
 int bytesFor(quint64 value)
 {
@@ -44,12 +46,12 @@ bool isAscii(QStringView text)
 
 BinaryPlistWriter::BinaryPlistWriter(QIODevice &device)
     : m_device(device)
-    , m_buffer(static_cast<size_t>(kBufferSize))
+    , m_buffer(static_cast<size_t>(kBufferSize + kSlack))
 {
     putBytes(kMagic, kMagicSize);
 }
 
-BinaryPlistWriter::Ref BinaryPlistWriter::begin()
+inline BinaryPlistWriter::Ref BinaryPlistWriter::begin()
 {
     closeLast();
     m_failed = m_failed || m_count >= kMaxObjects;
@@ -59,7 +61,7 @@ BinaryPlistWriter::Ref BinaryPlistWriter::begin()
     return static_cast<Ref>(m_count++);
 }
 
-void BinaryPlistWriter::closeLast()
+inline void BinaryPlistWriter::closeLast()
 {
     if (!m_open)
         return;
@@ -73,9 +75,9 @@ void BinaryPlistWriter::closeLast()
     m_lengths.push_back(static_cast<quint8>(rest));
 }
 
-char *BinaryPlistWriter::room(qsizetype size)
+inline char *BinaryPlistWriter::room(qsizetype size)
 {
-    if (kBufferSize - m_used < size)
+    if (kBufferSize - m_used < size) [[unlikely]]
         flush();
     char *place = m_buffer.data() + m_used;
     m_used += size;
@@ -83,21 +85,19 @@ char *BinaryPlistWriter::room(qsizetype size)
     return place;
 }
 
-void BinaryPlistWriter::putByte(quint8 byte)
+inline void BinaryPlistWriter::putByte(quint8 byte)
 {
     *room(1) = static_cast<char>(byte);
 }
 
-void BinaryPlistWriter::putRef(Ref ref)
+inline void BinaryPlistWriter::putRef(Ref ref)
 {
     qToBigEndian(ref, room(kRefSize));
 }
 
-void BinaryPlistWriter::putNumber(quint64 value, int size)
+inline void BinaryPlistWriter::putNumber(quint64 value, int size)
 {
-    char *place = room(size);
-    for (int i = size - 1; i >= 0; --i, value >>= 8U)
-        place[i] = static_cast<char>(value & 0xFFU);
+    qToBigEndian(value << (8U * static_cast<unsigned>(kSlack - size)), room(size));
 }
 
 void BinaryPlistWriter::putBytes(const void *bytes, qsizetype size)
@@ -111,7 +111,7 @@ void BinaryPlistWriter::putBytes(const void *bytes, qsizetype size)
     }
 }
 
-void BinaryPlistWriter::putCount(Marker marker, quint64 count)
+inline void BinaryPlistWriter::putCount(Marker marker, quint64 count)
 {
     if (count < kLongCount) {
         putByte(static_cast<quint8>(marker | count));

@@ -77,9 +77,9 @@ KeyedObjectWriter::Ref KeyedObjectWriter::plainInteger(qint64 value)
 
 KeyedObjectWriter::Ref KeyedObjectWriter::key(QLatin1StringView key)
 {
-    const std::span letters(key.data(), static_cast<size_t>(key.size()));
-    SharedKey &last = m_lastKeys[slotOf(letters, kLastKeys)];
-    if (QLatin1StringView(last.key) == key && !key.isEmpty())
+    // Keys are constants, which are found by where they stand in memory.
+    SharedKey &last = m_lastKeys[reinterpret_cast<quintptr>(key.data()) % kLastKeys];
+    if (QByteArrayView(last.key) == QByteArrayView(key.data(), key.size()) && !key.isEmpty())
         return last.ref;
     const QByteArray bytes(key.data(), key.size());
     auto known = m_keys.constFind(bytes);

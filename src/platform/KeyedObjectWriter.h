@@ -82,7 +82,7 @@ private:
     std::vector<SharedNumber> m_plainNumbers; ///< by a part of the number; the last one stays
     std::vector<SharedNumber> m_numbers;
     std::vector<SharedText> m_texts;   ///< by a part of the text's hash; the last one stays
-    std::vector<SharedKey> m_lastKeys; ///< the same, in front of the table of all keys
+    std::vector<SharedKey> m_lastKeys; ///< by address, in front of the table of all keys
     QHash<QByteArray, Ref> m_keys;
     QHash<const void *, Ref> m_classes;
     QHash<QString, Ref> m_bases;
