@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commonprocs/FolderPicture.h"
 
-#include "commonprocs/ByteNames.h"
+#include "commonprocs/CaseBlindness.h"
 #include "commonprocs/NameCandidates.h"
 
 #include <algorithm>
@@ -15,13 +15,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype kWorthReading = 2;
-
-constexpr char kCaseBit = 0x20;
-
-bool isLetter(char byte)
-{
-    return (byte | kCaseBit) >= 'a' && (byte | kCaseBit) <= 'z';
-}
 
 struct LowHalf
 {
@@ -147,33 +140,19 @@ void FolderPicture::read(Folder &picture, const TFolder &folder)
         m_fileManager.list(descriptor, [&](const char *name, TFileStatus::Kind, quint64) {
             const QByteArrayView bytes(name);
             names.insert(Hash128::of(bytes));
-            if (sample.isEmpty() && std::ranges::any_of(bytes, isLetter))
+            if (sample.isEmpty() && CaseBlindness::hasSpellings(bytes))
                 sample = bytes.toByteArray();
         });
+    const auto isListed = [&names](const QByteArray &name) {
+        return names.contains(Hash128::of(name));
+    };
+    picture.folds =
+        error == 0 && CaseBlindness::isFoundBySpelling(m_fileManager, descriptor, sample, isListed);
     m_fileManager.closeFolder(descriptor);
-    if (error != 0)
-        return;
-    picture.folds = ignoresCase(folder, sample, names);
-    if (picture.folds)
+    if (error != 0 || picture.folds)
         return;
     picture.present = std::move(names);
     picture.isComplete = true;
-}
-
-bool FolderPicture::ignoresCase(const TFolder &folder, const QByteArray &sample,
-                                const HashSet128 &names)
-{
-    QByteArray other = sample;
-    const auto letter = std::ranges::find_if(other, isLetter);
-    if (letter == other.end())
-        return false;
-    *letter = static_cast<char>(*letter ^ kCaseBit);
-    TFileStatus status;
-    TFileStatus otherStatus;
-    return !names.contains(Hash128::of(other)) &&
-           m_disk.status(folder, ByteNames::fromBytes(sample), status) == 0 &&
-           m_disk.status(folder, ByteNames::fromBytes(other), otherStatus) == 0 &&
-           status.inode == otherStatus.inode;
 }
 
 QString FolderPicture::uniqueBase(const TFolder &folder, const QString &base,

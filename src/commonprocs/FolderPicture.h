@@ -35,6 +35,11 @@ public:
     /// The base itself or "base-N" such that "base.extension" does not exist in the folder.
     QString uniqueBase(const TFolder &folder, const QString &base, const QString &extension);
     bool exists(const TFolder &folder, const QString &name);
+    /// True when, on the disk, the new name is taken by nobody but the file itself.
+    bool isOwnOtherSpelling(const TFolder &folder, const QString &from, const QString &to)
+    {
+        return m_disk.isOwnOtherSpelling(folder, from, to);
+    }
     /// The run moved a file: the old name is free, the new one taken.
     void moved(const TFolder &folder, const QString &from, const QString &to);
     /// A name was found taken although the picture said otherwise.
@@ -49,7 +54,6 @@ private:
     Folder &find(const TFolder &folder);
     Folder &picture(const TFolder &folder);
     void read(Folder &picture, const TFolder &folder);
-    bool ignoresCase(const TFolder &folder, const QByteArray &sample, const HashSet128 &names);
 
     FileManager &m_fileManager;
     FileMover m_disk;

@@ -2,6 +2,7 @@
 #include "commonprocs/easyfile.h"
 
 #include "commonprocs/ByteNames.h"
+#include "commonprocs/CaseBlindness.h"
 #include "settings/logging.h"
 
 #include <QCryptographicHash>
@@ -162,6 +163,23 @@ void FileMover::warnUnguarded(const TFolder &folder)
                           ByteNames::forDisplay(folder.path()));
 }
 
+bool FileMover::isOwnOtherSpelling(const TFolder &folder, const QString &from, const QString &to)
+{
+    const int descriptor = openFolder(folder);
+    return descriptor >= 0 && isOwnOtherSpelling({folder, descriptor, ByteNames::toBytes(from),
+                                                  ByteNames::toBytes(to)});
+}
+
+/// Where inode numbers mean little. Taking another file for it does no harm: the way over a third
+/// name is as guarded.
+bool FileMover::seemsOtherSpelling(const Names &names, const TFileStatus &source,
+                                   const TFileStatus &target)
+{
+    return !source.birth.isSet() && !target.birth.isSet() && source.kind == target.kind &&
+           source.size == target.size && source.modification == target.modification &&
+           CaseBlindness::folded(names.from) == CaseBlindness::folded(names.to);
+}
+
 bool FileMover::isOwnOtherSpelling(const Names &names)
 {
     TFileStatus source;
@@ -171,7 +189,8 @@ bool FileMover::isOwnOtherSpelling(const Names &names)
         return false;
     // A second link to the same file is another directory entry, and taken.
     const bool onlyEntry = source.links == 1 || source.kind == TFileStatus::Kind::Folder;
-    return onlyEntry && source.device == target.device && source.inode == target.inode;
+    return onlyEntry && source.device == target.device &&
+           (source.inode == target.inode || seemsOtherSpelling(names, source, target));
 }
 
 TMoveResult FileMover::respell(const Names &names)

@@ -53,6 +53,9 @@ public:
     TMoveResult move(const TFolder &folder, const QByteArray &from, const QByteArray &to);
     /// lstat within the folder; a dangling link exists.
     bool exists(const TFolder &folder, const QString &name);
+    /// Where a file system does not tell upper from lower case: the new name is taken by nobody but
+    /// the file itself.
+    bool isOwnOtherSpelling(const TFolder &folder, const QString &from, const QString &to);
     /// 0 or an errno.
     int status(const TFolder &folder, const QString &name, TFileStatus &out);
 
@@ -77,6 +80,8 @@ private:
     TMoveResult stepByLink(const Names &names);
     TMoveResult stepUnguarded(const Names &names);
     bool isOwnOtherSpelling(const Names &names);
+    static bool seemsOtherSpelling(const Names &names, const TFileStatus &source,
+                                   const TFileStatus &target);
     TMoveResult respell(const Names &names);
     void warnUnguarded(const TFolder &folder);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "rollback/RecoveryMatcher.h"
 
+#include "commonprocs/CaseBlindness.h"
 #include "commonprocs/easyfile.h"
 #include "rollback/NamesBefore.h"
 
@@ -50,6 +51,7 @@ void RecoveryMatcher::matchFolder(const QByteArray &path, Indices files)
 {
     if (files.empty())
         return;
+    m_folds = false;
     const int folder = m_fileManager.openFolder(path);
     const bool hasEntries = folder >= 0 && findInodes(folder, files);
     if (!hasEntries && m_absentFolder.isEmpty())
@@ -70,12 +72,16 @@ bool RecoveryMatcher::findInodes(int folder, Indices files)
             wanted.emplace_back(file(index).inode, index);
     std::sort(wanted.begin(), wanted.end());
     m_spelled.clear();
+    QByteArray sample;
     bool hasEntries = false;
     const int error =
         m_fileManager.list(folder, [&](const char *name, TFileStatus::Kind, quint64 inode) {
             hasEntries = true;
-            if (wanted.size() < files.size())
+            if (wanted.size() < files.size()) {
                 m_spelled.insert(name);
+                if (sample.isEmpty() && CaseBlindness::hasSpellings(name))
+                    sample = name;
+            }
             const auto found =
                 std::lower_bound(wanted.begin(), wanted.end(),
                                  std::pair(inode, std::numeric_limits<qsizetype>::min()));
@@ -87,6 +93,9 @@ bool RecoveryMatcher::findInodes(int folder, Indices files)
                 isPlanned(file(found->second), status))
                 noteFound(found->second, entry);
         });
+    m_folds = CaseBlindness::isFoundBySpelling(
+        m_fileManager, folder, sample,
+        [this](const QByteArray &name) { return m_spelled.contains(name); });
     return error == 0 ? hasEntries : error == EACCES;
 }
 
@@ -121,7 +130,7 @@ void RecoveryMatcher::noteFound(qsizetype index, const QByteArray &name)
 /// what stood in the folder at its moment.
 void RecoveryMatcher::judgeRest(int folder, Indices files)
 {
-    NamesBefore names(m_fileManager, folder);
+    NamesBefore names(m_fileManager, folder, m_folds);
     for (auto at = files.rbegin(); at != files.rend(); ++at) {
         const qsizetype index = *at;
         const File &planned = file(index);
@@ -149,15 +158,23 @@ RecoveryMatcher::Outcome RecoveryMatcher::judge(const File &planned, const QByte
     const bool hasNew = names.exists(newName);
     if (planned.evidence == Evidence::Move)
         return hasOld && !hasNew ? Outcome{} : Outcome{Fate::Renamed, newName};
-    // A file that only changes its case stops over under a third name.
-    if (const QByteArray between = stopOverName(newName);
-        !hasOld && !hasNew && names.exists(between))
-        return {Fate::Renamed, between};
+    // A file that only changes its case stops over under a third name. A user-space file system may
+    // find it by the other two for a moment, but does not list them any more.
+    if (const QByteArray between = stopOverName(newName); m_spelled.contains(between)) {
+        if (!m_spelled.contains(oldName) && !m_spelled.contains(newName))
+            return {Fate::Renamed, between};
+        if (hasOld && names.areOneItem(oldName, between))
+            return {Fate::HalfWay, between};
+    }
     if (!hasOld)
         return {hasNew ? Fate::Renamed : Fate::Unknown, newName};
-    if (!hasNew || !names.areOneItem(oldName, newName))
+    const bool areSpellings =
+        m_folds && CaseBlindness::folded(oldName) == CaseBlindness::folded(newName);
+    if (!hasNew || (!areSpellings && !names.areOneItem(oldName, newName)))
         return {};
     // Two links, or two spellings of one name, of which the folder has but one.
+    if (m_folds && !areSpellings)
+        return {Fate::HalfWay, newName};
     const bool isNew = m_spelled.contains(newName);
     if (m_spelled.contains(oldName))
         return isNew ? Outcome{Fate::HalfWay, newName} : Outcome{};
@@ -174,7 +191,7 @@ void RecoveryMatcher::endHalfMoves()
         const QByteArray oldName = m_journal.text(file(i).name).toByteArray();
         const bool ended =
             folder >= 0 &&
-            NamesBefore(m_fileManager, folder).areTwoLinks(oldName, result.newName) &&
+            NamesBefore(m_fileManager, folder, false).areTwoLinks(oldName, result.newName) &&
             m_fileManager.unlink(folder, result.newName) == 0;
         if (ended)
             result = {};

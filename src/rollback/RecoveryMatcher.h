@@ -70,4 +70,5 @@ private:
     QByteArray m_absentFolder;
     /// The names of the folder at hand as they are spelled, when it has files with intents.
     QSet<QByteArray> m_spelled;
+    bool m_folds = false; ///< it does not tell upper from lower case
 };

@@ -13,29 +13,6 @@ using namespace Qt::StringLiterals;
 using Call = FaultyFileManager::Call;
 using Way = TMoveResult::Way;
 
-namespace {
-
-/// A disk on which two spellings of a name are one directory entry, as on a memory card.
-class CaseBlindDisk : public FaultyFileManager
-{
-public:
-    int status(int folder, const QByteArray &name, bool followLink, TFileStatus &out) override
-    {
-        const int error = FaultyFileManager::status(folder, name, followLink, out);
-        return error == ENOENT ? FaultyFileManager::status(folder, name.toLower(), followLink, out)
-                               : error;
-    }
-    int renameNoReplace(int folder, const QByteArray &from, const QByteArray &to) override
-    {
-        TFileStatus ignored;
-        return status(folder, to, false, ignored) == 0
-                   ? EEXIST
-                   : FaultyFileManager::renameNoReplace(folder, from, to);
-    }
-};
-
-} // namespace
-
 class TestEasyfile : public QObject
 {
     Q_OBJECT
@@ -237,7 +214,8 @@ private Q_SLOTS:
         TemporaryTree tree;
         tree.file(u"photo"_s, "P");
         tree.file(u"other"_s, "O");
-        CaseBlindDisk disk;
+        FaultyFileManager disk;
+        disk.ignoreCase();
         FileMover mover(disk);
         const TFolder folder(tree.path());
         QCOMPARE(mover.move(folder, u"other"_s, u"PHOTO"_s).error, EEXIST);
@@ -250,7 +228,8 @@ private Q_SLOTS:
     {
         TemporaryTree tree;
         tree.file(u"photo"_s, "P");
-        CaseBlindDisk disk;
+        FaultyFileManager disk;
+        disk.ignoreCase();
         disk.before(Call::RenameNoReplace, [&disk] {
             // The first step succeeds; the second one finds the disk full.
             disk.before(Call::RenameNoReplace,

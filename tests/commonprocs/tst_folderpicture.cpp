@@ -190,23 +190,13 @@ private Q_SLOTS:
 
     void caseBlindFoldersAreAskedOnTheDisk()
     {
-        /// Finds names that are all lower or all upper case by any spelling.
-        class CaseBlindDisk : public FaultyFileManager
-        {
-            int status(int folder, const QByteArray &name, bool follow, TFileStatus &out) override
-            {
-                for (const QByteArray &spelling : {name, name.toLower(), name.toUpper()})
-                    if (FaultyFileManager::status(folder, spelling, follow, out) == 0)
-                        return 0;
-                return ENOENT;
-            }
-        };
         TemporaryTree tree;
         tree.file(u"a.x"_s);
         tree.file(u"b.x"_s);
         tree.file(u"Q.X"_s);
         const TFolderPtr folder = folderOf(tree);
-        CaseBlindDisk disk;
+        FaultyFileManager disk;
+        disk.ignoreCase();
         FolderPicture picture(disk);
         picture.announce(folder, 2);
         QCOMPARE(picture.uniqueBase(*folder, u"A"_s, u"X"_s), u"A-1"_s);

@@ -293,6 +293,22 @@ private Q_SLOTS:
         QCOMPARE(f.logged(runs[0].rollbackLog), log);
     }
 
+    void spellings()
+    {
+        Interrupted f;
+        FaultyFileManager disk;
+        disk.ignoreCase();
+        for (const QString &name : {u"N1"_s, u"N2"_s, u"aa"_s, u"Bb"_s}) {
+            f.tree.file(u"f/"_s + name);
+            f.tree.hardLink(u"f/"_s + name, u"f/link of "_s + name); // so that it is announced
+        }
+        const QStringList moves{u"f/N1>n0"_s, u"f/N2>n1"_s, u"f/aa>AA"_s, u"f/Bb>BB"_s};
+        f.interrupt(moves, 3, false);
+        const auto runs = recoverInterruptedRuns(f.logs(), disk, f.clock);
+        QCOMPARE(runs.size(), std::size_t{1});
+        QCOMPARE(f.logged(runs[0].rollbackLog), moves.first(3));
+    }
+
     void devicesCountWithinOneBootOnly()
     {
         Interrupted f;

@@ -2,6 +2,7 @@
 #include "support/FaultyFileManager.h"
 
 #include <algorithm>
+#include <cerrno>
 
 void FaultyFileManager::fail(Call call, int error, int times, const QByteArray &name)
 {
@@ -89,8 +90,25 @@ void FaultyFileManager::closeFolder(int folder)
 
 int FaultyFileManager::status(int folder, const QByteArray &name, bool followLink, TFileStatus &out)
 {
-    const int error = enter(Call::Status, name);
-    return error != 0 ? error : m_disk.status(folder, name, followLink, out);
+    if (const int error = enter(Call::Status, name))
+        return error;
+    const int error = m_disk.status(folder, spelled(folder, name), followLink, out);
+    if (m_ignoresCase) {
+        out.inode ^= qHash(name);
+        out.birth = TDate();
+    }
+    return error;
+}
+
+QByteArray FaultyFileManager::spelled(int folder, const QByteArray &name)
+{
+    QByteArray found = name;
+    if (m_ignoresCase && folder >= 0)
+        m_disk.list(folder, [&](const char *entry, TFileStatus::Kind, quint64) {
+            if (name.compare(entry, Qt::CaseInsensitive) == 0)
+                found = entry;
+        });
+    return found;
 }
 
 int FaultyFileManager::list(
@@ -107,8 +125,13 @@ int FaultyFileManager::list(
 
 int FaultyFileManager::renameNoReplace(int folder, const QByteArray &from, const QByteArray &to)
 {
+    TFileStatus ignored;
     const int error = enter(Call::RenameNoReplace, from);
-    return error != 0 ? error : m_disk.renameNoReplace(folder, from, to);
+    if (error != 0)
+        return error;
+    const bool isTaken =
+        m_ignoresCase && m_disk.status(folder, spelled(folder, to), false, ignored) == 0;
+    return isTaken ? EEXIST : m_disk.renameNoReplace(folder, from, to);
 }
 
 int FaultyFileManager::renameReplacing(int folder, const QByteArray &from, const QByteArray &to)

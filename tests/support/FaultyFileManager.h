@@ -30,6 +30,9 @@ public:
     /// The next `times` calls of the kind answer the errno without touching the disk. A name
     /// narrows this to calls whose (source) name or path is just that. Faults set earlier go first.
     void fail(Call call, int error, int times = kAlways, const QByteArray &name = {});
+    /// From now on spellings of a name are one directory entry, as on a memory card; each has an
+    /// inode number of its own and no birth time, as some user-space file systems have it.
+    void ignoreCase() { m_ignoresCase = true; }
     /// Runs once, just before the next call of the kind (with that name).
     void before(Call call, std::function<void()> action, const QByteArray &name = {});
     /// How often the kind has been called, failed calls included.
@@ -65,8 +68,11 @@ private:
     /// Counts the call, runs what is to run before it, and gives the errno it is to fail with.
     int enter(Call call, const QByteArray &name = {});
     std::vector<std::function<void()>> takeActions(Call call, const QByteArray &name);
+    /// The name as it is listed, by any spelling.
+    QByteArray spelled(int folder, const QByteArray &name);
 
     DiskFileManager m_disk;
+    bool m_ignoresCase = false;
     mutable std::mutex m_mutex;
     std::vector<Fault> m_faults;
     std::map<Call, int> m_counts;
