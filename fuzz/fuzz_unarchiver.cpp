@@ -9,7 +9,7 @@ extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t maxSize);
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     // What a pass may do at most takes too long for a fuzzer; the tests go that far.
-    constexpr qsizetype kObjects = 500;
+    constexpr qsizetype kObjects = 100;
     const QByteArray file(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
     const ArchiveWalk walk(file, kObjects);
     const auto limit = static_cast<qsizetype>(size) * 30 + (40 << 20);

@@ -42,6 +42,8 @@ private:
         for (const char *name :
              {"flag", "number", "text", "data", "date", "url", "table", "variant", "color",
               "dictionary", "parts", "part", "inner", "NSRGB", "NSColorSpace"}) {
+            if (objects == m_limit)
+                break;
             const QLatin1StringView key(name);
             coder.containsValueForKey(key);
             coder.decodeBool(key);
