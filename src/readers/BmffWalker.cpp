@@ -12,8 +12,9 @@ constexpr qint64 kLargestBlock = qint64{16} * 1024 * 1024;
 constexpr int kMostTopBoxes = 1000;
 constexpr int kMostAuxiliaries = 64;
 constexpr int kMostMetadataItems = 16;
-// Quarter turns against the clock, as Exif counts orientations.
-constexpr int kTurns[] = {1, 8, 3, 6};
+// Quarter turns against the clock, of the picture and of its mirror image (left and right
+// exchanged), as Exif counts orientations.
+constexpr int kOrientations[2][4] = {{1, 8, 3, 6}, {2, 5, 4, 7}};
 constexpr const char *kAlphaKinds[] = {"urn:mpeg:mpegB:cicp:systems:auxiliary:alpha",
                                        "urn:mpeg:hevc:2015:auxid:1", "urn:mpeg:avc:2015:auxid:1"};
 
@@ -51,12 +52,28 @@ private:
             if (number(box.start + 4, 1) == 1)
                 m_facts.colorModel = kModelGray;
         } else if (box.type == "irot") {
-            m_facts.orientation = kTurns[number(box.start, 1) & 3];
+            turn(static_cast<unsigned>(number(box.start, 1)));
+        } else if (box.type == "imir") {
+            mirror((number(box.start, 1) & 1) != 0);
         } else if (box.type == "colr") {
             readColor(box);
         } else if (m_facts.depth == 0) {
             readCodec(box);
         }
+    }
+
+    void turn(unsigned quarters)
+    {
+        m_turns += quarters;
+        m_facts.orientation = kOrientations[m_isMirrored][m_turns % 4];
+    }
+
+    /// Mirrors what is turned already: the turns of a mirror image go the other way.
+    void mirror(bool leftAndRight)
+    {
+        m_isMirrored = !m_isMirrored;
+        m_turns = 4 - m_turns % 4;
+        turn(leftAndRight ? 0 : 2);
     }
 
     void readCodec(const BmffBox &box)
@@ -147,6 +164,8 @@ private:
     ByteSource &m_file;
     ByteSource &m_meta;
     BmffItems m_items;
+    unsigned m_turns = 0;
+    bool m_isMirrored = false;
     ImageFacts m_facts;
 };
 

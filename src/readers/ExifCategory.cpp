@@ -89,6 +89,12 @@ constexpr TagRow kRows[] = {
     {"Exif.Image.ExposureIndex", "ExposureIndex"_L1, TagShape::Number},
     {"Exif.Image.SensingMethod", "SensingMethod"_L1, TagShape::Number},
     {"Exif.Image.CFAPattern", "CFAPattern"_L1, TagShape::Numbers},
+    // What XMP says in its own way; the rest of it comes in the shape of Exif data.
+    {"Xmp.exif.DateTimeOriginal", "DateTimeOriginal"_L1, TagShape::XmpDate},
+    {"Xmp.photoshop.DateCreated", "DateTimeOriginal"_L1, TagShape::XmpDate},
+    {"Xmp.exif.DateTimeDigitized", "DateTimeDigitized"_L1, TagShape::XmpDate},
+    {"Xmp.xmp.CreateDate", "DateTimeDigitized"_L1, TagShape::XmpDate},
+    {"Xmp.exifEX.PhotographicSensitivity", "ISOSpeedRatings"_L1, TagShape::Numbers},
 };
 
 } // namespace

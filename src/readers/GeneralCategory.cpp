@@ -85,24 +85,40 @@ void insertPositive(QVariantMap &map, const QString &key, double number)
         map.insert(key, number);
 }
 
-/// In Exif data wins over the container's own statement: it is the camera's or the editor's.
-void insertDpi(QVariantMap &map, const ImageFacts &facts, const Exiv2::ExifData &exif)
+struct Dpi
+{
+    double x = 0;
+    double y = 0;
+};
+
+Dpi dpiOf(const Exiv2::ExifData &exif)
 {
     const int unit = static_cast<int>(numberAt(exif, "Exif.Image.ResolutionUnit", Inch));
     const double factor = unit == Centimetre ? kCentimetresPerInch : unit == Inch ? 1 : 0;
-    const double x = numberAt(exif, "Exif.Image.XResolution") * factor;
-    const double y = numberAt(exif, "Exif.Image.YResolution") * factor;
-    const bool isStated = x > 0 && y > 0;
-    insertPositive(map, u"DPIWidth"_s, isStated ? x : facts.dpiWidth);
-    insertPositive(map, u"DPIHeight"_s, isStated ? y : facts.dpiHeight);
+    return {numberAt(exif, "Exif.Image.XResolution") * factor,
+            numberAt(exif, "Exif.Image.YResolution") * factor};
+}
+
+/// In Exif data wins over the container's own statement: it is the camera's or the editor's. XMP
+/// often outlives a change of the pixels.
+void insertDpi(QVariantMap &map, const ImageFacts &facts, const ImageTags &tags)
+{
+    Dpi dpi = dpiOf(tags.exif);
+    if (dpi.x <= 0 || dpi.y <= 0)
+        dpi = {facts.dpiWidth, facts.dpiHeight};
+    if (dpi.x <= 0 && dpi.y <= 0)
+        dpi = dpiOf(tags.exifOfXmp);
+    insertPositive(map, u"DPIWidth"_s, dpi.x);
+    insertPositive(map, u"DPIHeight"_s, dpi.y);
 }
 
 /// 0 when nobody states one. What a container does to the picture holds, whatever the Exif says.
-int orientationOf(const ImageFacts &facts, const Exiv2::ExifData &exif)
+int orientationOf(const ImageFacts &facts, const ImageTags &tags)
 {
     if (facts.orientation > 0)
         return facts.orientation;
-    const double stated = numberAt(exif, "Exif.Image.Orientation");
+    const double ofXmp = numberAt(tags.exifOfXmp, "Exif.Image.Orientation");
+    const double stated = numberAt(tags.exif, "Exif.Image.Orientation", ofXmp);
     return stated >= 1 && stated <= 8 ? static_cast<int>(stated) : 0;
 }
 
@@ -150,9 +166,9 @@ QVariantMap generalProperties(const ImageFacts &facts, const ImageTags &tags)
         map.insert(u"IsIndexed"_s, 1);
     if (facts.isFloat)
         map.insert(u"IsFloat"_s, 1);
-    if (const int orientation = orientationOf(facts, tags.exif); orientation > 0)
+    if (const int orientation = orientationOf(facts, tags); orientation > 0)
         map.insert(u"Orientation"_s, orientation);
-    insertDpi(map, facts, tags.exif);
+    insertDpi(map, facts, tags);
     if (const QString name = profileNameOf(facts, tags); !name.isEmpty())
         map.insert(u"ProfileName"_s, name);
     return map;

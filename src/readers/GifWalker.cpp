@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/FormatHeaders.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr qint64 kHeaderSize = 13;
 constexpr int kMostBlocks = 100000;
-constexpr qsizetype kLargestProfile = qsizetype{16} * 1024 * 1024;
+constexpr qsizetype kLargestBlock = qsizetype{16} * 1024 * 1024;
 constexpr quint64 kExtension = 0x21;
 constexpr quint64 kGraphicControl = 0xF9;
 constexpr quint64 kApplication = 0xFF;
@@ -92,6 +94,10 @@ private:
             m_at += 12;
             return readProfile();
         }
+        if (name == "XMP DataXMP") {
+            m_at += 12;
+            return readPacket();
+        }
         const bool isLoop = name == "NETSCAPE2.0" || name == "ANIMEXTS1.0";
         if (isLoop && number(m_at + 12, 1) >= 3 && number(m_at + 13, 1) == 1 &&
             !m_gif.contains(u"LoopCount"_s))
@@ -103,12 +109,25 @@ private:
     bool readProfile()
     {
         while (const auto size = static_cast<qint64>(number(m_at, 1))) {
-            if (m_facts.profile.size() < kLargestProfile)
+            if (m_facts.profile.size() < kLargestBlock)
                 m_facts.profile += m_source.bytes(m_at + 1, size);
             m_at += 1 + size;
         }
         ++m_at;
         return m_source.contains(m_at, 1);
+    }
+
+    /// The packet is not cut into sub-blocks, but ends in bytes that lead a reader of those out.
+    bool readPacket()
+    {
+        const qint64 start = m_at;
+        const bool goesOn = skipSubBlocks();
+        const qint64 size = std::min(m_at - start, m_source.size() - start);
+        if (m_facts.xmp.isEmpty() && size > 0 && size <= kLargestBlock) {
+            const QByteArray packet = m_source.bytes(start, size);
+            m_facts.xmp = packet.left(packet.lastIndexOf("\x01\xFF\xFE"));
+        }
+        return goesOn;
     }
 
     bool skipSubBlocks()

@@ -24,7 +24,6 @@ struct ImageFacts
     bool isSrgb = false;      ///< says so without a profile
     QByteArray profile;       ///< the embedded ICC profile
     QByteArray exif;          ///< a TIFF structure with Exif data, without any prefix
-    bool prefersExif = true;  ///< rather to be taken than what Exiv2 finds by itself
     QByteArray xmp;           ///< a packet of XMP
     QVariantMap dictionaries; ///< the format's own categories: "{GIF}" ...
 };

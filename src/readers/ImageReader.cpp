@@ -55,28 +55,44 @@ ImageFacts factsOf(ImageFormat format, ByteSource &source)
     case ImageFormat::Crw:
         return walkCiff(source);
     case ImageFormat::Other:
-        return {};
+        return walkRaw(source);
     }
     return {};
 }
 
-QVariantMap propertiesOf(ByteSource &source, const ImageWish &wish)
+QVariantMap propertiesOf(const ImageFacts &facts, const ImageTags &tags, const ImageWish &wish)
 {
-    const ImageFormat format = imageFormatOf(source);
-    ImageFacts facts = factsOf(format, source);
-    const bool headerIsEnough = format == ImageFormat::Jpeg && facts.width > 0 && isForHeader(wish);
-    const ImageTags tags =
-        headerIsEnough ? tagsOfBlocks(facts) : readImageTags(source, format, facts);
-    if (tags.isTiff)
-        addTiffFacts(tags, facts);
-    else if (format == ImageFormat::Other && tags.width == 0)
-        facts = readQtHeader(source);
     QVariantMap properties = generalProperties(facts, tags);
     properties.insert(facts.dictionaries);
     properties.insert(tagCategories(tags, wish));
     if (const QVariantMap iptc = iptcCategory(tags); !iptc.isEmpty())
         properties.insert(u"{IPTC}"_s, iptc);
     return properties;
+}
+
+bool hasAll(const QVariantMap &properties, const ImageWish &wish)
+{
+    return std::all_of(wish.tags.begin(), wish.tags.end(), [&](const ImageWish::Tag &tag) {
+        return tag.category.isEmpty() ? properties.contains(tag.tag)
+                                      : properties.value(tag.category).toMap().contains(tag.tag);
+    });
+}
+
+QVariantMap propertiesOf(ByteSource &source, const ImageWish &wish)
+{
+    const ImageFormat format = imageFormatOf(source);
+    ImageFacts facts = factsOf(format, source);
+    if (format == ImageFormat::Jpeg && facts.width > 0 && isForHeader(wish)) {
+        const QVariantMap properties = propertiesOf(facts, tagsOfExif(facts), wish);
+        if (facts.xmp.isEmpty() || hasAll(properties, wish))
+            return properties;
+    }
+    const ImageTags tags = readImageTags(source, format, facts);
+    if (tags.isTiff)
+        addTiffFacts(tags, facts);
+    else if (format == ImageFormat::Other && tags.width == 0 && facts.colorModel.isEmpty())
+        facts = readQtHeader(source);
+    return propertiesOf(facts, tags, wish);
 }
 
 } // namespace

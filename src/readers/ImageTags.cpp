@@ -6,6 +6,7 @@
 #include "readers/TagValue.h"
 
 #include <exception>
+#include <exiv2/convert.hpp>
 #include <exiv2/exiv2.hpp>
 #include <string>
 #include <utility>
@@ -13,6 +14,7 @@
 namespace {
 
 constexpr char kMakeKey[] = "Exif.Image.Make";
+constexpr char kProgramKey[] = "Xmp.xmp.CreatorTool";
 constexpr char kPrivateDataKey[] = "Exif.Image.DNGPrivateData";
 
 /// Whether Exiv2 finds something in such a file that our own reader does not.
@@ -48,20 +50,32 @@ void attempt(Step step)
     }
 }
 
-void readBlocks(const ImageFacts &facts, ImageTags &tags)
+void readExif(const ImageFacts &facts, ImageTags &tags)
 {
-    if (!facts.exif.isEmpty() && (facts.prefersExif || tags.exif.empty())) {
-        attempt([&] {
-            Exiv2::ExifData exif;
-            Exiv2::ExifParser::decode(exif,
-                                      reinterpret_cast<const Exiv2::byte *>(facts.exif.data()),
-                                      static_cast<uint32_t>(facts.exif.size()));
-            if (!exif.empty())
-                tags.exif = exif;
-        });
+    attempt([&] {
+        Exiv2::ExifData exif;
+        Exiv2::ExifParser::decode(exif, reinterpret_cast<const Exiv2::byte *>(facts.exif.data()),
+                                  static_cast<uint32_t>(facts.exif.size()));
+        if (!exif.empty())
+            tags.exif = std::move(exif);
+    });
+}
+
+bool speaksOfThePicture(const Exiv2::Xmpdatum &datum)
+{
+    const std::string group = datum.groupName();
+    return group == "exif" || group == "tiff" || datum.key() == kProgramKey;
+}
+
+void readExifOfXmp(ImageTags &tags)
+{
+    // Few of many, because the conversion looks through all of them for each tag that it knows.
+    Exiv2::XmpData xmp;
+    for (const Exiv2::Xmpdatum &datum : tags.xmp) {
+        if (speaksOfThePicture(datum))
+            xmp.add(datum);
     }
-    if (!facts.xmp.isEmpty() && tags.xmp.empty())
-        attempt([&] { Exiv2::XmpParser::decode(tags.xmp, facts.xmp.toStdString()); });
+    Exiv2::copyXmpToExif(xmp, tags.exifOfXmp);
 }
 
 QByteArray storedAt(const Exiv2::ExifData &exif, const char *key)
@@ -90,11 +104,11 @@ void readAdobeMakerNote(ImageTags &tags)
 
 } // namespace
 
-ImageTags tagsOfBlocks(const ImageFacts &facts)
+ImageTags tagsOfExif(const ImageFacts &facts)
 {
     prepareExiv2();
     ImageTags tags;
-    readBlocks(facts, tags);
+    readExif(facts, tags);
     return tags;
 }
 
@@ -104,7 +118,13 @@ ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts
     ImageTags tags;
     if (isForExiv2(format))
         attempt([&] { readFile(source, tags); });
-    readBlocks(facts, tags);
+    // Of a JPEG, both find the same block.
+    if (!facts.exif.isEmpty() && (format != ImageFormat::Jpeg || tags.exif.empty()))
+        readExif(facts, tags);
+    if (!facts.xmp.isEmpty() && tags.xmp.empty())
+        attempt([&] { Exiv2::XmpParser::decode(tags.xmp, facts.xmp.toStdString()); });
+    if (!tags.xmp.empty())
+        attempt([&] { readExifOfXmp(tags); });
     if (tags.isTiff)
         attempt([&] { readAdobeMakerNote(tags); });
     return tags;

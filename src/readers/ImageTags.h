@@ -15,13 +15,14 @@ struct ImageTags
     Exiv2::ExifData exif;
     Exiv2::IptcData iptc;
     Exiv2::XmpData xmp;
+    Exiv2::ExifData exifOfXmp; ///< what XMP tells of exposure, place and picture
     QByteArray profile; ///< the embedded ICC profile
     qint64 width = 0;   ///< 0 when not known
     qint64 height = 0;
     bool isTiff = false; ///< its tags describe its pixels
 };
 
-/// From the blocks that the format's own reader found. Never throws.
-ImageTags tagsOfBlocks(const ImageFacts &facts);
+/// From the Exif block that the format's own reader found. Never throws.
+ImageTags tagsOfExif(const ImageFacts &facts);
 /// From the whole file, and from the blocks that the format's own reader found. Never throws.
 ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts &facts);

@@ -31,7 +31,7 @@ public:
             forEachBox(0, m_source.size(), [this](const BmffBox &box) {
                 if (box.type == "jp2h")
                     readHeader(box);
-                if (box.type == "jp2c" && m_facts.width == 0)
+                if (box.type == "jp2c")
                     readCodestream(box.start);
             });
         return m_facts;
@@ -57,7 +57,7 @@ private:
             else if (box.type == "pclr")
                 m_facts.isIndexed = true;
             else if (box.type == "cdef")
-                readChannels(box.start);
+                readChannels(box);
             else if (box.type == "res ")
                 readResolution(box);
         });
@@ -83,13 +83,15 @@ private:
         m_facts.isSrgb = space == kSrgb;
     }
 
-    void readChannels(qint64 at)
+    void readChannels(const BmffBox &box)
     {
-        const auto count = static_cast<qint64>(number(at, 2));
-        for (qint64 i = 0; i < count; ++i) {
-            const quint64 kind = number(at + 4 + i * 6, 2);
-            if (kind == 1 || kind == 2)
-                m_facts.hasAlpha = true;
+        constexpr qint64 kCountSize = 2;
+        constexpr qint64 kChannelSize = 6;
+        const auto count = static_cast<qint64>(number(box.start, 2));
+        const qint64 there = (box.end - box.start - kCountSize) / kChannelSize;
+        for (qint64 i = 0; i < std::min(count, there) && m_facts.hasAlpha == false; ++i) {
+            const quint64 kind = number(box.start + kCountSize + i * kChannelSize + 2, 2);
+            m_facts.hasAlpha = kind == 1 || kind == 2;
         }
     }
 
@@ -118,12 +120,15 @@ private:
     {
         if (number(at + 2, 2) != 0xFF51)
             return;
+        // What decoders go by, also where a header in front says otherwise.
+        m_facts.depth = static_cast<int>(number(at + 42, 1) & 0x7F) + 1;
+        if (m_facts.width > 0)
+            return;
         m_facts.width =
             static_cast<qint64>(number(at + 8, 4)) - static_cast<qint64>(number(at + 16, 4));
         m_facts.height =
             static_cast<qint64>(number(at + 12, 4)) - static_cast<qint64>(number(at + 20, 4));
         m_facts.colorModel = number(at + 40, 2) < 3 ? kModelGray : kModelRgb;
-        m_facts.depth = static_cast<int>(number(at + 42, 1) & 0x7F) + 1;
     }
 
     quint64 number(qint64 at, int bytes) { return m_source.big(at, bytes).value_or(0); }

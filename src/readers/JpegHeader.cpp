@@ -10,9 +10,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr size_t kBufferSize = 4096;
-constexpr int kExifMarker = JPEG_APP0 + 1;
+constexpr int kBlockMarker = JPEG_APP0 + 1;
 constexpr unsigned kWholeMarker = 0xFFFF;
 constexpr QByteArrayView kExifPrefix("Exif\0\0", 6);
+constexpr QByteArrayView kXmpPrefix("http://ns.adobe.com/xap/1.0/\0", 29);
 constexpr double kCentimetresPerInch = 2.54;
 
 /// libjpeg leaves through a jump instead of ending the process.
@@ -96,7 +97,7 @@ void readHeader(jpeg_decompress_struct &info, ErrorJump &error, Feeder &feeder)
         return; // what was read before the fault stands in info
     jpeg_create_decompress(&info);
     info.src = &feeder.base;
-    jpeg_save_markers(&info, kExifMarker, kWholeMarker);
+    jpeg_save_markers(&info, kBlockMarker, kWholeMarker);
     jpeg_read_header(&info, TRUE);
 }
 
@@ -136,15 +137,15 @@ void setDensity(ImageFacts &facts, const jpeg_decompress_struct &info)
     facts.dpiHeight = info.Y_density * factor;
 }
 
-/// The Exif data of the first block of its kind; the saved blocks go with info.
-QByteArray exifOf(const jpeg_decompress_struct &info)
+/// The first block of its kind, without the prefix; the saved blocks go with info.
+QByteArray blockOf(const jpeg_decompress_struct &info, QByteArrayView prefix)
 {
     for (jpeg_saved_marker_ptr marker = info.marker_list; marker != nullptr;
          marker = marker->next) {
         const QByteArrayView block(reinterpret_cast<const char *>(marker->data),
                                    static_cast<qsizetype>(marker->data_length));
-        if (block.startsWith(kExifPrefix))
-            return block.sliced(kExifPrefix.size()).toByteArray();
+        if (block.startsWith(prefix))
+            return block.sliced(prefix.size()).toByteArray();
     }
     return {};
 }
@@ -171,8 +172,8 @@ ImageFacts readJpegHeader(ByteSource &source)
         facts.dictionaries.insert(u"{JFIF}"_s, jfifOf(info));
         setDensity(facts, info);
     }
-    facts.exif = exifOf(info);
-    facts.prefersExif = false; // Exiv2 finds the same, and does not decode it twice
+    facts.exif = blockOf(info, kExifPrefix);
+    facts.xmp = blockOf(info, kXmpPrefix);
     jpeg_destroy_decompress(&info);
     return facts;
 }

@@ -106,6 +106,16 @@ public:
         }
     }
 
+    /// Adds what nothing has told yet, however late its row stands.
+    void addMissing(const Exiv2::ExifData &exif)
+    {
+        for (Found &found : m_found) {
+            if (found.value.isValid())
+                found.rank = 0;
+        }
+        add(exif);
+    }
+
     QVariantMap dictionaries() const
     {
         QVariantMap dictionaries[std::size(kCategories)];
@@ -167,5 +177,6 @@ QVariantMap tagCategories(const ImageTags &tags, const ImageWish &wish)
     Collector collector(wish);
     collector.add(tags.exif);
     collector.add(tags.xmp);
+    collector.addMissing(tags.exifOfXmp);
     return collector.dictionaries();
 }

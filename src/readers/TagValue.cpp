@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/TagValue.h"
 
+#include "readers/CommentText.h"
+
+#include <QRegularExpression>
 #include <QStringDecoder>
 #include <QVariantList>
 
@@ -208,13 +211,24 @@ QVariant clockTimeOf(const Exiv2::Value &value)
            decimals;
 }
 
+QVariant xmpDateOf(const Exiv2::Value &value)
+{
+    static const QRegularExpression kIsoDate(
+        u"^(\\d{4})-(\\d\\d)-(\\d\\d)(?:T(\\d\\d:\\d\\d)(:\\d\\d)?)?"_s);
+    const QRegularExpressionMatch date = kIsoDate.match(textOf(value).toString());
+    if (!date.hasMatch())
+        return {};
+    const QString day = date.captured(1) + u':' + date.captured(2) + u':' + date.captured(3);
+    const QString seconds = date.capturedLength(5) > 0 ? date.captured(5) : u":00"_s;
+    return date.capturedLength(4) > 0 ? QString(day + u' ' + date.captured(4) + seconds) : day;
+}
+
 QVariant commentOf(const Exiv2::Value &value)
 {
     const auto *comment = as<Exiv2::CommentValue>(value);
     if (!comment)
         return textOf(value);
-    const QByteArray text = QByteArray::fromStdString(comment->comment());
-    return present(trimmedEnd(textOfBytes(text)));
+    return present(trimmedEnd(textOfComment(*comment)));
 }
 
 QVariant nikonEvOf(const Exiv2::Value &value)
@@ -281,6 +295,8 @@ QVariant shapedValue(const Exiv2::Value &value, TagShape shape)
         return degreesOf(value);
     case TagShape::ClockTime:
         return clockTimeOf(value);
+    case TagShape::XmpDate:
+        return xmpDateOf(value);
     case TagShape::Data:
         return value.size() > 0 ? QVariant(storedBytes(value).left(kMostData)) : QVariant();
     case TagShape::CanonEv:

@@ -16,6 +16,7 @@ enum class TagShape {
     Digits,    ///< a version in digits, as an array
     Degrees,   ///< degrees, minutes and seconds as one number
     ClockTime, ///< hours, minutes and seconds as a text
+    XmpDate,   ///< a date of XMP as Exif writes it, in the time of its own zone
     Data,      ///< bytes without a meaning of their own
     CanonEv,   ///< exposure steps as Canon counts them
     NikonEv,   ///< exposure steps as Nikon counts them

@@ -51,12 +51,22 @@ QImage blank(int width, int height, QImage::Format format = QImage::Format_RGB32
     return image;
 }
 
+/// Behind a packet that is not cut into blocks, these lengths bring every reader to their end.
+QByteArray leadingOut()
+{
+    QByteArray lengths;
+    for (int length = 255; length >= 0; --length)
+        lengths.append(static_cast<char>(length));
+    return lengths + '\0';
+}
+
 QByteArray gif()
 {
     const QByteArray colorMap(6, '\x40');
     return "GIF89a" + little(5, 2) + little(4, 2) + QByteArray("\x80\0\0", 3) + colorMap +
-           QByteArray("\x21\xFF\x0BNETSCAPE2.0\x03\x01\x07\0\0", 19) +
-           QByteArray("\x21\xF9\x04\x01\x01\0\0\0", 8) +
+           QByteArray("\x21\xFF\x0BNETSCAPE2.0\x03\x01\x07\0\0", 19) + "\x21\xFF\x0BXMP DataXMP" +
+           xmpPacket("exif:ExposureTime='1/8' xmp:CreateDate='2011-02-03T04:05:06+09:00'") +
+           "\x01" + leadingOut() + QByteArray("\x21\xF9\x04\x01\x01\0\0\0", 8) +
            QByteArray("\x2C\0\0\0\0\x05\0\x04\0\0\x02\0\x3B", 13);
 }
 
@@ -99,7 +109,8 @@ QByteArray tiffBlock()
 }
 
 /// Item 1 is the picture, 2 its alpha plane, 3 the Exif block in the file behind the boxes.
-QByteArray heif()
+/// Property 5 turns to the left, 6 exchanges top and bottom, 7 left and right.
+QByteArray heif(const QByteArray &propertiesOfPicture)
 {
     const QByteArray exif = big(0, 4) + tiffBlock();
     const auto build = [&](quint64 exifAt) {
@@ -112,9 +123,11 @@ QByteArray heif()
             fullBox("ispe", big(64, 4) + big(48, 4)) +
             fullBox("pixi", big(3, 1) + QByteArray(3, '\x0A')) +
             fullBox("auxC", QByteArray("urn:mpeg:hevc:2015:auxid:1\0", 27)) +
-            fullBox("ispe", big(9, 4) + big(9, 4)) + box("irot", big(1, 1));
-        const QByteArray associations = big(2, 4) + big(1, 2) + QByteArray("\x03\x81\x02\x05", 4) +
-                                        big(2, 2) + QByteArray("\x02\x04\x03", 3);
+            fullBox("ispe", big(9, 4) + big(9, 4)) + box("irot", big(1, 1)) +
+            box("imir", big(0, 1)) + box("imir", big(1, 1));
+        const QByteArray associations =
+            big(2, 4) + big(1, 2) + static_cast<char>(propertiesOfPicture.size()) +
+            propertiesOfPicture + big(2, 2) + QByteArray("\x02\x04\x03", 3);
         const QByteArray meta =
             fullBox("pitm", big(1, 2)) + fullBox("iinf", big(3, 2) + infos) +
             fullBox("iloc", location) +
@@ -184,6 +197,62 @@ QByteArray tiff()
     return tiff.build();
 }
 
+QByteArray withMagic(const QByteArray &tiff, const char *magic)
+{
+    return magic + tiff.sliced(4);
+}
+
+QByteArray rw2()
+{
+    TiffBuilder tiff;
+    tiff.add(TiffBuilder::Main, 0x000A, TiffBuilder::Short, TiffBuilder::shorts({12}));
+    return withMagic(tiff.build(), "IIU").insert(3, '\0');
+}
+
+/// A folder of one number, which ends the file for the time being.
+QByteArray folder(int tag, quint64 number, quint64 next)
+{
+    return little(1, 2) + little(static_cast<quint64>(tag), 2) + little(4, 2) + little(1, 4) +
+           little(number, 4) + little(next, 4);
+}
+
+/// The sensor's structure holds a folder inside a folder.
+QByteArray raf()
+{
+    return QByteArray("FUJIFILMCCD-RAW ").leftJustified(100, '\0') + big(104, 4) + "II*" +
+           QByteArray(1, '\0') + little(8, 4) + folder(0xF000, 26, 0) + folder(0xF003, 14, 0);
+}
+
+QByteArray mrw()
+{
+    return QByteArray("\0MRM", 4) + big(32, 4) + QByteArray("\0PRD", 4) + big(24, 4) +
+           QByteArray(16, '\0') + "\x10\x0C" + QByteArray(6, '\0');
+}
+
+/// Three previews, then the sensor's picture.
+QByteArray cr2()
+{
+    return "II*" + QByteArray(1, '\0') + little(16, 4) + "CR\x02" + QByteArray(5, '\0') +
+           folder(0x0100, 1, 34) + folder(0x0100, 1, 52) + folder(0x0100, 1, 70) +
+           folder(0x0111, 88, 0) + QByteArray("\xFF\xD8\xFF\xC4\0\x02\xFF\xC3\0\x0B\x0E", 11);
+}
+
+QByteArray cr3Track(int width, int depth)
+{
+    const QByteArray samples =
+        QByteArray(90, '\0') +
+        box("CMP1", QByteArray(8, '\0') + big(static_cast<quint64>(width), 4) +
+                        QByteArray(12, '\0') + static_cast<char>(depth));
+    return box("trak", box("mdia", box("minf", box("stbl", box("stsd", samples)))));
+}
+
+/// The smaller picture comes last.
+QByteArray cr3()
+{
+    return box("ftyp", "crx " + big(1, 4) + "isom") +
+           box("moov", cr3Track(6000, 14) + cr3Track(1600, 10));
+}
+
 QByteArray png()
 {
     QImage image = blank(8, 6, QImage::Format_ARGB32);
@@ -216,14 +285,24 @@ QByteArray pngFile(const QImage &image, const QByteArray &chunksBehindPixels)
     return file.chopped(kEndChunk) + chunksBehindPixels + file.last(kEndChunk);
 }
 
-QByteArray jpegFile(const QImage &image, const QByteArray &exif)
+QByteArray jpegFile(const QImage &image, const QByteArray &exif, const QByteArray &xmp)
 {
     const QByteArray file = encoded(image, "JPEG");
-    if (exif.isEmpty())
-        return file;
-    const QByteArray segment = QByteArray("Exif\0\0", 6) + exif;
-    return file.first(2) + "\xFF\xE1" + big(static_cast<quint64>(segment.size()) + 2, 2) + segment +
-           file.sliced(2);
+    const auto segment = [](const QByteArray &prefix, const QByteArray &block) {
+        const auto size = static_cast<quint64>(2 + prefix.size() + block.size());
+        return block.isEmpty() ? block : "\xFF\xE1" + big(size, 2) + prefix + block;
+    };
+    return file.first(2) + segment("Exif\0\0"_ba, exif) +
+           segment("http://ns.adobe.com/xap/1.0/\0"_ba, xmp) + file.sliced(2);
+}
+
+QByteArray xmpPacket(const char *attributes)
+{
+    return "<x:xmpmeta xmlns:x='adobe:ns:meta/'>"
+           "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
+           "<rdf:Description xmlns:exif='http://ns.adobe.com/exif/1.0/' "
+           "xmlns:tiff='http://ns.adobe.com/tiff/1.0/' xmlns:xmp='http://ns.adobe.com/xap/1.0/' " +
+           QByteArray(attributes) + "/></rdf:RDF></x:xmpmeta>";
 }
 
 std::vector<PictureSample> pictureSamples()
@@ -235,6 +314,8 @@ std::vector<PictureSample> pictureSamples()
           {u"PixelHeight"_s, 4},
           {u"IsIndexed"_s, 1},
           {u"HasAlpha"_s, 1},
+          {u"{Exif}/ExposureTime"_s, 0.125},
+          {u"{Exif}/DateTimeDigitized"_s, u"2011:02:03 04:05:06"_s},
           {u"{GIF}/LoopCount"_s, 7},
           {u"{GIF}/HasGlobalColorMap"_s, 1},
           {u"{GIF}/UnclampedDelayTime"_s, 0.01},
@@ -250,13 +331,23 @@ std::vector<PictureSample> pictureSamples()
           {u"DPIHeight"_s, 150},
           {u"{8BIM}/LayerNames"_s, QVariantList{u"Ground"_s, u"ЖЗ"_s}}}},
         {"heif",
-         heif(),
+         heif("\x81\x02\x05"),
          {{u"PixelWidth"_s, 64},
           {u"PixelHeight"_s, 48},
           {u"Depth"_s, 10},
           {u"Orientation"_s, 8},
           {u"HasAlpha"_s, 1},
           {u"{TIFF}/Make"_s, u"Maker"_s}}},
+        {"heif, top and bottom exchanged", heif("\x81\x02\x06"), {{u"Orientation"_s, 4}}},
+        {"heif, left and right exchanged", heif("\x81\x02\x07"), {{u"Orientation"_s, 2}}},
+        {"heif, turned and mirrored", heif("\x81\x02\x05\x07"), {{u"Orientation"_s, 7}}},
+        {"heif, mirrored and turned", heif("\x81\x02\x07\x05"), {{u"Orientation"_s, 5}}},
+        {"orf", withMagic(tiff(), "IIRO"), {{u"Depth"_s, 32}, {u"ColorModel"_s, u"RGB"_s}}},
+        {"rw2", rw2(), {{u"Depth"_s, 12}, {u"ColorModel"_s, u"RGB"_s}}},
+        {"raf", raf(), {{u"Depth"_s, 14}}},
+        {"mrw", mrw(), {{u"Depth"_s, 12}}},
+        {"cr2", cr2(), {{u"Depth"_s, 14}, {u"ColorModel"_s, u"RGB"_s}}},
+        {"cr3", cr3(), {{u"Depth"_s, 14}}},
         {"webp",
          webp(),
          {{u"PixelWidth"_s, 300},

@@ -17,8 +17,10 @@ struct PictureSample
 
 std::vector<PictureSample> pictureSamples();
 
-/// The picture as a JPEG file; exif, a TIFF structure, goes in front of the rest when there is one.
-QByteArray jpegFile(const QImage &image, const QByteArray &exif = {});
-/// The same with text and resolution as PNG chunks, those texts behind the pixels.
+/// The picture as a JPEG file; exif, a TIFF structure, and xmp go in front of the rest.
+QByteArray jpegFile(const QImage &image, const QByteArray &exif = {}, const QByteArray &xmp = {});
+/// The picture with text and resolution as PNG chunks, those texts behind the pixels.
 QByteArray pngFile(const QImage &image, const QByteArray &chunksBehindPixels = {});
 QByteArray pngChunk(const QByteArray &type, const QByteArray &contents);
+/// A packet of a few properties, as "exif:FNumber='28/10' tiff:Make='M'".
+QByteArray xmpPacket(const char *attributes);

@@ -70,6 +70,8 @@ private Q_SLOTS:
     void formatIsRead();
     void tagHasItsShape_data();
     void tagHasItsShape();
+    void xmpTellsWhatExifDataDoesNot_data();
+    void xmpTellsWhatExifDataDoesNot();
     void iptcRecordHasItsShape_data();
     void iptcRecordHasItsShape();
     void truncatedFileDoesNoHarm();
@@ -150,6 +152,12 @@ void TestImageReader::tagHasItsShape_data()
         u"Hi"_s);
     row("comment in UTF-16", T::Exif, 0x9286, T::Undefined, "UNICODE\0\x16\x04\x17\x04"_ba,
         u"{Exif}/UserComment"_s, u"ЖЗ"_s);
+    row("comment outside the first plane", T::Exif, 0x9286, T::Undefined,
+        "UNICODE\0\xE5\x65\x3D\xD8\x00\xDE"_ba, u"{Exif}/UserComment"_s, u"日😀"_s);
+    row("comment of the other byte order", T::Exif, 0x9286, T::Undefined, "UNICODE\0\0H\0i"_ba,
+        u"{Exif}/UserComment"_s, u"Hi"_s);
+    row("comment in JIS", T::Exif, 0x9286, T::Undefined, "JIS\0\0\0\0\0\x1B$B:#F|\x1B(B!"_ba,
+        u"{Exif}/UserComment"_s, u"今日!"_s);
     row("degrees", T::Gps, 2, T::Rational, T::longs({48, 1, 30, 1, 36, 1}), u"{GPS}/Latitude"_s,
         48.51);
     row("degrees without seconds", T::Gps, 4, T::Rational, T::longs({2, 1, 1500, 100, 0, 0}),
@@ -196,6 +204,36 @@ void TestImageReader::tagHasItsShape()
     QVERIFY(properties);
     const QVariant value = valueAt(*properties, key);
     QVERIFY2(isSame(value, expected), qPrintable(shown(value)));
+}
+
+void TestImageReader::xmpTellsWhatExifDataDoesNot_data()
+{
+    QTest::addColumn<ImageWish>("wish");
+    QTest::newRow("all tags") << ImageWish();
+    QTest::newRow("one that the header has not") << ImageWish{{{u"{TIFF}"_s, u"Model"_s}}};
+    QTest::newRow("one that XMP writes differently")
+        << ImageWish{{{u"{Exif}"_s, u"DateTimeOriginal"_s}}};
+}
+
+void TestImageReader::xmpTellsWhatExifDataDoesNot()
+{
+    QFETCH(ImageWish, wish);
+    TiffBuilder tiff;
+    tiff.add(T::Main, 0x010F, T::Ascii, "Maker\0"_ba);
+    tiff.add(T::Main, 0x0112, T::Short, T::shorts({8}));
+    const QByteArray xmp = xmpPacket("tiff:Make='Other' tiff:Model='Cam' tiff:Orientation='6' "
+                                     "exif:DateTimeOriginal='2011-02-03T04:05'");
+    const QByteArray file = jpegFile(QImage(4, 4, QImage::Format_RGB32), tiff.build(), xmp);
+    const QVariantMap all{{u"{TIFF}/Make"_s, u"Maker"_s},
+                          {u"{TIFF}/Model"_s, u"Cam"_s},
+                          {u"Orientation"_s, 8},
+                          {u"{Exif}/DateTimeOriginal"_s, u"2011:02:03 04:05:00"_s}};
+    const auto properties = readImageProperties(m_tree.rawFile("x", file), wish);
+    QVERIFY(properties);
+    for (const auto &[key, value] : all.asKeyValueRange()) {
+        const bool isWanted = wish.isAll() || key.endsWith(wish.tags.front().tag);
+        QVERIFY2(!isWanted || isSame(valueAt(*properties, key), value), qPrintable(key));
+    }
 }
 
 void TestImageReader::iptcRecordHasItsShape_data()
