@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/Id3v2Places.h"
+#include "readers/MatroskaInfo.h"
 #include "readers/MediaFormat.h"
 #include "readers/MemorySource.h"
 #include "readers/Mp4Items.h"
@@ -30,7 +31,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     for (const qint64 at : places.appended)
         require(at >= 0 && at < length);
     require(mp4Cover(source, kMostCoverBytes).size() <= length);
-    const std::optional<MediaReading> reading = readMp4(source);
+    std::optional<MediaReading> reading = readMatroskaInfo(source);
+    if (!reading)
+        reading = readMp4(source);
     if (!reading)
         return 0;
     require(std::isfinite(reading->duration) && reading->duration >= 0);

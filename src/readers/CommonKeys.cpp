@@ -180,6 +180,7 @@ constexpr TagMeaning kMatroska[] = {
     {"TOTAL_PARTS"_L1, kTrackTotal},
     {"TRACK"_L1, kTrack},
     {"PART_NUMBER"_L1, kTrack},
+    {"DISC"_L1, kDisc},
     {"ALBUM/PART_NUMBER"_L1, kDisc},
 };
 
@@ -194,7 +195,7 @@ constexpr TagMeaning kGeneric[] = {
     {"SOFTWARE"_L1, kSoftware},   {"ENCODER"_L1, kSoftware},
     {"ISBJ"_L1, kSubject},        {"ISRC"_L1, kSource},
     {"IMED"_L1, kSource},         {"TRACK"_L1, kTrack},
-    {"DISC"_L1, kDisc},
+    {"DISC"_L1, kDisc},           {"PRODUCT"_L1, kAlbum},
 };
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 extern "C" {
 #include <libavformat/avformat.h>
@@ -24,6 +25,9 @@ constexpr auto kOgg = "ogg"_L1;
 /// The program that wrote a Matroska file; the tag of the same name is in capitals.
 constexpr auto kMuxer = "encoder";
 constexpr QByteArrayView kOwnLevels[] = {"TRACK/", "MOVIE/"};
+/// What libavformat calls some comments of Ogg, and what they are called there.
+constexpr std::pair<const char *, const char *> kOggNames[] = {
+    {"TRACK", "TRACKNUMBER"}, {"DISC", "DISCNUMBER"}, {"COMMENT", "DESCRIPTION"}};
 constexpr int kBufferSize = 32 * 1024;
 /// Enough to find the streams of a broadcast; the pictures themselves are not looked at.
 constexpr qint64 kBytesToProbe = qint64{2} * 1024 * 1024;
@@ -156,6 +160,10 @@ Entries entriesOf(const AVFormatContext &context, QLatin1String format)
     if (format == kOgg) {
         for (unsigned int i = context.nb_streams; i-- > 0;)
             collect(context.streams[i]->metadata, entries);
+        for (const auto &[here, there] : kOggNames) {
+            if (entries.contains(here))
+                entries.insert(there, entries.take(here));
+        }
     }
     collect(context.metadata, entries);
     if (format == kMatroska && av_dict_get(context.metadata, kMuxer, nullptr, AV_DICT_MATCH_CASE))
@@ -171,7 +179,9 @@ QLatin1String firstName(const char *names)
 
 TagMeanings meaningsFor(QLatin1String format)
 {
-    return format == kMatroska ? CommonKeys::matroska() : CommonKeys::generic();
+    if (format == kMatroska)
+        return CommonKeys::matroska();
+    return format == kOgg ? CommonKeys::vorbis() : CommonKeys::generic();
 }
 
 void addItems(const AVFormatContext &context, MediaReading &reading)

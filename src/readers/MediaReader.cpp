@@ -3,13 +3,17 @@
 
 #include "readers/FileSource.h"
 #include "readers/LibavFile.h"
+#include "readers/MatroskaInfo.h"
 #include "readers/MediaFormat.h"
 #include "readers/Mp4Items.h"
 #include "readers/TagLibFile.h"
 
+#include <cstring>
 #include <exception>
 
 namespace {
+
+constexpr char kMatroska[] = "matroska";
 
 std::optional<MediaReading> readTags(ByteSource &source, const MediaFormat &format)
 {
@@ -32,6 +36,8 @@ std::optional<MediaReading> read(ByteSource &source)
     if ((reading && reading->duration > 0) || !format.demuxer)
         return reading;
     std::optional<MediaReading> second = readWithLibav(source, format.demuxer);
+    if (!second && std::strcmp(format.demuxer, kMatroska) == 0)
+        return readMatroskaInfo(source);
     if (!reading)
         return second;
     if (second)

@@ -80,11 +80,28 @@ Reading readFlac(SourceStream &stream)
     });
 }
 
-Reading readTrueAudio(SourceStream &stream)
+/// Where the footer of an APE block ends the file, perhaps in front of an ID3v1 block.
+std::optional<qint64> apeFooterOf(ByteSource &source)
+{
+    constexpr qint64 kFooter = 32;
+    constexpr qint64 kId3v1 = 128;
+    for (const qint64 at : {source.size() - kFooter, source.size() - kFooter - kId3v1}) {
+        if (source.startsWith(at, "APETAGEX"))
+            return at;
+    }
+    return std::nullopt;
+}
+
+/// TagLib does not look for the APE block, which many players write.
+Reading readTrueAudio(SourceStream &stream, std::optional<qint64> apeFooter)
 {
     TagLib::TrueAudio::File file(&stream, frames());
-    return readFile(file, [](TagLib::TrueAudio::File &trueAudio, MediaReading &reading) {
+    return readFile(file, [&](TagLib::TrueAudio::File &trueAudio, MediaReading &reading) {
         addId3v1Items(trueAudio.ID3v1Tag(), reading);
+        if (apeFooter) {
+            const TagLib::APE::Tag tag(&trueAudio, *apeFooter);
+            addApeItems(&tag, reading);
+        }
         addId3v2Items(trueAudio.ID3v2Tag(), reading);
     });
 }
@@ -167,7 +184,7 @@ Reading readWithTagLib(ByteSource &source, MediaFamily family)
     case MediaFamily::Musepack:
         return readWithApe<TagLib::MPC::File>(stream);
     case MediaFamily::TrueAudio:
-        return readTrueAudio(stream);
+        return readTrueAudio(stream, apeFooterOf(source));
     default:
         return std::nullopt;
     }

@@ -120,9 +120,14 @@ void TestMediaReader::tagsOfEveryFormat_data()
                               << u"albumName=Album | artist=Artist | copyrights=Someone | "
                                  "creationDate=2012 | creator=Composer | description=Words | "
                                  "title=Größe | trkn=3/12 | type=Jazz"_s;
-    QTest::newRow("film.avi") << 0.52
-                              << u"artist=Artist | copyrights=Someone | creationDate=2011 | "
-                                 "description=Comment | title=Größe | trkn=3/12 | type=Jazz"_s;
+    QTest::newRow("film.avi")
+        << 0.52
+        << u"albumName=Album | artist=Artist | copyrights=Someone | "
+           "creationDate=2011 | description=Comment | title=Größe | trkn=3/12 | type=Jazz"_s;
+    QTest::newRow("film.ogv") << 0.6
+                              << u"artist=Artist | contributor=Player | description=Words | "
+                                 "disk=1/2 | identifier=XX1234567890 | software=Lavc libtheora | "
+                                 "title=Größe | trkn=3/12"_s;
     QTest::newRow("film.mov") << 0.52
                               << u"albumName=Album | artist=Artist | copyrights=Someone | "
                                  "creationDate=2011 | description=Comment | title=Größe | "
@@ -204,6 +209,26 @@ QByteArray movie(const QByteArray &header, const QByteArray &list)
     return box("ftyp", "M4A ") + box("moov", box("mvhd", header) + box("udta", meta));
 }
 
+/// A song of True Audio, one second long, without its frames.
+QByteArray trueAudio(const QByteArray &tags)
+{
+    return QByteArray("TTA1\1\0\1\0\x10\0\x40\x1F\0\0\x40\x1F\0\0", 18) + zeros(8) + tags;
+}
+
+QByteArray apeBlock(const char *key, const QByteArray &value)
+{
+    const QByteArray item = static_cast<char>(value.size()) + zeros(7) + key + '\0' + value;
+    return item + QByteArray("APETAGEX\xD0\7\0\0", 12) + static_cast<char>(item.size() + 32) +
+           zeros(3) + '\1' + zeros(15);
+}
+
+/// The file up to the first bytes of a part.
+QByteArray headOf(const QString &name, const QByteArray &part)
+{
+    const QByteArray content = contentOf(dataPath(name));
+    return content.first(content.lastIndexOf(part) + part.size() + 4);
+}
+
 } // namespace
 
 void TestMediaReader::buildsOfOneFile_data()
@@ -241,6 +266,10 @@ void TestMediaReader::buildsOfOneFile_data()
                                       dataBox(21, "\x07\xDB")) +
                                   box("covr", dataBox(13, "picture")))
         << 245.0 << u"copyrights=A€ | creationDate=2011 | trkn=300/5 | type=Rock"_s;
+    QTest::newRow("an APE block behind True Audio")
+        << trueAudio(apeBlock("Title", "APE")) << 1.0 << u"title=APE"_s;
+    QTest::newRow("a film that ends before its tracks are described")
+        << headOf(u"film.mkv"_s, "\x16\x54\xAE\x6B") << 0.52 << u"title=Größe"_s;
     QTest::newRow("half a surrogate pair becomes the replacement character")
         << movie(fourMinutes, box("\xA9nam", dataBox(2, QByteArray("\0A\xDC\x80", 4)))) << 245.0
         << u"title=A\uFFFD"_s;

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/MediaReading.h"
+#include "readers/ByteSource.h"
+
+#include <optional>
+
+/// Title and duration as the head of a Matroska file states them, which is all there is of a file
+/// that ends before its tracks are described. Nothing when it does not say how long it is.
+std::optional<MediaReading> readMatroskaInfo(ByteSource &source);
