@@ -41,19 +41,20 @@ MovePlanner::Plan MovePlanner::decide(const TFileItem &item, const TEvaluatedNam
     const TFolder &folder = *item.url.folder();
     const QString &oldName = item.url.lastPathComponent();
     Plan plan;
-    // A name that can never stand in the folder is refused as it is, whatever is there.
     plan.finalName = name.fullName();
     plan.refusal = reasonToRefuseName(plan.finalName);
-    if (!plan.refusal.isEmpty())
+    // A name that can never stand in the folder is refused as it is, whatever is there. Dots alone
+    // are tested with one more dot, like any name without extension: "." meets the parent folder.
+    if (!plan.refusal.isEmpty() && plan.finalName != u"." && plan.finalName != u"..")
         return plan;
     const QString base = m_folders.uniqueBase(folder, name.base, name.extension);
     if (base != name.base) {
         plan.uniqueBase = base;
         plan.finalName = TEvaluatedName::joined(base, name.extension);
         plan.refusal = reasonToRefuseName(plan.finalName);
-        if (!plan.refusal.isEmpty())
-            return plan;
     }
+    if (!plan.refusal.isEmpty())
+        return plan;
     if (!m_folders.canBeChanged(folder))
         plan.refusal = textForErrno(EACCES);
     else if (name.extension.isEmpty() && plan.finalName != oldName &&

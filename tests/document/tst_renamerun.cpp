@@ -42,6 +42,8 @@ private Q_SLOTS:
         row("a slash is refused whatever the options say", {u"a.x"_s},
             TRuleList{textRule(u"../b"_s)}, 0LL, 1LL, {u"!../b.x"_s});
         row("dots alone are no name", {u"a"_s}, TRuleList{textRule(u".."_s)}, 0LL, 0LL, {u"!.."_s});
+        row("a lone dot meets the parent folder", {u"a"_s, u"b"_s}, TRuleList{textRule(u"."_s)},
+            0LL, 0LL, {u".-1"_s, u"!.-1"_s});
         row("255 bytes fit", {u"a.x"_s}, TRuleList{textRule(QString(253, u'b'))}, 0LL, 0LL,
             {QString(253, u'b') + u".x"_s});
         row("256 bytes do not", {u"a.x"_s}, TRuleList{textRule(QString(127, u'ä'))}, 0LL, 0LL,
