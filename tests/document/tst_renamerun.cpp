@@ -82,6 +82,19 @@ private Q_SLOTS:
         QCOMPARE(fixture.names().size(), files.size());
     }
 
+    void changedSpellingsWhereCaseDoesNotCount()
+    {
+        RunFixture fixture;
+        fixture.disk.ignoreCase();
+        fixture.rules = {makeRule(u"Original"_s, {{u"caseConversion"_s, 1}})};
+        fixture.makeFiles({u"Ab"_s, u"bB"_s});
+        fixture.expand();
+        const QStringList names{u"AB"_s, u"BB"_s};
+        QCOMPARE(fixture.forecast(), names);
+        QCOMPARE(fixture.run().renamed, 2);
+        QCOMPARE(fixture.names(), names);
+    }
+
     void forecastEqualsRunOnRandomBatches_data()
     {
         QTest::addColumn<quint32>("seed");
