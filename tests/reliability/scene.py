@@ -20,10 +20,14 @@ class Scene:
     """A folder of files and a run over it in which every file takes the name that the one before
     it has just given up. With links, every second file has a second link elsewhere, so that its
     inode does not tell where it went and the run announces its moves. A plain disk, "links" or "no
-    links", cannot promise never to replace a file, as the shim plays it."""
+    links", cannot promise never to replace a file, as the shim plays it. The files can have other
+    names and other rules, and stand on a disk that is mounted elsewhere."""
 
-    def __init__(self, files=6, links=False, parent=None, plain=""):
+    def __init__(self, files=6, links=False, parent=None, plain="", disk=None, names=None,
+                 rules=(f"Counter startValue={FIRST - 1} manualPadding=1 padding=1",)):
         self.plain = plain
+        self.disk = disk
+        self.rules = [word for rule in rules for word in ("--rule", rule)]
         self.temporary = tempfile.TemporaryDirectory(prefix="tavrin-", dir=parent)
         self.root = os.path.realpath(self.temporary.name)
         self.photos = os.path.join(self.root, "photos")
@@ -33,10 +37,12 @@ class Scene:
         self.calls = os.path.join(self.root + ".calls")
         os.mkdir(self.photos)
         os.mkdir(self.elsewhere)
-        for number in range(FIRST, FIRST + files):
-            path = os.path.join(self.photos, f"{number}.jpg")
+        if disk:
+            mount("--bind", tempfile.mkdtemp(dir=disk), self.photos)
+        for number, name in enumerate(names or [f"{FIRST + n}.jpg" for n in range(files)]):
+            path = os.path.join(self.photos, name)
             with open(path, "w") as file:
-                file.write("x" * (number - FIRST))
+                file.write("x" * number)
             if links and number % 2 == 0:
                 os.link(path, f"{self.elsewhere}/{number}")
         self.before = self.state()
@@ -47,13 +53,17 @@ class Scene:
     def __exit__(self, *error):
         if os.path.exists(self.calls):
             os.remove(self.calls)
+        if self.disk:
+            subprocess.run(["umount", self.photos], check=True)
         self.temporary.cleanup()
 
     def state(self):
-        """Which file has which name; a file is its inode and size, which no rename changes."""
+        """Which file has which name; a file is its inode and size, which no rename changes. Some
+        disks give inode numbers as they like."""
         with os.scandir(self.photos) as entries:
             facts = {entry.name: entry.stat(follow_symlinks=False) for entry in entries}
-        return {name: (fact.st_ino, fact.st_size) for name, fact in facts.items()}
+        return {name: (0 if self.disk else fact.st_ino, fact.st_size)
+                for name, fact in facts.items()}
 
     def moved(self):
         now = self.state()
@@ -76,8 +86,7 @@ class Scene:
                               stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=300)
 
     def rename_words(self):
-        return ("rename", "--yes", "--quiet", "--sort", "fileName", "--rule",
-                f"Counter startValue={FIRST - 1} manualPadding=1 padding=1", self.photos)
+        return ("rename", "--yes", "--quiet", "--sort", "fileName", *self.rules, self.photos)
 
     def rename(self, **more):
         return self.run(*self.rename_words(), **more)
@@ -125,7 +134,7 @@ class ReliabilityTest(unittest.TestCase):
         undone = scene.undo()
         self.assertEqual(undone.returncode in (0, 1), True, undone.stdout + undone.stderr)
         self.assertAsBefore(scene)
-        if scene.plain:
+        if scene.plain or scene.disk:
             return
         # What is undone stays undone, even where every old name is a new name, too.
         again = scene.undo()
