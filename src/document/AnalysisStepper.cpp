@@ -46,14 +46,16 @@ void AnalysisStepper::step(TFileObject &file, TErrorLog &batchLog)
 {
     TRuleDict dict;
     dict.batchSize = m_settings.batchSize;
+    dict.likelyLength = m_lastLength;
     file.clearErrLog();
     TAttributedString name =
         NameGeneration::applyRuleSet(m_settings.rules, file, m_index++, &batchLog, dict,
                                      m_settings.options, m_settings.colorCode);
     TAttributedString extension = NameGeneration::processExtensionForFile(
         *m_settings.extensionHandler, file, m_settings.extensionLog, dict);
-    file.setTargetName(name.string());
-    file.setAttributedTargetName(std::move(name));
+    m_runs.share(name);
+    m_lastLength = name.string().size();
+    file.setTarget(std::move(name));
     file.setAttributedTargetExtension(extension);
     if (!m_settings.rules || m_settings.rules->empty())
         return;

@@ -3,6 +3,7 @@
 
 #include "document/NameGeneration.h"
 #include "document/TMetadataSource.h"
+#include "platform/RunsPool.h"
 
 #include <memory>
 
@@ -50,5 +51,7 @@ private:
     Settings m_settings;
     TFileObject m_file;
     std::unique_ptr<DuplicateKeys> m_keys;
+    RunsPool m_runs;
     qsizetype m_index = 0;
+    qsizetype m_lastLength = 0; ///< of the name before
 };

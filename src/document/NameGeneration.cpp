@@ -50,6 +50,7 @@ TAttributedString applyRuleSet(const TRuleList *rules, TFileObject &file, qsizet
     own.result = u""_s;
     own.partial = u""_s;
     TAttributedString name;
+    name.reserve(dict.likelyLength);
     for (const TRulePtr &rule : *rules) {
         const qint64 savedID = rule->theID();
         rule->setTheID(index);

@@ -14,6 +14,7 @@
 #include "document/TDocumentPresets.h"
 #include "document/TDocumentServices.h"
 #include "document/TRenameRun.h"
+#include "platform/RunsPool.h"
 #include "rollback/TRenameTRX.h"
 
 #include <QHash>
@@ -317,6 +318,8 @@ private:
     quint64 m_dropVersion = 0;                ///< of the list when that row was right
     std::shared_ptr<TFileObject> m_dropAfter; ///< the file before that row
     TFileList m_dropped;                      ///< made, but not in the list yet
+    RunsPool m_droppedRuns;                   ///< of their names
+    qsizetype m_droppedLength = 0;            ///< of the last of their names
 
     TRuleList m_ruleArray;
     TRuleList m_theAccumulator;
@@ -327,9 +330,9 @@ private:
     std::unique_ptr<TDocumentPresets> m_presets; ///< null once the window has gone
 
     std::optional<TErrorLog> m_errorLog;
-    TDocumentFacts m_facts;                 ///< null when list or metadata have changed since
-    TDocumentFiles m_factFiles;             ///< their entries
-    std::vector<TDocumentFact> m_collected; ///< the first ones, for a run that is about to start
+    TDocumentFacts m_facts;        ///< null when list or metadata have changed since
+    TDocumentFiles m_factFiles;    ///< their entries
+    TDocumentFactList m_collected; ///< the first ones, for a run that is about to start
     TFileList m_collectedFiles;
     quint64 m_collectedVersion = 0;  ///< of the list that they are from
     quint64 m_metadataVersion = 0;   ///< counts the files whose metadata have come

@@ -7,6 +7,24 @@ constexpr std::size_t kPortion = 50;
 
 } // namespace
 
+void TDocumentFactList::add(const TFileObject &file)
+{
+    const bool hasMetadata = file.imageProperties() || file.ID3();
+    if (hasMetadata && m_metadata.empty()) {
+        m_metadata.reserve(m_items.capacity());
+        m_metadata.resize(m_items.size());
+    }
+    m_items.push_back(file.item());
+    if (hasMetadata || !m_metadata.empty())
+        m_metadata.push_back({file.imageProperties(), file.ID3()});
+}
+
+void TDocumentFactList::clear()
+{
+    m_items.clear();
+    m_metadata.clear();
+}
+
 /// A run as its worker sees it. The owner is named only in work that is posted, which is not run
 /// once the owner has gone.
 struct TDocumentAnalysis::Job
@@ -68,7 +86,7 @@ void TDocumentAnalysis::hand(const Job &job, Work work)
 
 void TDocumentAnalysis::analyse(const Job &job, const std::stop_token &stop)
 {
-    const std::size_t total = job.facts->size();
+    const std::size_t total = job.facts->count();
     AnalysisStepper stepper({&job.rules, job.extensionHandler.get(), job.options, job.colorCode,
                              job.duplicatesAreCritical, static_cast<qint64>(total), nullptr});
     const auto log = std::make_shared<TErrorLog>();
@@ -79,8 +97,7 @@ void TDocumentAnalysis::analyse(const Job &job, const std::stop_token &stop)
         const std::size_t end = std::min(first + kPortion, total);
         results->reserve(end - first);
         for (std::size_t i = first; i < end; ++i) {
-            const TDocumentFact &fact = (*job.facts)[i];
-            results->push_back(stepper.step(fact.item, fact.metadata, *log));
+            results->push_back(stepper.step(job.facts->items()[i], job.facts->metadata(i), *log));
         }
         hand(job, [first, results, end, total](TDocumentAnalysis &owner) {
             owner.m_output.results(static_cast<qsizetype>(first), *results, *owner.m_files);
@@ -96,19 +113,19 @@ void TDocumentAnalysis::analyse(const Job &job, const std::stop_token &stop)
 
 void TDocumentAnalysis::forecast(const Job &job, const std::stop_token &stop)
 {
-    const std::size_t total = job.facts->size();
+    const std::size_t total = job.facts->count();
     ForecastStepper stepper(job.fileManager, {&job.forecastRules, job.extensionHandler.get(),
                                               job.options, static_cast<qint64>(total)});
-    for (const TDocumentFact &fact : *job.facts)
-        stepper.announce(fact.item);
+    for (const TFileItem &item : job.facts->items())
+        stepper.announce(item);
     for (std::size_t first = 0; first < total; first += kPortion) {
         if (stop.stop_requested())
             return;
         const auto forecasts = std::make_shared<std::vector<ForecastStepper::Forecast>>();
         const std::size_t end = std::min(first + kPortion, total);
+        forecasts->reserve(end - first);
         for (std::size_t i = first; i < end; ++i) {
-            const TDocumentFact &fact = (*job.facts)[i];
-            forecasts->push_back(stepper.step(fact.item, fact.metadata));
+            forecasts->push_back(stepper.step(job.facts->items()[i], job.facts->metadata(i)));
         }
         hand(job, [first, forecasts](TDocumentAnalysis &owner) {
             owner.m_output.forecasts(static_cast<qsizetype>(first), *forecasts, *owner.m_files);

@@ -10,14 +10,26 @@
 #include <memory>
 #include <vector>
 
-/// What a worker is given of one entry.
-struct TDocumentFact
+/// What workers are given of the entries, in list order.
+class TDocumentFactList
 {
-    TFileItem item;
-    TMetadataSource::Metadata metadata;
+public:
+    void reserve(std::size_t count) { m_items.reserve(count); }
+    void add(const TFileObject &file);
+    void clear();
+    std::size_t count() const { return m_items.size(); }
+    const std::vector<TFileItem> &items() const { return m_items; }
+    TMetadataSource::Metadata metadata(std::size_t index) const
+    {
+        return m_metadata.empty() ? TMetadataSource::Metadata() : m_metadata[index];
+    }
+
+private:
+    std::vector<TFileItem> m_items;
+    std::vector<TMetadataSource::Metadata> m_metadata; ///< empty while no file has any
 };
 /// Made once for as long as the list stays as it is; shared by the runs over it.
-using TDocumentFacts = std::shared_ptr<const std::vector<TDocumentFact>>;
+using TDocumentFacts = std::shared_ptr<const TDocumentFactList>;
 /// The entries of the facts. Never leaves the main thread; shared, since a copy would touch every
 /// entry.
 using TDocumentFiles = std::shared_ptr<const TFileList>;

@@ -127,9 +127,12 @@ void TDocument::addDropped(const TFileItem &item, qsizetype total)
     TRuleDict dict;
     dict.batchSize = total;
     const auto index = static_cast<qsizetype>(m_sourceObjectArray.size() + m_dropped.size()) + 1;
-    file->setAttributedTargetName(NameGeneration::applyRuleSet(&m_ruleArray, *file, index, nullptr,
-                                                               dict, m_theOptions, m_colorCode));
-    file->setTargetName(file->attributedTargetName().string());
+    dict.likelyLength = m_droppedLength;
+    TAttributedString name = NameGeneration::applyRuleSet(&m_ruleArray, *file, index, nullptr, dict,
+                                                          m_theOptions, m_colorCode);
+    m_droppedRuns.share(name);
+    m_droppedLength = name.string().size();
+    file->setTarget(std::move(name));
     file->setAttributedTargetExtension(NameGeneration::processExtensionForFile(
         *m_theExtensionHandler, *file, m_errorLog ? &*m_errorLog : nullptr, dict));
     m_forecasts.remove(file.get());

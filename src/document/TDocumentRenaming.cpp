@@ -13,21 +13,12 @@ public:
     }
     Metadata metadataForFile(qsizetype index) override
     {
-        return (*m_facts)[static_cast<std::size_t>(index)].metadata;
+        return m_facts->metadata(static_cast<std::size_t>(index));
     }
 
 private:
     TDocumentFacts m_facts;
 };
-
-std::vector<TFileItem> itemsOf(const TDocumentFacts &facts)
-{
-    std::vector<TFileItem> items;
-    items.reserve(facts->size());
-    for (const TDocumentFact &fact : *facts)
-        items.push_back(fact.item);
-    return items;
-}
 
 } // namespace
 
@@ -35,9 +26,9 @@ std::vector<TFileItem> itemsOf(const TDocumentFacts &facts)
 struct TDocumentRenaming::Shared
 {
     Shared(FileManager &fileManager, const Clock &clock, Input &input)
-        : items(itemsOf(input.facts))
+        : facts(input.facts)
         , source(input.facts)
-        , run(fileManager, clock, items,
+        , run(fileManager, clock, facts->items(),
               {std::move(input.rules), std::move(input.extensionHandler), input.options,
                input.logsFolder, false})
     {
@@ -45,7 +36,7 @@ struct TDocumentRenaming::Shared
         run.setTextLog([this](const QString &text) { textLog += text; });
     }
 
-    const std::vector<TFileItem> items;
+    const TDocumentFacts facts;
     FactSource source;
     QString textLog;
     TRenameRun run;

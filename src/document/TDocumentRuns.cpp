@@ -12,11 +12,6 @@ constexpr const char *kTestRun = QT_TRANSLATE_NOOP("TDocument", "Performing test
 /// What is known of so many files is collected at once; of more, in portions.
 constexpr std::size_t kCollectedAtOnce = 1000;
 
-TDocumentFact factOf(const TFileObject &file)
-{
-    return {file.item(), {file.imageProperties(), file.ID3()}};
-}
-
 /// True when the run would write what the list shows anyway, as it does for most files: nothing
 /// then has to be kept.
 bool isAsShown(const TFileObject &file, const ForecastStepper::Forecast &forecast)
@@ -49,11 +44,11 @@ TDocumentAnalysis::Output TDocument::analysisOutput()
 TDocumentFacts TDocument::facts()
 {
     if (!m_facts) {
-        std::vector<TDocumentFact> list;
+        TDocumentFactList list;
         list.reserve(m_sourceObjectArray.size());
         for (const auto &file : m_sourceObjectArray)
-            list.push_back(factOf(*file));
-        m_facts = std::make_shared<const std::vector<TDocumentFact>>(std::move(list));
+            list.add(*file);
+        m_facts = std::make_shared<const TDocumentFactList>(std::move(list));
         m_factFiles = std::make_shared<const TFileList>(m_sourceObjectArray);
     }
     return m_facts;
@@ -145,9 +140,9 @@ void TDocument::collectFacts()
     m_collected.reserve(m_sourceObjectArray.size());
     m_collectedFiles.reserve(m_sourceObjectArray.size());
     const TDocumentSlice slice;
-    while (m_collected.size() < m_sourceObjectArray.size()) {
-        const auto &file = m_sourceObjectArray[m_collected.size()];
-        m_collected.push_back(factOf(*file));
+    while (m_collected.count() < m_sourceObjectArray.size()) {
+        const auto &file = m_sourceObjectArray[m_collected.count()];
+        m_collected.add(*file);
         m_collectedFiles.push_back(file);
         if (!slice.isOver())
             continue;
@@ -157,7 +152,7 @@ void TDocument::collectFacts()
             collectFacts();
         });
     }
-    m_facts = std::make_shared<const std::vector<TDocumentFact>>(std::move(m_collected));
+    m_facts = std::make_shared<const TDocumentFactList>(std::move(m_collected));
     m_factFiles = std::make_shared<const TFileList>(std::move(m_collectedFiles));
     forgetCollected();
     startBackgroundRun();
@@ -192,11 +187,11 @@ void TDocument::applyResults(qsizetype first, std::vector<TAnalysisResult> &resu
         TFileObject &entry = **file++;
         entry.setErrLog(std::move(result.errors));
         // A forecast about another name would pass for one about this name until the next comes.
-        if (entry.attributedTargetName().string() != result.targetName.string() ||
-            entry.attributedTargetExtension() != result.targetExtension)
+        if (!m_forecasts.isEmpty() &&
+            (entry.attributedTargetName().string() != result.targetName.string() ||
+             entry.attributedTargetExtension() != result.targetExtension))
             m_forecasts.remove(&entry);
-        entry.setTargetName(result.targetName.string());
-        entry.setAttributedTargetName(std::move(result.targetName));
+        entry.setTarget(std::move(result.targetName));
         entry.setAttributedTargetExtension(result.targetExtension);
     }
     if (m_analysisVersion == m_listVersion)

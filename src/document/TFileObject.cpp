@@ -57,6 +57,12 @@ void encodeMetadata(TEncoder &coder, QLatin1StringView key, const TMetadataPtr &
         coder.encodeVariant(key, metadata->toVariantMap());
 }
 
+/// Set, if only to nothing.
+QString filled(const QString &text)
+{
+    return text.isNull() ? u""_s : text;
+}
+
 TMetadataPtr decodeMetadata(const TDecoder &coder, QLatin1StringView key)
 {
     const QVariant value = coder.decodeVariant(key);
@@ -72,6 +78,7 @@ struct TFileObject::Side
     std::optional<QString> fileName;
     std::optional<QString> extension;
     std::optional<QString> parent;
+    std::optional<QString> targetName; ///< unset while the shown one is the target name
     std::optional<TImage> icon;
     TFileURL targetURL;
     QVariant avMetadata;
@@ -123,8 +130,8 @@ void TFileObject::assign(const TFileItem &item, TMetadataPtr imageProperties, TM
     m_item = item;
     m_imageProperties = std::move(imageProperties);
     m_id3 = std::move(id3);
-    m_targetName = QString();
     m_attributedTargetName = {};
+    m_isTargetShown = false;
     m_targetExtension = QString();
     m_errLog.clear();
     m_side.reset();
@@ -194,14 +201,37 @@ void TFileObject::setTargetURL(const TFileURL &url)
 
 QString TFileObject::targetName() const
 {
-    if (m_targetName.isNull() && m_item.url.isValid())
-        return formatted(kPlaceholder, {fileName()});
-    return m_targetName;
+    if (m_isTargetShown)
+        return filled(m_attributedTargetName.string());
+    if (m_side && m_side->targetName)
+        return *m_side->targetName;
+    return m_item.url.isValid() ? formatted(kPlaceholder, {fileName()}) : QString();
 }
 
 void TFileObject::setTargetName(const QString &name)
 {
-    m_targetName = name.isNull() ? u""_s : name;
+    m_isTargetShown = name == m_attributedTargetName.string();
+    if (!m_isTargetShown)
+        side().targetName = filled(name);
+    else if (m_side)
+        m_side->targetName.reset();
+}
+
+void TFileObject::setAttributedTargetName(TAttributedString name)
+{
+    if (m_isTargetShown && name.string() != m_attributedTargetName.string()) {
+        side().targetName = targetName();
+        m_isTargetShown = false;
+    }
+    m_attributedTargetName = std::move(name);
+}
+
+void TFileObject::setTarget(TAttributedString name)
+{
+    m_attributedTargetName = std::move(name);
+    m_isTargetShown = true;
+    if (m_side)
+        m_side->targetName.reset();
 }
 
 TAttributedString TFileObject::attributedTargetExtension() const
@@ -312,9 +342,9 @@ void TFileObject::setProperties(const QVariantMap &properties)
         if (v != icon())
             side().icon = v;
     });
-    setIfPresent<QString>(properties, kTargetName, [&](const auto &v) { setTargetName(v); });
     setIfPresent<TAttributedString>(properties, kAttributedTargetName,
-                                    [&](const auto &v) { m_attributedTargetName = v; });
+                                    [&](const auto &v) { setAttributedTargetName(v); });
+    setIfPresent<QString>(properties, kTargetName, [&](const auto &v) { setTargetName(v); });
     setIfPresent<TAttributedString>(properties, kAttributedTargetExtension,
                                     [&](const auto &v) { setAttributedTargetExtension(v); });
     setIfPresent<TFileURL>(properties, kTargetURL, [&](const auto &v) { setTargetURL(v); });
@@ -390,8 +420,9 @@ void TFileObject::initWithCoder(const TDecoder &coder)
     side().targetURL = TFileURL::fromString(coder.decodeUrl(kTargetURL));
     side().avMetadata = coder.decodeVariant(kAvMetadata);
     side().avLyrics = coder.decodeString(kAvLyrics);
-    m_targetName = coder.decodeString(kTargetName);
     m_attributedTargetName = decodeText(kAttributedTargetName);
+    if (const QString target = coder.decodeString(kTargetName); !target.isNull())
+        setTargetName(target);
     setAttributedTargetExtension(decodeText(kAttributedTargetExtension));
     m_errLog = TErrorLog::decode(coder, kErrLog);
     m_hasBeenProcessed = coder.decodeBool(kHasBeenProcessed);

@@ -51,10 +51,9 @@ public:
     QString targetName() const;
     void setTargetName(const QString &name);
     const TAttributedString &attributedTargetName() const { return m_attributedTargetName; }
-    void setAttributedTargetName(TAttributedString name)
-    {
-        m_attributedTargetName = std::move(name);
-    }
+    void setAttributedTargetName(TAttributedString name);
+    /// Sets both to one name, as nearly always; it is kept once.
+    void setTarget(TAttributedString name);
     /// The new extension with its period, in red.
     TAttributedString attributedTargetExtension() const;
     void setAttributedTargetExtension(const TAttributedString &extension);
@@ -96,10 +95,10 @@ private:
     TFileItem m_item;
     TMetadataPtr m_imageProperties;
     TMetadataPtr m_id3;
-    QString m_targetName;
     TAttributedString m_attributedTargetName;
     QString m_targetExtension; ///< with its period; shown in red
     TErrorLog m_errLog;
     std::unique_ptr<Side> m_side;
+    bool m_isTargetShown = false; ///< the target name is the text of the attributed one
     bool m_hasBeenProcessed = false;
 };

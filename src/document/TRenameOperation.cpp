@@ -13,6 +13,7 @@ constexpr QLatin1StringView kTooFewRulesLine{
 constexpr QLatin1StringView kEmptyNameError{"Rules evaluated to empty name. %@ used"};
 constexpr QLatin1StringView kEmptyNameLine{"%@: rules evalued to empty name. '%@' substituted.\n"};
 constexpr QLatin1StringView kNotUniqueError{"'%@' is not unique. Modified to '%@'"};
+constexpr qsizetype kUsualLength = 40; ///< for which memory is taken at once
 constexpr QLatin1StringView kNotUniqueLine{"%@: target name '%@' isn't unique, changed to '%@'\n"};
 
 } // namespace
@@ -44,6 +45,7 @@ TEvaluatedName TRenameOperation::evaluate(const TRuleList *rules, TExtensionHand
     dict.partial = u""_s;
     name.extension = handler.processWithFileObject(file, &name.errors, dict);
     QString assembled;
+    assembled.reserve(kUsualLength);
     for (const TRulePtr &rule : *rules) {
         const qint64 savedID = rule->theID();
         rule->setTheID(index);

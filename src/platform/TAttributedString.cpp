@@ -13,24 +13,31 @@ constexpr QLatin1StringView kLength{"length"};
 constexpr QLatin1StringView kBackground{"background"};
 constexpr QLatin1StringView kForeground{"foreground"};
 
-void addRun(std::vector<TAttributedString::Run> &runs, const TAttributedString::Run &run)
-{
-    if (run.length <= 0)
-        return;
-    if (!runs.empty() && runs.back().background == run.background &&
-        runs.back().foreground == run.foreground)
-        runs.back().length += run.length;
-    else
-        runs.push_back(run);
-}
-
 } // namespace
+
+const TAttributedString::Runs TAttributedString::kNoRuns;
+
+void TAttributedString::addRun(qsizetype length, TColor background, TColor foreground)
+{
+    if (length <= 0)
+        return;
+    if (!m_runs)
+        m_runs = std::make_shared<Runs>();
+    else if (m_runs.use_count() > 1)
+        m_runs = std::make_shared<Runs>(*m_runs);
+    const auto units = static_cast<qint32>(length);
+    if (!m_runs->empty() && m_runs->back().background == background &&
+        m_runs->back().foreground == foreground)
+        m_runs->back().length += units;
+    else
+        m_runs->push_back({units, background, foreground});
+}
 
 TAttributedString::TAttributedString(QString text, TColor background, TColor foreground)
     : m_text(std::move(text))
 {
     if (background.isSet() || foreground.isSet())
-        addRun(m_runs, {m_text.size(), background, foreground});
+        addRun(m_text.size(), background, foreground);
 }
 
 void TAttributedString::append(QStringView text, TColor background, TColor foreground)
@@ -38,11 +45,11 @@ void TAttributedString::append(QStringView text, TColor background, TColor foreg
     if (text.isEmpty())
         return;
     const bool coloured = background.isSet() || foreground.isSet();
-    if (coloured && m_runs.empty())
-        addRun(m_runs, {m_text.size(), {}, {}});
+    if (coloured && !m_runs)
+        addRun(m_text.size(), {}, {});
     m_text += text;
-    if (coloured || !m_runs.empty())
-        addRun(m_runs, {text.size(), background, foreground});
+    if (coloured || m_runs)
+        addRun(text.size(), background, foreground);
 }
 
 TArchiveClass TAttributedString::archiveClass()
@@ -53,10 +60,10 @@ TArchiveClass TAttributedString::archiveClass()
 void TAttributedString::encodeWithCoder(TEncoder &coder) const
 {
     coder.encodeString(kTextKey, m_text);
-    if (m_runs.empty())
+    if (!m_runs)
         return;
     QVariantList runs;
-    for (const Run &run : m_runs) {
+    for (const Run &run : *m_runs) {
         QVariantMap fields{{kLength, static_cast<qint64>(run.length)}};
         if (run.background.isSet())
             fields.insert(kBackground, run.background.hex());
@@ -70,15 +77,15 @@ void TAttributedString::encodeWithCoder(TEncoder &coder) const
 void TAttributedString::initWithCoder(const TDecoder &coder)
 {
     m_text = coder.decodeString(kTextKey);
-    m_runs.clear();
+    m_runs.reset();
     qsizetype left = m_text.size();
     const QVariantList runs = coder.decodeVariant(kRunsKey).toList();
     for (const QVariant &run : runs) {
         const QVariantMap fields = run.toMap();
         // A run may not reach past the text, whatever the archive says.
         const qsizetype length = std::clamp<qsizetype>(fields.value(kLength).toLongLong(), 0, left);
-        addRun(m_runs, {length, TColor::fromHex(fields.value(kBackground).toString()),
-                        TColor::fromHex(fields.value(kForeground).toString())});
+        addRun(length, TColor::fromHex(fields.value(kBackground).toString()),
+               TColor::fromHex(fields.value(kForeground).toString()));
         left -= length;
     }
 }

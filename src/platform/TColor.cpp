@@ -45,9 +45,9 @@ TColor TColor::fromHex(QStringView hex)
 
 QString TColor::hex() const
 {
-    if (!m_set)
+    if (!isSet())
         return {};
-    return QString::number(m_rgb, 16).toUpper().rightJustified(kHexDigits, u'0');
+    return QString::number(m_rgb ^ kSet, 16).toUpper().rightJustified(kHexDigits, u'0');
 }
 
 TArchiveClass TColor::archiveClass()
@@ -57,7 +57,7 @@ TArchiveClass TColor::archiveClass()
 
 void TColor::encodeWithCoder(TEncoder &coder) const
 {
-    if (!m_set)
+    if (!isSet())
         return;
     coder.encodeInteger(kSpaceKey, kRgbSpace);
     coder.encodeData(kRgbKey,

@@ -14,9 +14,10 @@
 /// What every rule call is handed for one file.
 struct TRuleDict
 {
-    qint64 batchSize = 0; ///< number of files in the run
-    QString result;       ///< the name assembled so far, before any rewrite by the last rule
-    QString partial;      ///< the latest cleaned fragment; null when there was none
+    qint64 batchSize = 0;       ///< number of files in the run
+    qsizetype likelyLength = 0; ///< of the whole name, to take its memory at once
+    QString result;             ///< the name assembled so far, before any rewrite by the last rule
+    QString partial;            ///< the latest cleaned fragment; null when there was none
     /// The patterns of this name exceeded their step budget: a run must leave the file alone.
     bool tookTooLong = false;
     TDate now; ///< the moment of evaluation; unset: the system clock is asked

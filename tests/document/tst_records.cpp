@@ -99,6 +99,19 @@ private Q_SLOTS:
         QCOMPARE(entry->fileName(), u"other"_s);
     }
 
+    void targetAndShownNameCanDiffer()
+    {
+        TFileObject entry;
+        entry.setTarget(TAttributedString(u"a"_s));
+        QCOMPARE(entry.targetName(), u"a"_s);
+        entry.setAttributedTargetName(TAttributedString(u"b"_s));
+        QCOMPARE(entry.targetName(), u"a"_s);
+        entry.setTargetName(u"c"_s);
+        QCOMPARE(entry.attributedTargetName().string(), u"b"_s);
+        entry.setTarget(TAttributedString(u"d"_s));
+        QCOMPARE(entry.targetName(), u"d"_s);
+    }
+
     void copySharesFieldsButNotProblems()
     {
         const TemporaryTree tree;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/RunsPool.h"
 #include "platform/TAttributedString.h"
 #include "platform/TColor.h"
 #include "platform/TImage.h"
@@ -118,6 +119,20 @@ private Q_SLOTS:
         QVERIFY((TAttributedString(u"xy"_s, kRed, {}).runs() == Runs{{2, kRed, {}}}));
         QVERIFY(TAttributedString(u""_s, kRed, {}).runs().empty());
         QVERIFY(TAttributedString(u"xy"_s, {}, {}).runs().empty());
+    }
+
+    void runsAreShared()
+    {
+        RunsPool pool;
+        TAttributedString text(u"ab"_s, kRed, {});
+        TAttributedString equal(u"xy"_s, kRed, {});
+        TAttributedString longer(u"xyz"_s, kRed, {});
+        for (TAttributedString *each : {&text, &equal, &longer})
+            pool.share(*each);
+        QCOMPARE(&text.runs(), &equal.runs());
+        QVERIFY(longer.runs() != text.runs());
+        equal.append(u"z", kBlue);
+        QCOMPARE(text, TAttributedString(u"ab"_s, kRed, {}));
     }
 
     void attributedStringComesBack()
