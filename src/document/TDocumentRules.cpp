@@ -33,6 +33,16 @@ QVariantMap completed(QVariantMap before, const QVariantMap &now)
     return before;
 }
 
+/// What an editor can set, apart from how far a rule has counted: names are worked out while an
+/// editor is open.
+QVariantMap settingsOf(const TRulePtr &rule, const QVariantMap &properties)
+{
+    const TRulePtr copy = TRuleKinds::copyArrayViaEncode({rule}).front();
+    copy->setProperties(properties);
+    copy->prepareToStart();
+    return copy->properties();
+}
+
 } // namespace
 
 TRuleList TDocument::copyArrayViaEncode(const TRuleList &rules)
@@ -133,10 +143,11 @@ void TDocument::endRuleEdit()
         return;
     const RuleEdit edit = *std::exchange(m_ruleEdit, std::nullopt);
     const QVariantMap now = edit.rule->properties();
-    if (now == edit.before)
+    QVariantMap before = completed(edit.before, now);
+    if (settingsOf(edit.rule, now) == settingsOf(edit.rule, before))
         return;
     m_undoStack.push(std::make_unique<TDocumentUndo<QVariantMap>>(
-                         text(kEditRule), completed(edit.before, now),
+                         text(kEditRule), std::move(before),
                          [this, rule = edit.rule](QVariantMap &properties) {
                              undoRuleChangeForRuleWithProperties(rule, properties);
                          })

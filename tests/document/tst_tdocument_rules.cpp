@@ -129,6 +129,13 @@ void TestTDocumentRules::ruleEditIsOneStep()
     m_document->beginRuleEdit(rule);
     m_document->endRuleEdit();
     QCOMPARE(m_document->undoStack().count(), steps); // nothing was changed
+    // A counter counts while its editor is open, which is no edit.
+    QVERIFY(m_fixture->useRules({makeRule(u"Counter"_s)}));
+    m_document->beginRuleEdit(m_document->ruleArray()[0]);
+    m_document->testRun();
+    m_document->endRuleEdit();
+    QCOMPARE(m_document->undoStack().undoText(), u"Add Rule"_s);
+    m_document->undoStack().undo();
     m_document->beginRuleEdit(rule);
     type(u"x"_s);
     type(u"xy"_s);
