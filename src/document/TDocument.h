@@ -292,6 +292,7 @@ private:
     RenameGuard guard() const;
     void askForFolder();
     void prepareRename();
+    void makePlan();
     void confirmRename(const QString &problem);
     void renameAnswered(qsizetype button);
     void startRename();

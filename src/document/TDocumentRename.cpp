@@ -97,11 +97,24 @@ void TDocument::askForFolder()
                       });
 }
 
+/// When the program starts, the worker first finds out what became of runs that were cut off. That
+/// must not move under its hands, so the plan waits in the same queue.
 void TDocument::prepareRename()
 {
     m_isPreparing = true;
-    const TDocumentFacts known = facts();
     m_confirmVersion = m_batchVersion;
+    m_services.worker.run([this, mail = m_mail](const std::stop_token &) {
+        mail->post([this] { makePlan(); });
+    });
+}
+
+void TDocument::makePlan()
+{
+    if (m_isClosing || m_confirmVersion != m_batchVersion) {
+        m_isPreparing = false;
+        return runRename();
+    }
+    const TDocumentFacts known = facts();
     m_renaming = std::make_unique<TDocumentRenaming>(
         m_services.fileManager, m_services.clock, m_mail,
         TDocumentRenaming::Input{known, m_factFiles, preparedCopy(),

@@ -6,8 +6,10 @@
 #include <QTest>
 
 #include <cerrno>
+#include <semaphore>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using Call = FaultyFileManager::Call;
 
 namespace {
@@ -60,6 +62,7 @@ private Q_SLOTS:
     void cancelling();
     void changesBeforeTheAnswer();
     void renameWaitsForTheNames();
+    void noPlanWhileTheWorkerIsBusy();
     void editsDuringTheRun();
     void twoDocuments();
     void unchangedNames();
@@ -284,6 +287,20 @@ void TestTDocumentRename::renameWaitsForTheNames()
     QVERIFY(batch.pumpUntil(
         [&] { return batch.host.answers.empty() && !batch.document->isRenaming(); }));
     QCOMPARE(batch.onDisk().filter(u"new n"_s).size(), 200);
+}
+
+/// The worker may be finding out what became of an earlier run.
+void TestTDocumentRename::noPlanWhileTheWorkerIsBusy()
+{
+    Batch batch;
+    std::binary_semaphore planned(0);
+    bool isEarly = false;
+    batch.disk.before(Call::Sync, [&] { planned.release(); });
+    batch.worker.run([&](const std::stop_token &) { isEarly = planned.try_acquire_for(100ms); });
+    QVERIFY(batch.rename());
+    QVERIFY(!isEarly);
+    QVERIFY(planned.try_acquire());
+    QCOMPARE(batch.onDisk(), (QStringList{u"n1.x"_s, u"n2.x"_s, u"n3.x"_s}));
 }
 
 void TestTDocumentRename::editsDuringTheRun()
