@@ -131,26 +131,32 @@ def use(program, work):
             sys.exit(f"smoke_window: ended with {tavrin.returncode}")
 
 
+def own_settings(work):
+    """The environment of a program whose settings and data are in that folder, and which asks
+    nothing at its start."""
+    settings = work / "config" / "com.zel.tavrin" / "preferences.json"
+    settings.parent.mkdir(parents=True)
+    settings.write_text(
+        json.dumps({"author": "written by zel", "firstrun": "false", "hidesWelcome": True})
+    )
+    runtime = work / "run"
+    runtime.mkdir(mode=0o700)
+    return {
+        "XDG_CONFIG_HOME": str(work / "config"),
+        "XDG_DATA_HOME": str(work / "data"),
+        "XDG_RUNTIME_DIR": str(runtime),
+        "QT_QPA_PLATFORM": "xcb",
+        "WAYLAND_DISPLAY": "",
+    }
+
+
 def main():
     if len(sys.argv) != 2:
         sys.exit("usage: smoke_window.py PROGRAM")
     program = os.path.realpath(sys.argv[1])
     with tempfile.TemporaryDirectory() as folder:
         work = pathlib.Path(folder)
-        settings = work / "config" / "com.zel.tavrin" / "preferences.json"
-        settings.parent.mkdir(parents=True)
-        settings.write_text(
-            json.dumps({"author": "written by zel", "firstrun": "false", "hidesWelcome": True})
-        )
-        runtime = work / "run"
-        runtime.mkdir(mode=0o700)
-        os.environ.update(
-            XDG_CONFIG_HOME=str(work / "config"),
-            XDG_DATA_HOME=str(work / "data"),
-            XDG_RUNTIME_DIR=str(runtime),
-            QT_QPA_PLATFORM="xcb",
-        )
-        os.environ.pop("WAYLAND_DISPLAY", None)
+        os.environ.update(own_settings(work))
         with virtual_display():
             use(program, work)
 
