@@ -2,6 +2,7 @@
 #include "helper/LibavModule.h"
 
 #include "readers/LibavFile.h"
+#include "readers/LibavPicture.h"
 
 #include <cstdio>
 #include <dlfcn.h>
@@ -10,22 +11,31 @@
 namespace {
 
 constexpr char kModule[] = "tavrin-libav.so";
-constexpr char kEntry[] = "tavrinReadWithLibav";
-using Entry = decltype(&tavrinReadWithLibav);
+constexpr char kReader[] = "tavrinReadWithLibav";
+constexpr char kDecoder[] = "tavrinDecodeWithLibav";
 
 /// Null when the module is not where it belongs; said once.
-Entry loaded()
+void *module()
 {
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    const std::string path = (program.parent_path() / kModule).string();
-    void *const module = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    void *const entry = module != nullptr ? ::dlsym(module, kEntry) : nullptr;
-    if (entry == nullptr)
-        std::fprintf(stderr,
-                     "tavrin-metadata: most films cannot be read; please install Tavrin "
-                     "again: %s\n",
-                     ::dlerror());
+    static void *const loaded = [] {
+        std::error_code error;
+        const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+        const std::string path = (program.parent_path() / kModule).string();
+        void *const opened = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+        if (opened == nullptr)
+            std::fprintf(stderr,
+                         "tavrin-metadata: most films cannot be read; please install Tavrin "
+                         "again: %s\n",
+                         ::dlerror());
+        return opened;
+    }();
+    return loaded;
+}
+
+template <typename Entry>
+Entry entryOf(const char *name)
+{
+    void *const entry = module() != nullptr ? ::dlsym(module(), name) : nullptr;
     return reinterpret_cast<Entry>(entry);
 }
 
@@ -33,9 +43,18 @@ Entry loaded()
 
 std::optional<MediaReading> readWithLibav(ByteSource &source, const char *demuxer)
 {
-    static const Entry entry = loaded();
+    static const auto entry = entryOf<decltype(&tavrinReadWithLibav)>(kReader);
     MediaReading reading;
     if (entry == nullptr || !entry(source, demuxer, reading))
         return {};
     return reading;
+}
+
+QImage decodeWithLibav(const CodedPicture &picture, int edge)
+{
+    static const auto entry = entryOf<decltype(&tavrinDecodeWithLibav)>(kDecoder);
+    QImage image;
+    if (entry != nullptr)
+        entry(picture, edge, image);
+    return image;
 }

@@ -3,8 +3,12 @@
 
 #include "platform/MediaReading.h"
 #include "readers/ByteSource.h"
+#include "readers/CodedPicture.h"
 
-/// What the module "tavrin-libav.so" beside the helper offers: readWithLibav. Loading libavformat
-/// with all that it depends on takes longer than reading a hundred photos, so it waits for the
-/// first file that needs it.
+#include <QImage>
+
+/// What the module "tavrin-libav.so" beside the helper offers: readWithLibav, decodeWithLibav.
+/// Loading libavformat with all that it depends on takes longer than reading a hundred photos, so
+/// it waits for the first file that needs it.
 extern "C" bool tavrinReadWithLibav(ByteSource &source, const char *demuxer, MediaReading &reading);
+extern "C" void tavrinDecodeWithLibav(const CodedPicture &picture, int edge, QImage &image);

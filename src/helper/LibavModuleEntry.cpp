@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "helper/LibavModule.h"
 #include "readers/LibavFile.h"
+#include "readers/LibavPicture.h"
 
 extern "C" bool tavrinReadWithLibav(ByteSource &source, const char *demuxer, MediaReading &reading)
 {
@@ -8,4 +9,9 @@ extern "C" bool tavrinReadWithLibav(ByteSource &source, const char *demuxer, Med
     if (read)
         reading = std::move(*read);
     return read.has_value();
+}
+
+extern "C" void tavrinDecodeWithLibav(const CodedPicture &picture, int edge, QImage &image)
+{
+    image = decodeWithLibav(picture, edge);
 }

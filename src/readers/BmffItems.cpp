@@ -7,6 +7,8 @@
 
 namespace {
 
+constexpr qint64 kLargestMeta = 16 * 1024 * 1024;
+constexpr int kMostTopBoxes = 1000;
 constexpr int kMostBoxes = 20000;
 constexpr size_t kMostEntries = 100000; // of extents, references and associations
 constexpr qint64 kVersionSize = 4;      // one byte of version, three of flags
@@ -33,6 +35,18 @@ void forEachBmffBox(ByteSource &source, qint64 at, qint64 end, int most,
             return;
         at = next;
     }
+}
+
+QByteArray bmffMeta(ByteSource &file)
+{
+    QByteArray meta;
+    forEachBmffBox(file, 0, file.size(), kMostTopBoxes, [&](const BmffBox &box) {
+        if (box.type != "meta" || box.end - box.start > kLargestMeta)
+            return true;
+        meta = file.bytes(box.start, box.end - box.start);
+        return false;
+    });
+    return meta;
 }
 
 struct BmffItems::Cursor

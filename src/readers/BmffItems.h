@@ -20,6 +20,9 @@ struct BmffBox
 void forEachBmffBox(ByteSource &source, qint64 at, qint64 end, int most,
                     const std::function<bool(const BmffBox &)> &visit);
 
+/// The contents of the box that describes the items of a picture file; empty when there is none.
+QByteArray bmffMeta(ByteSource &file);
+
 /// One item of a picture file: a picture, a tile, a block of metadata.
 struct BmffItem
 {

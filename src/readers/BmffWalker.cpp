@@ -9,7 +9,6 @@ namespace {
 
 constexpr qint64 kLargestMeta = qint64{16} * 1024 * 1024;
 constexpr qint64 kLargestBlock = qint64{16} * 1024 * 1024;
-constexpr int kMostTopBoxes = 1000;
 constexpr int kMostAuxiliaries = 64;
 constexpr int kMostMetadataItems = 16;
 // Quarter turns against the clock, of the picture and of its mirror image (left and right
@@ -173,13 +172,9 @@ private:
 
 ImageFacts walkBmff(ByteSource &source)
 {
-    ImageFacts facts;
-    forEachBmffBox(source, 0, source.size(), kMostTopBoxes, [&](const BmffBox &box) {
-        if (box.type != "meta" || box.end - box.start > kLargestMeta)
-            return true;
-        MemorySource meta(source.bytes(box.start, box.end - box.start));
-        facts = Description(source, meta).read();
-        return false;
-    });
-    return facts;
+    const QByteArray contents = bmffMeta(source);
+    if (contents.isEmpty())
+        return {};
+    MemorySource meta(contents);
+    return Description(source, meta).read();
 }

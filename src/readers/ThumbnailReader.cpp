@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/ThumbnailReader.h"
 
+#include "readers/CodedPicture.h"
 #include "readers/CoverPicture.h"
 #include "readers/EmbeddedPreview.h"
 #include "readers/FileSource.h"
+#include "readers/FormatHeaders.h"
+#include "readers/ImageFormat.h"
+#include "readers/LibavPicture.h"
 #include "readers/MemorySource.h"
 #include "readers/SourceDevice.h"
 
@@ -32,6 +36,14 @@ QSize fitting(const QSize &size, int edge)
     return scaled.expandedTo(QSize(1, 1));
 }
 
+QImage scaledDown(const QImage &image, int edge)
+{
+    const QSize size = fitting(image.size(), edge);
+    return image.isNull() || image.size() == size
+               ? image
+               : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
 /// Upright where the picture itself says how it is turned.
 QImage decoded(ByteSource &source, int edge)
 {
@@ -43,11 +55,7 @@ QImage decoded(ByteSource &source, int edge)
         return {};
     if (const QSize size = reader.size(); size.isValid())
         reader.setScaledSize(fitting(size, edge));
-    const QImage image = reader.read();
-    const QSize size = fitting(image.size(), edge);
-    return image.isNull() || image.size() == size
-               ? image
-               : image.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return scaledDown(reader.read(), edge);
 }
 
 /// Turns a picture as an Exif orientation asks for.
@@ -59,6 +67,15 @@ QImage turned(const QImage &image, int orientation)
     const QImage mirrored = kMirrored[index] ? image.mirrored(true, false) : image;
     return kAngles[index] == 0 ? mirrored
                                : mirrored.transformed(QTransform().rotate(kAngles[index]));
+}
+
+QImage codedPictureOf(ByteSource &file, int edge)
+{
+    const CodedPicture picture = codedPicture(file, edge);
+    if (picture.tiles.empty())
+        return {};
+    const QImage image = scaledDown(decodeWithLibav(picture, edge), edge);
+    return turned(image, std::max(walkBmff(file).orientation, 1));
 }
 
 QImage previewOf(ByteSource &file, int edge)
@@ -89,6 +106,8 @@ QImage readThumbnail(const QByteArray &path, int edge)
     QImageReader::setAllocationLimit(kMostMebibytes);
     try {
         QImage image = decoded(file, edge);
+        if (image.isNull() && imageFormatOf(file) == ImageFormat::Bmff)
+            image = codedPictureOf(file, edge);
         if (image.isNull())
             image = previewOf(file, edge);
         return image.isNull() ? coverOf(path, edge) : image;

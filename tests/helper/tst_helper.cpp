@@ -73,6 +73,7 @@ private Q_SLOTS:
     void readsAFileThatGrows();
     void saysWhatItIsWhenRunByHand_data();
     void saysWhatItIsWhenRunByHand();
+    void decodesCodedPicturesWithinItsLimits();
     void hearsNothingAfterNonsense();
     void endsWithItsProgram();
 };
@@ -153,6 +154,26 @@ void TestHelper::saysWhatItIsWhenRunByHand()
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), 2);
     QVERIFY(process.readAllStandardError().contains("tavrin-cli tags"));
+}
+
+void TestHelper::decodesCodedPicturesWithinItsLimits()
+{
+    const TemporaryTree tree;
+    auto helper = HelperProcess::start(TAVRIN_METADATA, 0);
+    QVERIFY(helper);
+    const QByteArray path = tree.rawFile("photo.heic", dataFile(u"pictures/tiles.heic"_s));
+    QVERIFY(helper.value()->send(
+        MetadataProtocol::frame(MetadataRequest{1, MetadataRequest::Thumbnail, 64, path, {}})));
+    std::optional<MetadataReply> reply;
+    const auto receive = [&] {
+        helper.value()->receive();
+        while (const auto content = helper.value()->frames().next())
+            reply = MetadataProtocol::readReply(*content);
+        return reply.has_value();
+    };
+    QTRY_VERIFY(receive());
+    QVERIFY(reply->thumbnail);
+    QCOMPARE(reply->thumbnail->width, 64);
 }
 
 void TestHelper::hearsNothingAfterNonsense()

@@ -4,6 +4,7 @@
 #include "readers/TiffBuilder.h"
 #include "support/TemporaryTree.h"
 
+#include <QFile>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -60,6 +61,12 @@ QByteArray orientationBlock(int orientation, const QByteArray &preview = {})
     return withPlace(int(withPlace(0).size())) + preview;
 }
 
+QByteArray sample(const QString &name)
+{
+    QFile file(QString::fromUtf8(TAVRIN_SOURCE_DIR) + u"/tests/data/pictures/"_s + name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 /// A song that begins with an ID3 tag of one picture.
 QByteArray song(const QByteArray &picture)
 {
@@ -110,6 +117,12 @@ void TestThumbnailReader::pictureIsUprightAndFits_data()
     }
     QTest::newRow("small ones keep their size")
         << pngFile(marked()) << 1000 << QSize(320, 160) << u"tl"_s;
+    QTest::newRow("heif, its thumbnail")
+        << sample(u"marked.heic"_s) << 64 << QSize(64, 32) << u"tl"_s;
+    QTest::newRow("heif, itself") << sample(u"marked.heic"_s) << 1000 << QSize(320, 160) << u"tl"_s;
+    QTest::newRow("heif of two tiles, turned to the left")
+        << sample(u"tiles.heic"_s) << 64 << QSize(64, 64) << u"bl"_s;
+    QTest::newRow("avif") << sample(u"marked.avif"_s) << 64 << QSize(64, 32) << u"tl"_s;
     QTest::newRow("cover") << song(jpegFile(marked())) << 64 << QSize(64, 32) << u"tl"_s;
 }
 
@@ -132,6 +145,7 @@ void TestThumbnailReader::thereIsNone_data()
     QTest::newRow("drawing") << QByteArray("<svg xmlns='http://www.w3.org/2000/svg' width='9' "
                                            "height='9'><rect width='9' height='9'/></svg>");
     QTest::newRow("photo without preview") << orientationBlock(1);
+    QTest::newRow("heif cut in its second tile") << sample(u"tiles.heic"_s).chopped(8);
     QTest::newRow("broken preview") << orientationBlock(1, "\xFF\xD8\xFF junk");
     QTest::newRow("too large") << QByteArray("BM", 2) + QByteArray(12, '\0') +
                                       T::longs({40, 60000, 60000}) + T::shorts({1, 24}) +
