@@ -218,24 +218,24 @@ QString ByteNames::toUrlPath(QStringView path)
 
 QString ByteNames::fromUrlPath(QStringView encoded)
 {
-    QByteArray bytes;
-    bytes.reserve(encoded.size());
+    QVarLengthArray<char, 1024> bytes(encoded.size());
+    char *end = bytes.data();
     for (qsizetype i = 0; i < encoded.size(); ++i) {
         const char16_t unit = encoded[i].unicode();
         if (unit == 0 || unit >= 0x80)
             return {};
         if (unit != u'%') {
-            bytes += static_cast<char>(unit);
+            *end++ = static_cast<char>(unit);
             continue;
         }
         const int high = i + 2 < encoded.size() ? hexValue(encoded[i + 1]) : -1;
         const int low = i + 2 < encoded.size() ? hexValue(encoded[i + 2]) : -1;
         if (high < 0 || low < 0 || high + low == 0)
             return {};
-        bytes += static_cast<char>(high * 16 + low);
+        *end++ = static_cast<char>(high * 16 + low);
         i += 2;
     }
-    return fromBytes(bytes);
+    return fromBytes({bytes.data(), end - bytes.data()});
 }
 
 bool ByteNames::hasRawBytes(QStringView name)

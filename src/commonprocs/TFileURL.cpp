@@ -75,7 +75,14 @@ QString TFileURL::path() const
 {
     if (!isValid() || m_name.isEmpty())
         return isValid() ? m_folder->path() : QString();
-    return withSlash(m_folder->path()) + m_name;
+    const QString &folder = m_folder->path();
+    QString path;
+    path.reserve(folder.size() + 1 + m_name.size());
+    path += folder;
+    if (!folder.endsWith(kSlash))
+        path += kSlash;
+    path += m_name;
+    return path;
 }
 
 QByteArray TFileURL::fileSystemPath() const

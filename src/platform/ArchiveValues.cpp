@@ -57,7 +57,7 @@ qint64 ArchiveValues::integerFromVariant(const QVariant &value)
 
 QString ArchiveValues::joinedUrl(const QString &base, const QString &relative)
 {
-    if (base.isEmpty() || relative.contains(kAbsolute))
+    if (base.isEmpty() || (relative.contains(u':') && relative.contains(kAbsolute)))
         return relative;
     return base + relative;
 }

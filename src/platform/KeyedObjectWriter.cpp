@@ -79,13 +79,13 @@ KeyedObjectWriter::Ref KeyedObjectWriter::key(QLatin1StringView key)
 {
     // Keys are constants, which are found by where they stand in memory.
     SharedKey &last = m_lastKeys[reinterpret_cast<quintptr>(key.data()) % kLastKeys];
-    if (QByteArrayView(last.key) == QByteArrayView(key.data(), key.size()) && !key.isEmpty())
+    if (last.key.size() == key.size() && !key.isEmpty() &&
+        std::equal(key.begin(), key.end(), last.key.cbegin()))
         return last.ref;
-    const QByteArray bytes(key.data(), key.size());
-    auto known = m_keys.constFind(bytes);
+    auto known = m_keys.constFind(QByteArray::fromRawData(key.data(), key.size()));
     if (known == m_keys.cend())
-        known = m_keys.insert(bytes, m_plist.writeAscii(key));
-    last = {bytes, *known};
+        known = m_keys.insert(QByteArray(key.data(), key.size()), m_plist.writeAscii(key));
+    last = {known.key(), *known};
     return last.ref;
 }
 

@@ -42,10 +42,11 @@ QString homeOf(const QString &user)
 
 bool hasDotParts(QStringView path)
 {
-    for (qsizetype at = path.indexOf("/."_L1); at >= 0; at = path.indexOf("/."_L1, at + 1)) {
-        QStringView part = path.sliced(at + 1);
-        part = part.first(
-            qMax(qsizetype{0}, part.indexOf(u'/') < 0 ? part.size() : part.indexOf(u'/')));
+    for (qsizetype slash = path.indexOf(u'/'); slash >= 0; slash = path.indexOf(u'/', slash + 1)) {
+        QStringView part = path.sliced(slash + 1);
+        if (!part.startsWith(u'.'))
+            continue;
+        part = part.first(part.indexOf(u'/') < 0 ? part.size() : part.indexOf(u'/'));
         if (part == "."_L1 || part == ".."_L1)
             return true;
     }
