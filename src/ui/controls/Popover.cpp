@@ -196,6 +196,25 @@ bool Popover::eventFilter(QObject *watched, QEvent *event)
     return QWidget::eventFilter(watched, event);
 }
 
+/// Goes round in the popover; the window below is out of sight of those who follow the keyboard.
+bool Popover::focusNextPrevChild(bool next)
+{
+    QWidget *const from = window()->focusWidget();
+    if (from == nullptr || !isAncestorOf(from))
+        return QWidget::focusNextPrevChild(next);
+    const auto follow = [next](const QWidget *widget) {
+        return next ? widget->nextInFocusChain() : widget->previousInFocusChain();
+    };
+    for (QWidget *to = follow(from); to != from; to = follow(to)) {
+        if (to == this || !isAncestorOf(to) || (to->focusPolicy() & Qt::TabFocus) != Qt::TabFocus ||
+            to->focusProxy() != nullptr || !to->isVisible() || !to->isEnabled())
+            continue;
+        to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+        break;
+    }
+    return true;
+}
+
 bool Popover::event(QEvent *event)
 {
     if (event->type() == QEvent::LayoutRequest)

@@ -7,9 +7,9 @@
 class QPushButton;
 
 /// A small surface over its window, with an arrow to what it is about. It takes the keyboard when
-/// opened and gives it back when closed. Closes on Escape, on Return in a text field (which presses
-/// the content's default button instead, if there is one), on a click elsewhere in the window and
-/// when its anchor goes away; not when the focus merely moves on.
+/// opened, keeps Tab to itself and gives the keyboard back when closed. Closes on Escape, on Return
+/// in a text field (which presses the content's default button instead, if there is one), on a
+/// click elsewhere in the window and when its anchor goes away; not when the focus merely moves on.
 /// Child of the anchor's window; deletes itself, and its content, after it was closed.
 class Popover : public QWidget
 {
@@ -35,6 +35,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     bool event(QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     Popover(QWidget *content, QWidget *anchor, const QRect &part);

@@ -24,6 +24,10 @@ constexpr int kChevron = 4; ///< half of its width
 constexpr int kBarHeight = 8;
 constexpr int kScrollBarWidth = 12;
 constexpr int kLeastSlider = 32;
+constexpr int kMenuMargin = 4;
+constexpr int kMenuItemRoom = 4;  ///< above and below an item's text, more than usual
+constexpr float kMenuEdge = 0.5F; ///< how strong its border is
+constexpr int kHeaderMargin = 8;
 
 /// Its items begin where the box has its text.
 constexpr int kListMargin = 8;
@@ -237,6 +241,19 @@ void TavrinStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
         painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
         painter->restore();
         return;
+    case PE_PanelMenu:
+        painter->fillRect(option->rect, ThemeColors::of(option->palette).card);
+        return;
+    case PE_FrameMenu: {
+        QColor edge = ThemeColors::of(option->palette).muted;
+        edge.setAlphaF(kMenuEdge);
+        painter->save();
+        painter->setPen(edge);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        painter->restore();
+        return;
+    }
     case PE_PanelButtonCommand:
         drawButton(*painter, *option);
         return;
@@ -384,6 +401,12 @@ QSize TavrinStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
         if (isListOfComboBox(widget))
             result.setHeight(std::max(result.height(), option->fontMetrics.height() + 10));
         break;
+    case CT_MenuItem: {
+        const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+        if (item != nullptr && item->menuItemType != QStyleOptionMenuItem::Separator)
+            result.rheight() += kMenuItemRoom;
+        break;
+    }
     case CT_PushButton: {
         const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
         result.setHeight(std::max(kButtonHeight, size.height() + 12));
@@ -420,6 +443,10 @@ int TavrinStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
     case PM_CheckBoxLabelSpacing:
     case PM_RadioButtonLabelSpacing:
         return 8;
+    case PM_MenuVMargin:
+        return kMenuMargin;
+    case PM_HeaderMargin:
+        return kHeaderMargin;
     case PM_ScrollBarExtent:
         return kScrollBarWidth;
     case PM_ScrollView_ScrollBarSpacing:

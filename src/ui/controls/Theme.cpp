@@ -100,6 +100,17 @@ bool isPlainDesktop(const QPalette &desktop)
            desktop.color(QPalette::Window) == fusion->standardPalette().color(QPalette::Window);
 }
 
+/// Quiet, but not where the palette asks for all the contrast there is.
+double borderStrength(const ThemeColors &colors)
+{
+    constexpr double kFull = 20;
+    constexpr double kStrong = 0.6;
+    if (Theme::contrast(colors.window, colors.ink) > kFull &&
+        Theme::contrast(colors.card, colors.ink) > kFull)
+        return kStrong;
+    return colors.isDark ? 0.14 : 0.13;
+}
+
 } // namespace
 
 ThemeColors ThemeColors::of(const QPalette &palette)
@@ -113,7 +124,7 @@ ThemeColors ThemeColors::of(const QPalette &palette)
     const auto legible = [&](const QColor &color) {
         return readable(color, colors.ink, {colors.window, colors.card, colors.stripe});
     };
-    colors.border = mixed(colors.card, colors.ink, colors.isDark ? 0.14 : 0.13);
+    colors.border = mixed(colors.card, colors.ink, borderStrength(colors));
     colors.field = mixed(colors.card, colors.ink, colors.isDark ? 0.04 : 0.035);
     colors.muted = legible(mixed(colors.ink, colors.window, colors.isDark ? 0.36 : 0.33));
     colors.accent = palette.color(QPalette::Active, QPalette::Highlight);

@@ -3,6 +3,7 @@
 #include "ui/controls/Icons.h"
 #include "ui/controls/Popover.h"
 #include "ui/controls/Theme.h"
+#include "ui/controls/ToolTip.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -83,6 +84,15 @@ private Q_SLOTS:
         }
     }
 
+    void toolTipsAreBoundedTexts()
+    {
+        const QString tip = ToolTip::of(QString(100'000, u'<'));
+        QVERIFY(tip.size() < 20'000);
+        QVERIFY(!tip.contains(u"<<"_s));
+        QCOMPARE(ToolTip::of({}), QString());
+        QVERIFY(ToolTip::of(QString(89, u'a') + u"\U0001F600b"_s).contains(u"a<br>\U0001F600b"_s));
+    }
+
     void everyKindHasItsDrawing()
     {
         QSet<QString> drawings;
@@ -103,6 +113,10 @@ private Q_SLOTS:
         QVERIFY(open.first->hasFocus());
         QTest::keyClicks(open.first, u"abc"_s);
         QTest::keyClick(open.first, Qt::Key_Tab);
+        QVERIFY(open.second->hasFocus());
+        QTest::keyClick(open.second, Qt::Key_Tab); // round to the first, not out
+        QVERIFY(open.first->hasFocus());
+        QTest::keyClick(open.first, Qt::Key_Backtab);
         QVERIFY(open.second->hasFocus());
         QTest::mouseClick(open.second, Qt::LeftButton);
         open.outside->setFocus(); // moves on without a click
