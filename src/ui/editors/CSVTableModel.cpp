@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/CSVTableModel.h"
 
+#include "ui/controls/ToolTip.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -91,7 +93,7 @@ QVariant CSVTableModel::data(const QModelIndex &index, int role) const
         return {};
     const auto row = static_cast<std::size_t>(index.row()) + (m_hasHeader ? 1 : 0);
     const QString text = cell(row, index.column());
-    return role == Qt::ToolTipRole ? text : text.left(kLongestShown).simplified();
+    return role == Qt::ToolTipRole ? ToolTip::of(text) : text.left(kLongestShown).simplified();
 }
 
 QString CSVTableModel::columnTitle(int column) const

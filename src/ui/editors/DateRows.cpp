@@ -34,10 +34,10 @@ DateRows::DateRows(EditorForm &form, TDateRule &rule)
     : m_rule(rule)
     , m_format(form.choice(choices(rule, TDate()),
                            settingOf(rule, &TDateRule::dateFormat, &TDateRule::setDateFormat)))
-    , m_formatRow(form.addRow(tr("Shown as"), {m_format}))
-    , m_hourRow(form.addRow(tr("Hours"), {form.choice({{1, tr("0 to 23")}, {0, tr("12, 1 to 11")}},
-                                                      eitherOf(rule, &TDateRule::timeFormat,
-                                                               &TDateRule::setTimeFormat))}))
+    , m_formatRow(form.addRow(tr("Sho&wn as"), {m_format}))
+    , m_hourRow(form.addRow(tr("H&ours"), {form.choice({{1, tr("0 to 23")}, {0, tr("12, 1 to 11")}},
+                                                       eitherOf(rule, &TDateRule::timeFormat,
+                                                                &TDateRule::setTimeFormat))}))
 {
 }
 

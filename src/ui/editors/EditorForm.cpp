@@ -6,6 +6,8 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -106,6 +108,7 @@ EditorForm::Row EditorForm::addRow(const QString &label, std::initializer_list<Q
         line->addStretch();
     m_grid->addWidget(caption, m_rowCount, 0, Qt::AlignVCenter);
     m_grid->addWidget(body, m_rowCount++, 1);
+    m_bodies.push_back(body);
     return {caption, body};
 }
 
@@ -212,4 +215,14 @@ void EditorForm::reload()
 {
     for (const auto &loader : m_loaders)
         loader();
+    keepWidth();
+}
+
+/// As wide as the rows that do not apply now would need, so that nothing moves when they do.
+void EditorForm::keepWidth()
+{
+    int widest = m_grid->columnMinimumWidth(1);
+    for (const QWidget *body : m_bodies)
+        widest = std::max(widest, body->sizeHint().width());
+    m_grid->setColumnMinimumWidth(1, widest);
 }

@@ -72,9 +72,12 @@ public:
     void reload();
 
 private:
+    void keepWidth();
+
     QWidget &m_editor;
     std::function<void()> m_edited;
     std::vector<std::function<void()>> m_loaders;
+    std::vector<QWidget *> m_bodies;
     QVBoxLayout *m_column;
     QGridLayout *m_grid;
     EditorLabel *m_note;

@@ -50,8 +50,8 @@ LengthRows::LengthRows(EditorForm &form, TDateRule &rule)
     EditorForm::setName(m_side, tr("Side to fill up"));
     EditorForm::setName(m_limit, tr("Most characters"));
     m_width->setToolTip(tr("Shorter texts are filled up to this many characters; 0 does nothing."));
-    m_fillRow = form.addRow(tr("Fill up to"), {m_width, m_character, m_side});
-    m_limitRow = form.addRow(tr("Limit"), {m_limits, m_limit, form.words(tr("characters"))});
+    m_fillRow = form.addRow(tr("F&ill up to"), {m_width, m_character, m_side});
+    m_limitRow = form.addRow(tr("Li&mit"), {m_limits, m_limit, form.words(tr("characters"))});
 }
 
 void LengthRows::refresh(Reach reach)

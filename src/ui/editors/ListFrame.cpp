@@ -15,6 +15,7 @@ namespace {
 
 constexpr int kBorder = 3; ///< keeps the rows out of the round corners
 constexpr int kAroundText = 8;
+constexpr int kInset = 5; ///< of a cell's content, beside the margin that the style gives it
 
 /// Paints rows: the selection softly, texts in their weight.
 class RowDelegate : public QStyledItemDelegate
@@ -32,8 +33,15 @@ public:
         QStyleOptionViewItem row = option;
         if (row.state.testFlag(QStyle::State_Selected))
             painter->fillRect(row.rect, ThemeColors::of(row.palette).selection);
-        row.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
+        row.state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
+        row.rect.adjust(kInset, 0, -kInset, 0);
         QStyledItemDelegate::paint(painter, row, index);
+    }
+
+    void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                              const QModelIndex &) const override
+    {
+        editor->setGeometry(option.rect);
     }
 
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
@@ -49,8 +57,10 @@ protected:
         QStyledItemDelegate::initStyleOption(option, index);
         const ListFrame::Weight weight = m_weightOf(index);
         const ThemeColors colors = ThemeColors::of(option->palette);
-        option->palette.setColor(QPalette::Text,
-                                 weight == ListFrame::Weight::Muted ? colors.muted : colors.ink);
+        const bool isSelected = option->state.testFlag(QStyle::State_Selected);
+        const bool isMuted = weight == ListFrame::Weight::Muted && !isSelected;
+        option->palette.setColor(QPalette::Text, isMuted ? colors.muted : colors.ink);
+        option->state &= ~QStyle::State_Selected; // painted already
         if (weight == ListFrame::Weight::Strong)
             option->font.setWeight(QFont::DemiBold);
     }

@@ -20,6 +20,7 @@ constexpr int kGap = 8;
 constexpr int kButtonFrame = 20;
 constexpr int kButtonLeading = 10;
 constexpr int kRowGap = 2;
+constexpr QChar kLeftToRight(0x200E); ///< patterns read that way in every language
 
 struct Snippet
 {
@@ -73,9 +74,8 @@ RegexCheatSheet::RegexCheatSheet(QWidget *parent)
         const int column = 2 * (index++ / rows);
         const QString text = snippet.text;
         const QString meaning = tr(snippet.meaning);
-        auto *button = new QPushButton(text, this);
+        auto *button = new QPushButton(kLeftToRight + text, this);
         button->setFont(code);
-        button->setLayoutDirection(Qt::LeftToRight);
         button->setAutoDefault(false);
         button->setFixedWidth(buttonWidth);
         button->setFixedHeight(button->fontMetrics().height() + kButtonLeading);

@@ -17,7 +17,9 @@ namespace {
 
 constexpr int kGap = 8;
 constexpr int kVisibleRows = 5;
-constexpr int kWidth = 440;
+constexpr int kLeastWidth = 440;
+constexpr int kLetters = 52; ///< of a row, so that a new pair can be read
+constexpr int kAround = 92;  ///< the fields of a row
 constexpr QStringView kArrow = u"\u2192";
 constexpr QStringView kArrowToLeft = u"\u2190";
 
@@ -208,12 +210,17 @@ void RegexPairsView::insertSnippet(const QString &snippet, int cursorBack, bool 
 
 QSize RegexPairsView::sizeHint() const
 {
+    if (m_rows.empty())
+        return {0, 0};
     const QSize one = minimumSizeHint();
     const int others = std::clamp(count() - 1, 0, kVisibleRows - 1);
-    return {one.width(), one.height() + others * (one.height() + kGap)};
+    const int letter = QFontMetrics(EditorLabel::codeFont(font())).averageCharWidth();
+    return {std::max(one.width(), kLetters * letter + kAround),
+            one.height() + others * (one.height() + kGap)};
 }
 
 QSize RegexPairsView::minimumSizeHint() const
 {
-    return m_rows.empty() ? QSize(0, 0) : QSize(kWidth, m_rows.front().body->sizeHint().height());
+    return m_rows.empty() ? QSize(0, 0)
+                          : QSize(kLeastWidth, m_rows.front().body->sizeHint().height());
 }

@@ -2,9 +2,12 @@
 #include "ui/editors/SamplePreview.h"
 
 #include "ui/controls/Theme.h"
+#include "ui/controls/ToolTip.h"
 
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -83,6 +86,26 @@ QSize SamplePreview::minimumSizeHint() const
     return sizeHint();
 }
 
+bool SamplePreview::isCutShort() const
+{
+    return std::ranges::any_of(m_lines, [this](const Line &line) {
+        qsizetype length = kGap * std::max<qsizetype>(line.size() - 1, 0);
+        for (const Piece &piece : line)
+            length += fontMetrics().horizontalAdvance(piece.text);
+        return length > width();
+    });
+}
+
+/// Tells all of what has no room.
+bool SamplePreview::event(QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::event(event);
+    QToolTip::showText(static_cast<const QHelpEvent *>(event)->globalPos(),
+                       isCutShort() ? ToolTip::of(text()) : QString(), this);
+    return true;
+}
+
 void SamplePreview::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
@@ -116,7 +139,10 @@ void SamplePreview::paintLine(QPainter &painter, const Line &line, int top) cons
         const bool isStrong = (piece.isResult && !piece.text.isEmpty()) || !piece.marks.isEmpty();
         painter.setPen(isStrong ? colors.ink : colors.muted);
         // Names read as they stand in the files, whatever the direction of the language.
-        const int direction = line.size() > 1 || piece.isResult ? Qt::TextForceLeftToRight : 0;
+        const bool isName = line.size() > 1 || piece.isResult;
+        const int direction = !isName                ? 0
+                              : text.isRightToLeft() ? Qt::TextForceRightToLeft
+                                                     : Qt::TextForceLeftToRight;
         painter.drawText(place, Qt::AlignCenter | Qt::TextSingleLine | direction, text);
         left += length + kGap;
     }

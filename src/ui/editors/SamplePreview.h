@@ -39,10 +39,12 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    bool event(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
     int lineHeight() const;
+    bool isCutShort() const;
     void paintMarks(QPainter &painter, const Piece &piece, const QRect &place) const;
     void paintLine(QPainter &painter, const Line &line, int top) const;
 

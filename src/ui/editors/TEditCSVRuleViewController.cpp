@@ -3,6 +3,7 @@
 
 #include "document/TDocumentDrag.h"
 #include "ui/controls/Icons.h"
+#include "ui/controls/ToolTip.h"
 #include "ui/editors/CSVSources.h"
 #include "ui/editors/CSVTableModel.h"
 #include "ui/editors/CSVTableView.h"
@@ -155,7 +156,7 @@ void TEditCSVRuleViewController::showSource()
 {
     const TStringTablePtr &table = rule().theRows();
     const auto source = CSVSources::sourceOf(table);
-    m_file->setToolTip(source ? source->path : QString());
+    m_file->setToolTip(source ? ToolTip::of(source->path) : QString());
     if (m_loader->isLoading())
         m_file->setText(tr("Reading %1...").arg(QFileInfo(m_loading).fileName()));
     else if (source)

@@ -4,13 +4,23 @@
 #include "ui/editors/LengthRows.h"
 #include "ui/editors/RuleSampler.h"
 
+#include <QGuiApplication>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr NumberField::Range kWidths{0, 255};
 constexpr std::size_t kFirstNumbers = 3;
+constexpr QChar kIsolate(0x2066);
+constexpr QChar kEndIsolate(0x2069);
 constexpr QStringView kGap = u"\u2026";
+
+/// Numbers count from left to right in every language.
+QString inOrder(const QString &numbers)
+{
+    return QGuiApplication::isRightToLeft() ? kIsolate + numbers + kEndIsolate : numbers;
+}
 
 /// What counts on to the number of the file in that row; wraps around like the counter itself.
 qint64 offsetOf(std::size_t row, qint64 increment)
@@ -31,12 +41,13 @@ TEditCountRuleViewController::TEditCountRuleViewController(const TRulePtr &rule,
         form().number(settingOf(counter, &TCountRule::increment, &TCountRule::setIncrement), {});
     EditorForm::setName(step, tr("Step"));
     start->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    m_startRow = form().addRow(tr("Start at"), {start, form().words(tr("step")), step});
+    m_startRow = form().addRow(tr("&Start at"), {start, form().words(tr("step")), step});
 
-    form().addRow(tr("Format"),
-                  {form().choice({{0, u"1, 2, 3"_s}, {1, u"i, ii, iii"_s}, {2, u"I, II, III"_s}},
-                                 settingOf(counter, &TCountRule::counterFormat,
-                                           &TCountRule::setCounterFormat))});
+    form().addRow(tr("For&mat"), {form().choice({{0, inOrder(u"1, 2, 3"_s)},
+                                                 {1, inOrder(u"i, ii, iii"_s)},
+                                                 {2, inOrder(u"I, II, III"_s)}},
+                                                settingOf(counter, &TCountRule::counterFormat,
+                                                          &TCountRule::setCounterFormat))});
 
     QComboBox *width =
         form().choice({{0, tr("automatic")}, {1, tr("at least")}},
@@ -51,14 +62,14 @@ TEditCountRuleViewController::TEditCountRuleViewController(const TRulePtr &rule,
                                                        &TCountRule::setPaddingChar)));
     EditorForm::setName(character, tr("Character to fill up with"));
     character->setToolTip(tr("What stands before shorter numbers."));
-    form().addRow(tr("Width"), {width, m_width, character});
+    form().addRow(tr("&Width"), {width, m_width, character});
 
     m_perExtension = form().check(
-        tr("Count each extension on its own"),
+        tr("&Count each extension on its own"),
         settingOf(counter, &TCountRule::individualFileTypes, &TCountRule::setIndividualFileTypes));
     form().addWide(m_perExtension);
     form().addWide(
-        form().check(tr("Give every file the number of files instead"),
+        form().check(tr("&Give every file the number of files instead"),
                      switchOf(counter, &TCountRule::counterType, &TCountRule::setCounterType)));
     finish(start);
 }

@@ -34,13 +34,17 @@ bool givesSecondPeriod(const TExtensionHandler &handler)
 TEditExtensionViewController::TEditExtensionViewController(const EditorContext &context)
     : m_context(context)
     , m_form(*this, tr("Extension"), [this] { m_context.document.extensionHandlerEdited(); })
+    , m_sampler(new ExtensionSampler(this))
 {
+    m_form.setNote(tr("of every file"));
     addRows();
     m_form.addPreview();
     connect(&m_context.document, &TDocument::extensionHandlerChanged, this,
             &TEditExtensionViewController::reload);
     connect(&m_context.document, &TDocument::filesInserted, this,
             &TEditExtensionViewController::showState);
+    connect(m_sampler, &ExtensionSampler::answered, this,
+            &TEditExtensionViewController::showSample);
     reload();
 }
 
@@ -82,11 +86,11 @@ void TEditExtensionViewController::addRows()
     m_form.addRow(tr("&Method"), {method});
     setFocusProxy(method);
     QComboBox *letterCase =
-        m_form.choice({{Handler::kCaseAsItIs, tr("As it is")},
-                       {Handler::kUpperCase, tr("UPPER CASE")},
-                       {Handler::kLowerCase, tr("lower case")}},
+        m_form.choice({{Handler::kCaseAsItIs, tr("as it is")},
+                       {Handler::kUpperCase, tr("CAPITALS")},
+                       {Handler::kLowerCase, tr("small letters")}},
                       settingOf(handler(), &Handler::caseHandling, &Handler::setCaseHandling));
-    addFor(Handler::kUnchanged, m_form.addRow(tr("Letter &case"), {letterCase}));
+    addFor(Handler::kUnchanged, m_form.addRow(tr("&Letters"), {letterCase}));
     addFor(Handler::kReplace,
            m_form.addRow(tr("&New extension"), {m_form.text(settingOf(handler(), &Handler::replacer,
                                                                       &Handler::setReplacer))}));
@@ -109,7 +113,7 @@ void TEditExtensionViewController::addMapRows()
                               tr("&Ignore upper and lower case"),
                               switchOf(handler(), &Handler::ignoreCase, &Handler::setIgnoreCase))));
     QComboBox *remainder = m_form.choice(
-        {{0, tr("Stay")}, {1, tr("Become")}},
+        {{0, tr("stay")}, {1, tr("become")}},
         eitherOf(handler(), &Handler::mapRemainderChoice, &Handler::setMapRemainderChoice));
     m_remainder = m_form.text(settingOf(handler(), &Handler::replacer, &Handler::setReplacer));
     EditorForm::setName(m_remainder, tr("What other extensions become"));
@@ -126,9 +130,9 @@ void TEditExtensionViewController::addRegExRows()
            m_form.addRow(tr("Re&place by"), {m_form.text(settingOf(handler(), &Handler::rePattern,
                                                                    &Handler::setRePattern))}));
     QComboBox *access =
-        m_form.choice({{Handler::kWholeName, tr("Whole name, such as 'name.ext'")},
-                       {Handler::kNameWithoutExtension, tr("Name without extension")},
-                       {Handler::kExtension, tr("Extension")}},
+        m_form.choice({{Handler::kWholeName, tr("whole name, such as 'name.ext'")},
+                       {Handler::kNameWithoutExtension, tr("name without extension")},
+                       {Handler::kExtension, tr("extension")}},
                       settingOf(handler(), &Handler::regAccess, &Handler::setRegAccess));
     addFor(Handler::kRegEx, m_form.addRow(tr("&Works on"), {access}));
     m_problem = new EditorLabel({}, EditorLabel::Tone::Problem, this);
@@ -157,22 +161,27 @@ void TEditExtensionViewController::showState()
     m_problem->setText(problem);
     m_problem->setVisible(!problem.isEmpty());
     m_periodHint->setVisible(givesSecondPeriod(handler()));
-    m_form.preview().setLines(previewLines());
+    askForSample();
 }
 
-QList<SamplePreview::Line> TEditExtensionViewController::previewLines() const
+/// The lines stay as they are until those that follow from the settings are known.
+void TEditExtensionViewController::askForSample()
 {
-    const std::shared_ptr<TFileObject> sample =
-        m_context.sampleFile ? m_context.sampleFile() : nullptr;
-    if (!sample)
-        return {SamplePreview::note(tr("Files of the batch show here what they get."))};
-    const std::unique_ptr<TExtensionHandler> copy = handler().copyForRun();
-    const std::shared_ptr<TFileObject> file = sample->copy();
-    TRuleDict dict;
-    dict.batchSize = static_cast<qint64>(m_context.document.sourceObjectArray().size());
-    const QString extension = copy->processWithFileObject(*file, nullptr, dict);
-    if (dict.tookTooLong)
-        return {SamplePreview::note(RegexReplacer::kTookTooLong.toString())};
-    return {SamplePreview::change(file->sourceURL().lastPathComponent(),
-                                  TEvaluatedName::joined(file->fileName(), extension))};
+    m_sample = m_context.sampleFile ? m_context.sampleFile() : nullptr;
+    if (m_sample)
+        return m_sampler->ask(handler(), *m_sample,
+                              static_cast<qint64>(m_context.document.sourceObjectArray().size()));
+    m_sampler->forget();
+    m_form.preview().setLines(
+        {SamplePreview::note(tr("Files of the batch show here what they get."))});
+}
+
+void TEditExtensionViewController::showSample(const ExtensionSampler::Sample &sample)
+{
+    if (sample.tookTooLong)
+        return m_form.preview().setLines(
+            {SamplePreview::note(RegexReplacer::kTookTooLong.toString())});
+    m_form.preview().setLines(
+        {SamplePreview::change(m_sample->sourceURL().lastPathComponent(),
+                               TEvaluatedName::joined(m_sample->fileName(), sample.extension))});
 }

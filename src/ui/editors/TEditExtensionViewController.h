@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/editors/ExtensionSampler.h"
 #include "ui/editors/LiveEditor.h"
 #include "ui/editors/TRuleViewController.h"
 
@@ -35,10 +36,13 @@ private:
     void addFor(qint64 method, const EditorForm::Row &row);
     void reload();
     void showState();
-    QList<SamplePreview::Line> previewLines() const;
+    void askForSample();
+    void showSample(const ExtensionSampler::Sample &sample);
 
     EditorContext m_context;
     EditorForm m_form;
+    ExtensionSampler *m_sampler;
+    std::shared_ptr<TFileObject> m_sample; ///< whose extension was asked for last
     std::vector<MethodRow> m_rows;
     ExtensionMapTable *m_map = nullptr;
     QLineEdit *m_remainder = nullptr;

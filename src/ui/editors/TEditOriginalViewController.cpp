@@ -64,7 +64,7 @@ TEditOriginalViewController::TEditOriginalViewController(const TRulePtr &rule,
           settingOf(original(), &TOriginalRule::whichProperty, &TOriginalRule::setWhichProperty)))
 {
     form().setNote(tr("of the file as it is"));
-    form().addRow(tr("Take"), {m_source});
+    form().addRow(tr("&Take"), {m_source});
     addFolderRow();
     addSizeRows();
     addDateRows();
@@ -77,14 +77,14 @@ void TEditOriginalViewController::addFolderRow()
 {
     NumberField *level = form().number(foldersUp(original()), kFolders);
     m_folder = form().words(QString());
-    m_folderRow = form().addRow(tr("Folders up"), {level, m_folder});
+    m_folderRow = form().addRow(tr("Folders &up"), {level, m_folder});
 }
 
 void TEditOriginalViewController::addSizeRows()
 {
     m_unit =
         form().choice({{0, {}}, {1, {}}, {2, {}}, {3, {}}, {4, {}}, {5, {}}}, unit(original()));
-    m_unitRow = form().addRow(tr("Unit"), {m_unit});
+    m_unitRow = form().addRow(tr("&Unit"), {m_unit});
     QCheckBox *shows =
         form().check(tr("after the number"), settingOf(original(), &TOriginalRule::showSizeUnit,
                                                        &TOriginalRule::setShowSizeUnit));
@@ -100,7 +100,7 @@ void TEditOriginalViewController::addDateRows()
 {
     m_whichDate = form().choice({{0, {}}, {1, {}}}, eitherOf(original(), &TOriginalRule::whichDate,
                                                              &TOriginalRule::setWhichDate));
-    m_whichDateRow = form().addRow(tr("Date of"), {m_whichDate});
+    m_whichDateRow = form().addRow(tr("&Date of"), {m_whichDate});
     m_date.emplace(form(), original());
 }
 
@@ -114,31 +114,31 @@ void TEditOriginalViewController::addTextRows()
         settingOf(rule, &TOriginalRule::dropFromEnd, &TOriginalRule::setDropFromEnd), kDrops);
     EditorForm::setName(front, tr("Characters to leave out in front"));
     EditorForm::setName(end, tr("Characters to leave out at the end"));
-    m_dropRow = form().addRow(tr("Leave out"), {front, form().words(tr("in front,")), end,
-                                                form().words(tr("at the end"))});
+    m_dropRow = form().addRow(tr("&Leave out"), {front, form().words(tr("in front,")), end,
+                                                 form().words(tr("at the end"))});
 
     QLineEdit *needle = form().text(
         settingOf(rule, &TOriginalRule::stringToLookFor, &TOriginalRule::setStringToLookFor));
     m_ignoresCase = form().check(tr("any case"), switchOf(rule, &TOriginalRule::caseSensitiveSearch,
                                                           &TOriginalRule::setCaseSensitiveSearch));
     m_ignoresCase->setToolTip(tr("Capital and small letters count as the same."));
-    m_searchRow = form().addRow(tr("Look for"), {needle, m_ignoresCase});
+    m_searchRow = form().addRow(tr("Loo&k for"), {needle, m_ignoresCase});
     m_replacement = form().text(
         settingOf(rule, &TOriginalRule::stringToReplace, &TOriginalRule::setStringToReplace));
-    m_replaceRow = form().addRow(tr("Replace by"), {m_replacement});
+    m_replaceRow = form().addRow(tr("Re&place by"), {m_replacement});
 
     QLineEdit *strip =
         form().text(settingOf(rule, &TOriginalRule::charsToStrip, &TOriginalRule::setCharsToStrip));
     strip->setToolTip(tr("Each of these characters is removed wherever it occurs."));
-    m_stripRow = form().addRow(tr("Remove all of"), {strip});
+    m_stripRow = form().addRow(tr("Remove &all of"), {strip});
 
     m_blanksRow = form().addRow(
-        tr("Blanks"),
+        tr("Bla&nks"),
         {form().choice(
             {{0, tr("as they are")}, {1, tr("removed")}, {2, tr("one before capitals")}},
             settingOf(rule, &TOriginalRule::blankHandling, &TOriginalRule::setBlankHandling))});
     m_lettersRow = form().addRow(
-        tr("Letters"),
+        tr("Letter&s"),
         {form().choice(
             {{0, tr("as they are")}, {1, tr("CAPITALS")}, {2, tr("small letters")}},
             settingOf(rule, &TOriginalRule::caseConversion, &TOriginalRule::setCaseConversion))});

@@ -15,6 +15,8 @@ constexpr qsizetype kExamples = 3;
 constexpr qint64 kSteps =
     150; ///< for all examples of a key press; a fraction of what a name may take
 constexpr qsizetype kLongestExample = 24;
+constexpr QChar kUp(0x2191);
+constexpr QChar kDown(0x2193);
 
 const TRegExPairs &pairsOf(const TRegExRule &rule)
 {
@@ -56,9 +58,9 @@ void TEditRegExRuleViewController::addSourceRows()
 {
     m_source = form().choice({{0, {}}, {1, {}}},
                              eitherOf(regex(), &TRegExRule::source, &TRegExRule::setSource));
-    form().addRow(tr("Read"), {m_source});
+    form().addRow(tr("Rea&d"), {m_source});
     m_replacesAll =
-        form().check(tr("Put the result in place of the whole name so far"),
+        form().check(tr("&Put the result in place of the whole name so far"),
                      switchOf(regex(), &TRegExRule::replaceAll, &TRegExRule::setReplaceAll));
     m_replacesAll->setToolTip(tr("Otherwise it is added at the end, and the name stands twice."));
     form().addWide(m_replacesAll);
@@ -70,11 +72,11 @@ QWidget *TEditRegExRuleViewController::makeButtons()
     auto *line = new QHBoxLayout(body);
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(kGap);
-    m_add = new QPushButton(tr("Add Pair"), body);
+    m_add = new QPushButton(tr("&Add Pair"), body);
     m_add->setAutoDefault(false);
     connect(m_add, &QPushButton::clicked, m_pairs, &RegexPairsView::addPair);
-    m_up = makeMoveButton(Qt::UpArrow, tr("Move pair up"), -1, body);
-    m_down = makeMoveButton(Qt::DownArrow, tr("Move pair down"), 1, body);
+    m_up = makeMoveButton(tr("Move pair up"), -1, body);
+    m_down = makeMoveButton(tr("Move pair down"), 1, body);
     m_helpButton = new QPushButton(tr("Help"), body);
     m_helpButton->setAutoDefault(false);
     m_helpButton->setCheckable(true);
@@ -88,11 +90,11 @@ QWidget *TEditRegExRuleViewController::makeButtons()
     return body;
 }
 
-QToolButton *TEditRegExRuleViewController::makeMoveButton(Qt::ArrowType arrow, const QString &name,
-                                                          int by, QWidget *parent)
+QToolButton *TEditRegExRuleViewController::makeMoveButton(const QString &name, int by,
+                                                          QWidget *parent)
 {
     auto *button = new QToolButton(parent);
-    button->setArrowType(arrow);
+    button->setText(QString(by < 0 ? kUp : kDown));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::StrongFocus);
     button->setAccessibleName(name);

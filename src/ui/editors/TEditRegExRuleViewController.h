@@ -26,7 +26,7 @@ private:
     TRegExRule &regex() const { return ruleAs<TRegExRule>(); }
     void addSourceRows();
     QWidget *makeButtons();
-    QToolButton *makeMoveButton(Qt::ArrowType arrow, const QString &name, int by, QWidget *parent);
+    QToolButton *makeMoveButton(const QString &name, int by, QWidget *parent);
     void pairsEdited();
     void orderFocus();
     void showHelp(bool isShown);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/TagListModel.h"
 
+#include "ui/controls/ToolTip.h"
+
 #include <algorithm>
 
 namespace {
@@ -98,7 +100,7 @@ QVariant TagListModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return textOf(row, index.column());
     case Qt::ToolTipRole:
-        return row.value ? *row.value : tr("The file has no value for this tag.");
+        return row.value ? ToolTip::of(*row.value) : tr("The file has no value for this tag.");
     case Qt::AccessibleTextRole:
         return row.value ? tr("%1: %2").arg(row.tag, textOf(row, kValue))
                          : tr("%1: no value").arg(row.tag);

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "EditorStage.h"
+#include "metadata/TCSVRule.h"
 #include "rules/TCountRule.h"
 #include "rules/TRegExRule.h"
-#include "support/DocumentFixture.h"
-#include "support/Table.h"
-#include "ui/controls/Popover.h"
-#include "ui/editors/RuleEditors.h"
 
-#include <QPushButton>
-#include <QToolButton>
+#include <QHeaderView>
+#include <QScrollBar>
 
 using namespace Qt::StringLiterals;
 
@@ -17,66 +15,20 @@ const QVariantMap kPair{{u"match"_s, u"o"_s}, {u"replace"_s, u"0"_s}};
 const QVariantMap kPairs{{u"regArray"_s, QVariantList{kPair}}};
 
 /// A batch of three rules over a few files, and the popover with the editor of the last one.
-struct Stage : DocumentFixture
+struct Stage : EditorStage
 {
-    QWidget window;
-    QPushButton tile{u"tile"_s, &window};
-    QPointer<Popover> popover;
     TRulePtr rule;
 
     Stage(const QString &kind, const QVariantMap &settings, int files = 0)
         : rule(makeRule(kind, settings))
     {
-        window.resize(900, 700);
-        tile.setGeometry(400, 20, 100, 30);
-        window.show();
         if (files > 0)
             drop(makeFiles(u"photo%1.jpg"_s, files));
         useRules({textRule(u"Rome "_s), makeRule(u"Counter"_s, {{u"individualFileTypes"_s, true}}),
                   rule});
         open();
     }
-    void open()
-    {
-        const EditorContext context{*document, notifications, [this] {
-                                        const TFileList &files = document->sourceObjectArray();
-                                        return files.empty() ? nullptr : files.front();
-                                    }};
-        popover = Popover::open(RuleEditors::editorFor(rule, context), &tile);
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-    }
-    void close() const { QTest::keyClick(popover, Qt::Key_Escape); }
-    /// A control that can be seen, by its accessible name.
-    template <class Control = QWidget>
-    Control *control(const QString &name) const
-    {
-        for (auto *each : popover->content()->findChildren<Control *>())
-            if (each->isVisible() && qobject_cast<QLabel *>(each) == nullptr &&
-                (each->accessibleName() == name ||
-                 (each->accessibleName().isEmpty() && each->property("text") == name)))
-                return each;
-        return nullptr;
-    }
-    /// Types over a field, chooses an item of a pop-up with the keyboard by its place, or clicks.
-    bool use(const QString &name, const QString &input) const
-    {
-        auto *target = control(name);
-        if (target == nullptr || !target->isEnabled())
-            return false;
-        target->setFocus();
-        if (auto *field = qobject_cast<QLineEdit *>(target)) {
-            field->selectAll();
-            QTest::keyClicks(field, input);
-        } else if (qobject_cast<QComboBox *>(target) != nullptr) {
-            QTest::keyClick(target, Qt::Key_Home);
-            for (int item = input.toInt(); item > 0; --item)
-                QTest::keyClick(target, Qt::Key_Down);
-        } else {
-            QTest::mouseClick(target, Qt::LeftButton, {}, QPoint(10, target->height() / 2));
-        }
-        return true;
-    }
-    QString preview() const { return popover->findChild<SamplePreview *>()->text(); }
+    void open() { QVERIFY(show(rule)); }
     QVariantMap settings() const { return rule->properties(); }
 };
 
@@ -154,6 +106,35 @@ private Q_SLOTS:
         table("reads name so far", u"RegExTag"_s, kPairs, u"Read"_s, u"1"_s, u"source"_s, 1);
         table("rewrites", u"RegExTag"_s, of("source"_L1, 1),
               u"Put the result in place of the whole name so far"_s, u""_s, u"replaceAll"_s, 1);
+        for (const char *const kind : {"ImageTag", "VideoTag"})
+            table(kind, QString::fromLatin1(kind), none, u"Without a value"_s, u"none"_s,
+                  u"defaultString"_s, u"none"_s);
+        const auto csv = u"CSVTag"_s;
+        table("column", csv, none, u"Column"_s, u"3"_s, u"useColumn"_s, 2);
+        table("no cell", csv, none, u"Without a cell"_s, u"none"_s, u"defaultText"_s, u"none"_s);
+        table("header", csv, none, u"The first row is a header"_s, u""_s, u"skipFirst"_s, true);
+        table("no wrapping", csv, none, u"Start again at the top after the last row"_s, u""_s,
+              u"wrap"_s, false);
+        table("quotation marks", csv, none, u"Take quotation marks off"_s, u""_s, u"trimQuotes"_s,
+              false);
+        const auto method = [](int number) {
+            return QVariantMap{{u"handlingMethod"_s, number}, {u"mapRemainderChoice"_s, 1}};
+        };
+        const auto add = [&](const QVariantMap &settings, const QString &control,
+                             const QString &input, const QString &key, const QVariant &value) {
+            table(qPrintable(key + settings.value(u"handlingMethod"_s).toString()), QString(),
+                  settings, control, input, key, value);
+        };
+        add(method(0), u"Method"_s, u"2"_s, u"handlingMethod"_s, 2);
+        add(method(9), u"Method"_s, u"0"_s, u"handlingMethod"_s, 0);
+        add(method(0), u"Letters"_s, u"2"_s, u"caseHandling"_s, 2);
+        add(method(1), u"New extension"_s, u"jpeg"_s, u"replacer"_s, u"jpeg"_s);
+        add(method(2), u"Ignore upper and lower case"_s, u""_s, u"ignoreCase"_s, 0);
+        add(method(2), u"Others"_s, u"0"_s, u"mapRemainderChoice"_s, 0);
+        add(method(2), u"What other extensions become"_s, u"txt"_s, u"replacer"_s, u"txt"_s);
+        add(method(4), u"Find"_s, u"[A-Z]"_s, u"regEx"_s, u"[A-Z]"_s);
+        add(method(4), u"Replace by"_s, u"$0"_s, u"rePattern"_s, u"$0"_s);
+        add(method(4), u"Works on"_s, u"1"_s, u"regAccess"_s, 1);
     }
     void changesOneSettingInOneStep()
     {
@@ -163,28 +144,35 @@ private Q_SLOTS:
         QFETCH(QString, input);
         QFETCH(QString, key);
         QFETCH(QVariant, expected);
-        Stage stage(kind, settings);
-        const QVariantMap before = stage.settings();
-        QVariantMap after = before;
-        const int steps = stage.document->undoStack().count();
+        EditorStage stage;
+        const TRulePtr rule = kind.isEmpty() ? nullptr : makeRule(kind, settings);
+        if (!rule)
+            stage.document->theExtensionHandler().setProperties(settings);
+        QVERIFY(!rule || stage.useRules({rule}));
+        const QVariantMap before = stage.settings(rule);
+        QVERIFY(stage.show(rule));
+        QCOMPARE(stage.settings(rule), before); // opening changes nothing, odd values included
+        QUndoStack &undoStack = stage.document->undoStack();
+        const int steps = undoStack.count();
         QVERIFY2(stage.use(control, input), qPrintable(control));
+        QVariantMap after = before;
         after[key] = expected;
         after.remove(u"name"_s);
-        QVariantMap now = stage.settings();
+        QVariantMap now = stage.settings(rule);
         now.remove(u"name"_s);
         if (kind == "Separator"_L1)
             after[u"theText"_s] = u"}"_s;
         QCOMPARE(now, after);
 
         stage.close();
-        QCOMPARE(stage.document->undoStack().count(), steps + 1);
-        stage.document->undoStack().undo();
-        QCOMPARE(stage.settings(), before);
+        QCOMPARE(undoStack.count(), steps + 1);
+        undoStack.undo();
+        QCOMPARE(stage.settings(rule), before);
         // Opened again it shows the former value, and closing it unchanged is no step.
-        stage.open();
+        QVERIFY(stage.show(rule));
         stage.close();
-        QCOMPARE(stage.settings(), before);
-        QVERIFY(stage.document->undoStack().canRedo());
+        QCOMPARE(stage.settings(rule), before);
+        QVERIFY(undoStack.canRedo());
     }
 
     void showsWhatApplies_data()
@@ -270,22 +258,41 @@ private Q_SLOTS:
         table("Date", {{u"dateFormat"_s, 11}}, 7);
         table("Original", {}, 14);
         table("RegExTag", {{u"regArray"_s, QVariantList{kPair, kPair}}}, 12);
+        table("ImageTag", {}, 10);
+        table("AudioTag", {}, 9);
+        table("CSVTag", {}, 7);
+        table("map", {{u"handlingMethod"_s, 2}}, 9);
+        table("pattern", {{u"handlingMethod"_s, 4}}, 4);
     }
     void leadsTheKeyboardThroughInReadingOrder()
     {
+        constexpr int kSameLine = 8;
         QFETCH(QVariantMap, settings);
-        const Stage stage(QString::fromLatin1(QTest::currentDataTag()), settings);
-        const QWidget *editor = stage.popover->content();
-        std::pair last(-1, -1);
+        EditorStage stage;
+        const QString kind = QString::fromLatin1(QTest::currentDataTag());
+        const bool isRule = TRuleKinds::identifiers().contains(kind);
+        if (!isRule)
+            stage.document->theExtensionHandler().setProperties(settings);
+        const TRulePtr rule = isRule ? makeRule(kind, settings) : nullptr;
+        if (kind == "CSVTag"_L1)
+            static_cast<TCSVRule &>(*rule).setTheRows(
+                std::make_shared<TStringTable>(TStringTable{{u"a"_s}}));
+        QWidget *editor = stage.edit(rule);
+        QPoint last(-1, -1);
         int controls = 0;
-        for (const QWidget *next = editor->nextInFocusChain(); editor->isAncestorOf(next);
+        for (QWidget *next = editor->nextInFocusChain(); editor->isAncestorOf(next);
              next = next->nextInFocusChain()) {
-            if ((next->focusPolicy() & Qt::TabFocus) == 0 || !next->isVisible())
+            if ((next->focusPolicy() & Qt::TabFocus) == 0 || !next->isVisible() ||
+                next->focusProxy() != nullptr || qobject_cast<QScrollBar *>(next) != nullptr ||
+                qobject_cast<QHeaderView *>(next) != nullptr)
                 continue;
             const QPoint place = next->mapTo(editor, QPoint(0, next->height() / 2));
-            const std::pair here(place.y() / 8, place.x());
-            QVERIFY2(here > last, qPrintable(next->accessibleName()));
-            last = here;
+            const QString name = EditorStage::nameOf(next);
+            QVERIFY2(place.y() > last.y() + kSameLine ||
+                         (place.y() > last.y() - kSameLine && place.x() > last.x()),
+                     qPrintable(name));
+            QVERIFY(!name.isEmpty());
+            last = place;
             ++controls;
         }
         QTEST(controls, "controls");

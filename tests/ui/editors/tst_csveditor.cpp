@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "EditorStage.h"
+#include "metadata/TCSVRule.h"
+
+#include <QDropEvent>
+#include <QElapsedTimer>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QTableView>
+#include <QTimer>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+class TestCSVEditor : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void csvTableIsLoadedAside()
+    {
+        EditorStage stage;
+        QVERIFY(stage.addFiles());
+        QByteArray csv = "Title,City\n";
+        for (int i = 0; i < 100'000; ++i)
+            csv += "\"Photo " + QByteArray::number(i) + "\",Rome" + (i < 99'999 ? "\n" : "");
+        const TRulePtr rule = makeRule(u"CSVTag"_s);
+        QVERIFY(stage.edit(rule));
+        qint64 longest = 0;
+        QElapsedTimer sinceBeat;
+        QTimer heart;
+        QObject::connect(&heart, &QTimer::timeout, &heart,
+                         [&] { longest = std::max(longest, sinceBeat.restart()); });
+        heart.start(5);
+        sinceBeat.start();
+        dropFile(stage, stage.tree.file(u"places.csv"_s, csv));
+        auto &csvRule = static_cast<TCSVRule &>(*rule);
+        QTRY_VERIFY_WITH_TIMEOUT(csvRule.theRows(), 60'000);
+        QTest::qWait(20);
+        heart.stop();
+        qInfo("longest pause of the main thread: %lld ms", longest);
+        QVERIFY(longest < 1000); // some milliseconds, but for a busy machine
+        QCOMPARE(csvRule.theRows()->size(), 100'001U);
+        QCOMPARE(stage.posts, 1);
+        QVERIFY(stage.labels().contains(u"places.csv, UTF-8"_s));
+
+        auto *table = stage.control<QTableView>(u"Rows of the CSV file"_s);
+        QVERIFY(stage.use(u"The first row is a header"_s));
+        QCOMPARE(table->model()->rowCount(), 100'000);
+        QCOMPARE(table->model()->headerData(1, Qt::Horizontal).toString(), u"2 \u00b7 City"_s);
+        QCOMPARE(stage.preview(), u"IMG_0042.JPG \u2192 Photo 0"_s);
+        auto *header = table->horizontalHeader();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                          QPoint(header->sectionViewportPosition(1) + 9, header->height() / 2));
+        QCOMPARE(csvRule.useColumn(), 1);
+        QCOMPARE(rule->name(), u"CSV: Col(2)"_s);
+        QCOMPARE(stage.preview(), u"IMG_0042.JPG \u2192 Rome"_s);
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                          table->visualRect(table->model()->index(2, 0)).center());
+        QCOMPARE(csvRule.useColumn(), 0);
+        QTest::keyClick(table, Qt::Key_Right); // moves, and chooses nothing yet
+        QCOMPARE(csvRule.useColumn(), 0);
+        stage.close();
+        stage.document->undoStack().undo();
+        QVERIFY(!csvRule.theRows());
+        stage.document->undoStack().redo();
+        QVERIFY(stage.show(rule));
+        QVERIFY(stage.labels().contains(u"places.csv, UTF-8"_s));
+    }
+    void csvFilesThatGiveNoTable_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("said");
+        QTest::newRow("malformed") << QByteArray("a,b\nc, \"d\"")
+                                   << u"t.csv: Unexpected delimiter. Expected ',' (0x2C), but got "
+                                      "'\"' (0x22) (row 2)"_s;
+        QTest::newRow("no text") << QByteArray("\x00\x00\xFE\xFF\x00\x7F\x00\x00", 8)
+                                 << u"t.csv: The file is not valid UTF-32. Save it as UTF-8 and "
+                                    "load it again. (The first bad byte is number 5.)"_s;
+        QTest::newRow("gone")
+            << QByteArray()
+            << u"t.csv: The file is no longer there. Add it again if it was moved or "
+               "renamed."_s;
+    }
+    void csvFilesThatGiveNoTable()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, said);
+        EditorStage stage;
+        const TRulePtr rule = makeRule(u"CSVTag"_s);
+        auto &csvRule = static_cast<TCSVRule &>(*rule);
+        const auto rows = std::make_shared<TStringTable>(TStringTable{{u"old"_s}});
+        csvRule.setTheRows(rows);
+        QVERIFY(stage.edit(rule));
+        dropFile(stage, content.isNull() ? stage.tree.path(u"t.csv"_s)
+                                         : stage.tree.file(u"t.csv"_s, content));
+        QMessageBox *alert = nullptr;
+        QTRY_VERIFY((alert = stage.popover->findChild<QMessageBox *>()) != nullptr);
+        QCOMPARE(alert->text(), u"No CSV Data"_s);
+        QVERIFY(alert->informativeText().startsWith(
+            u"I was unable to read CSV data from the file you fed me. Please try again"_s));
+        QVERIFY2(alert->informativeText().endsWith(said), qPrintable(alert->informativeText()));
+        QTest::keyClick(alert, Qt::Key_Return);
+        QVERIFY(stage.popover->isVisible());
+        QVERIFY(stage.labels().contains(said));
+        QCOMPARE(csvRule.theRows(), rows);
+        QCOMPARE(stage.posts, 1);
+    }
+    void onlyOneCsvFileIsTaken_data()
+    {
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<bool>("isTaken");
+        QTest::newRow("one") << QStringList{u"a.CSV"_s} << true;
+        QTest::newRow("two") << QStringList{u"a.csv"_s, u"b.csv"_s} << false;
+        QTest::newRow("another kind") << QStringList{u"a.txt"_s} << false;
+    }
+    void onlyOneCsvFileIsTaken()
+    {
+        QFETCH(QStringList, names);
+        EditorStage stage;
+        QVERIFY(stage.edit(makeRule(u"CSVTag"_s)));
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const QString &name : names)
+            urls += QUrl::fromLocalFile(stage.tree.path(name));
+        data.setUrls(urls);
+        QDragEnterEvent enter({}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        enter.ignore();
+        QApplication::sendEvent(stage.popover->content(), &enter);
+        QTEST(enter.isAccepted(), "isTaken");
+    }
+    void csvEncodingsAreNamed_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("label");
+        QTest::newRow("UTF-16") << QByteArray("\xFF\xFE\xE9\x00", 4) << u"t.csv, UTF-16"_s;
+        QTest::newRow("guessed") << QByteArray("\x8E,aaaa") << u"t.csv, Mac OS Roman"_s;
+    }
+    void csvEncodingsAreNamed()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, label);
+        EditorStage stage;
+        QVERIFY(stage.edit(makeRule(u"CSVTag"_s)));
+        dropFile(stage, stage.tree.file(u"t.csv"_s, content));
+        QTRY_VERIFY2(stage.labels().contains(label), qPrintable(stage.labels().join(u'|')));
+        const auto *table = stage.control<QTableView>(u"Rows of the CSV file"_s);
+        QCOMPARE(columnOf(*table->model(), 0), QStringList{u"\u00e9"_s});
+    }
+    void aCsvFileIsChosenInAPanel()
+    {
+        EditorStage stage;
+        QVERIFY(stage.edit(makeRule(u"CSVTag"_s)));
+        auto *choose = stage.popover->findChild<QPushButton *>();
+        QTest::mouseClick(choose, Qt::LeftButton);
+        QTest::mouseClick(choose, Qt::LeftButton);
+        const auto panels = stage.popover->findChildren<QFileDialog *>();
+        QCOMPARE(panels.size(), 1);
+        QCOMPARE(panels.front()->labelText(QFileDialog::Accept), u"Choose CSV"_s);
+        QCOMPARE(panels.front()->windowModality(), Qt::WindowModal);
+        panels.front()->selectFile(stage.tree.file(u"t.csv"_s, "a,b,c"));
+        QMetaObject::invokeMethod(panels.front(), "accept");
+        QTRY_VERIFY(stage.labels().contains(u"of 3"_s));
+        stage.close(); // with whatever is left of the panel
+    }
+
+private:
+    static void dropFile(const EditorStage &stage, const QString &path)
+    {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(path)});
+        QWidget *editor = stage.popover->content();
+        const QPoint place = editor->rect().center();
+        QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(editor, &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(editor, &drop);
+        QVERIFY(drop.isAccepted());
+    }
+};
+
+QTEST_MAIN(TestCSVEditor)
+#include "tst_csveditor.moc"
