@@ -5,6 +5,8 @@
 #include "cli/SettingValue.h"
 #include "commonprocs/ByteNames.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
 #include <array>
 
@@ -183,11 +185,7 @@ QByteArray displayed(QStringView text)
 
 QByteArray arrowLine(const QByteArray &oldName, const QByteArray &newName)
 {
-    constexpr QByteArrayView kArrow = " -> ";
-    QByteArray line;
-    line.reserve(oldName.size() + kArrow.size() + newName.size() + 1);
-    line.append(oldName).append(kArrow).append(newName).append('\n');
-    return line;
+    return oldName % " -> " % newName % '\n';
 }
 
 QString counted(qsizetype number, QLatin1StringView one, QLatin1StringView many)

@@ -58,6 +58,18 @@ bool isAscii(QByteArrayView bytes)
     return all < 0x80;
 }
 
+/// Writes one byte for each unit; true when that is all, false when they are not ASCII.
+bool narrowed(QStringView text, char *out)
+{
+    const char16_t *const units = text.utf16();
+    char16_t all = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        all |= units[i];
+        out[i] = static_cast<char>(units[i]);
+    }
+    return all < 0x80;
+}
+
 char *appendUtf8(char *out, char32_t code)
 {
     const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(byte); };
@@ -167,14 +179,9 @@ QString ByteNames::fromBytes(QByteArrayView bytes)
 
 qsizetype ByteNames::toBytes(QStringView name, char *out)
 {
-    const char16_t *units = name.utf16();
-    char16_t all = 0;
-    for (qsizetype i = 0; i < name.size(); ++i) {
-        all |= units[i];
-        out[i] = static_cast<char>(units[i]);
-    }
-    if (all < 0x80)
+    if (narrowed(name, out))
         return name.size();
+    const char16_t *units = name.utf16();
     char *end = out;
     for (qsizetype i = 0; i < name.size(); ++i) {
         if (isPairAt(name, i)) {
@@ -191,6 +198,9 @@ qsizetype ByteNames::toBytes(QStringView name, char *out)
 
 QByteArray ByteNames::toBytes(QStringView name)
 {
+    QByteArray ascii(name.size(), Qt::Uninitialized);
+    if (narrowed(name, ascii.data()))
+        return ascii;
     QVarLengthArray<char, 1024> buffer(name.size() * kMaxBytesPerUnit);
     const qsizetype length = toBytes(name, buffer.data());
     return {buffer.data(), length};

@@ -21,12 +21,12 @@ KeyedDecoder::KeyedDecoder(KeyedReading &reading, const PlistItem &object, Keyed
 }
 
 void KeyedDecoder::forEachObject(KeyedReading &reading, const PlistItem &array, int depth,
-                                 const Decode &decode)
+                                 const Decode &decode, quint64 first, quint64 end)
 {
     if (depth >= kMaxDepth)
         return;
     const PlistItem elements = reading.references(array, kArrayObjects);
-    for (quint64 i = 0; i < elements.count && !reading.isSpent(); ++i) {
+    for (quint64 i = first; i < std::min(end, elements.count) && !reading.isSpent(); ++i) {
         const PlistItem element = reading.object(elements, i);
         const KeyedReading::Kind kind = reading.kind(element);
         if (kind == KeyedReading::Kind::Object)

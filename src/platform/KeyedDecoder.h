@@ -4,6 +4,8 @@
 #include "platform/KeyedReading.h"
 #include "platform/TCoder.h"
 
+#include <limits>
+
 /// Reads the fields of one object or dictionary of a keyed archive, during a KeyedReading. Lives on
 /// the stack.
 class KeyedDecoder : public TDecoder
@@ -13,9 +15,11 @@ public:
     KeyedDecoder(KeyedReading &reading, const PlistItem &object, KeyedReading::Kind kind,
                  int depth);
 
-    /// Calls decode for each object of a class in an array object, whose depth is given.
+    /// Calls decode for each object of a class in an array object, whose depth is given, or in a
+    /// part of it.
     static void forEachObject(KeyedReading &reading, const PlistItem &array, int depth,
-                              const Decode &decode);
+                              const Decode &decode, quint64 first = 0,
+                              quint64 end = std::numeric_limits<quint64>::max());
 
     QString className() const override;
     bool containsValueForKey(QLatin1StringView key) const override;

@@ -24,7 +24,7 @@ constexpr std::array kDateClass{"NSDate", "NSObject"};
 constexpr qsizetype kMaxSharedText = 64;
 constexpr size_t kSharedTexts = 1024;
 constexpr size_t kSharedNumbers = 64;
-constexpr size_t kLastKeys = 512;
+constexpr size_t kLastKeys = 2048;
 
 /// Cheaper than a good hash, and good enough to choose a slot: names differ near their ends.
 template <typename Unit>

@@ -5,6 +5,8 @@
 #include "platform/KeyedArchiveJson.h"
 #include "platform/KeyedDecoder.h"
 
+#include <limits>
+
 class KeyedUnarchiver::Private
 {
 public:
@@ -42,10 +44,17 @@ qsizetype KeyedUnarchiver::count() const
 
 void KeyedUnarchiver::forEachObject(const TDecoder::Decode &decode) const
 {
+    forEachObject(0, std::numeric_limits<qsizetype>::max(), decode);
+}
+
+void KeyedUnarchiver::forEachObject(qsizetype first, qsizetype end,
+                                    const TDecoder::Decode &decode) const
+{
     KeyedReading reading(m_private->file);
     const PlistItem &root = m_private->file.root();
     if (reading.kind(root) == KeyedReading::Kind::Array)
-        KeyedDecoder::forEachObject(reading, root, 1, decode);
+        KeyedDecoder::forEachObject(reading, root, 1, decode, static_cast<quint64>(first),
+                                    static_cast<quint64>(end));
 }
 
 QJsonValue KeyedUnarchiver::toJson(qsizetype maxValues) const

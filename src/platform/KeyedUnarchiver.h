@@ -29,6 +29,8 @@ public:
     /// Calls decode for each object of the root array, in order. Elements that are not objects of a
     /// class are passed over.
     void forEachObject(const TDecoder::Decode &decode) const;
+    /// The same for the elements from first to before end, in a pass of its own.
+    void forEachObject(qsizetype first, qsizetype end, const TDecoder::Decode &decode) const;
     /// The whole archive as readable JSON: objects with "$class", dates as ISO 8601, data as
     /// base64. Depth is limited; shared references are written where they are used, up to a total
     /// of maxValues (and never many more than the file has bytes), past which the text "..."

@@ -3,6 +3,7 @@
 
 #include "commonprocs/ByteNames.h"
 #include "commonprocs/TimeUtils.h"
+#include "commonprocs/TwoHalves.h"
 #include "commonprocs/URLListProcessing.h"
 #include "commonprocs/easyfile.h"
 #include "platform/KeyedUnarchiver.h"
@@ -12,9 +13,12 @@
 #include <QFile>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <functional>
+#include <iterator>
+#include <optional>
 #include <sys/stat.h>
 #include <utility>
 
@@ -72,6 +76,30 @@ qsizetype recordsIn(const QString &path)
     return archive ? archive.value().count() : -1;
 }
 
+struct ReadRecords
+{
+    std::vector<TRenameTRX> transactions;
+    std::optional<QString> foreign; ///< class of the first record that is none; nothing follows it
+};
+
+ReadRecords readRecords(const KeyedUnarchiver &archive, qsizetype first, qsizetype end)
+{
+    ReadRecords records;
+    // The first half has room for the second.
+    records.transactions.reserve(static_cast<std::size_t>(archive.count() - first));
+    FolderPool folders;
+    const QLatin1StringView own(TRenameTRX::archiveClass().front());
+    archive.forEachObject(first, end, [&](const TDecoder &coder) {
+        if (records.foreign)
+            return;
+        if (const QString name = coder.className(); name != own)
+            records.foreign = name;
+        else
+            records.transactions.emplace_back().initWithCoder(coder, folders);
+    });
+    return records;
+}
+
 /// When a regular file was modified; unset for anything else.
 TDate dateOfFile(const TFileURL &url)
 {
@@ -107,22 +135,17 @@ TResult<std::vector<TRenameTRX>> readRollbackLog(const QString &path)
     if (count < 0)
         return failure(kNoArray);
 
-    std::vector<TRenameTRX> transactions;
-    transactions.reserve(static_cast<std::size_t>(count));
-    FolderPool folders;
-    QString foreign;
-    const QLatin1StringView own(TRenameTRX::archiveClass().front());
-    archive.value().forEachObject([&](const TDecoder &coder) {
-        if (!foreign.isNull())
-            return;
-        const auto number = static_cast<qsizetype>(transactions.size()) + 1;
-        if (const QString name = coder.className(); name != own)
-            foreign = QString(kForeignRecord).arg(number).arg(shown(name));
-        else
-            transactions.emplace_back().initWithCoder(coder, folders);
-    });
-    if (!foreign.isNull())
-        return failure(foreign);
+    std::array<ReadRecords, 2> halves;
+    inTwoHalves(0, static_cast<std::size_t>(count),
+                [&](std::size_t from, std::size_t to, int half) {
+                    halves[static_cast<std::size_t>(half)] = readRecords(
+                        archive.value(), static_cast<qsizetype>(from), static_cast<qsizetype>(to));
+                });
+    std::vector<TRenameTRX> transactions = std::move(halves[0].transactions);
+    if (!halves[0].foreign)
+        std::ranges::move(halves[1].transactions, std::back_inserter(transactions));
+    if (const auto &foreign = halves[0].foreign ? halves[0].foreign : halves[1].foreign)
+        return failure(QString(kForeignRecord).arg(transactions.size() + 1).arg(shown(*foreign)));
     if (static_cast<qsizetype>(transactions.size()) != count)
         return failure(QString(kNoRecord).arg(transactions.size()).arg(count));
     return transactions;

@@ -42,10 +42,10 @@ QString homeOf(const QString &user)
 
 bool hasDotParts(QStringView path)
 {
-    for (qsizetype slash = path.indexOf(u'/'); slash >= 0; slash = path.indexOf(u'/', slash + 1)) {
-        QStringView part = path.sliced(slash + 1);
-        if (!part.startsWith(u'.'))
+    for (qsizetype i = 1; i < path.size(); ++i) {
+        if (path[i] != u'.' || path[i - 1] != u'/')
             continue;
+        QStringView part = path.sliced(i);
         part = part.first(part.indexOf(u'/') < 0 ? part.size() : part.indexOf(u'/'));
         if (part == "."_L1 || part == ".."_L1)
             return true;
