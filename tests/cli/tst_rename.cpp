@@ -284,41 +284,6 @@ private Q_SLOTS:
                  qPrintable(cli.err()));
     }
 
-    void runDoesWhatThePreviewShows_data()
-    {
-        const Table<QStringList> row("recipe");
-        row("taken names", {u"--rule"_s, u"Text theText=x"_s});
-        row("own names", {u"--rule"_s, u"Original"_s});
-        row("chain", {u"--rule"_s, u"Counter startValue=2"_s});
-        row("table", {u"--rule"_s, uR"({"kind":"CSVTag","theRows":[["q"],["r"]]})"_s});
-        row("counters by extension", {u"--rule"_s, u"Counter individualFileTypes=1"_s});
-        row("extension pattern",
-            {u"--extension"_s, u"handlingMethod=4 regEx=[xt] rePattern=-$0- regAccess=2"_s,
-             u"--rule"_s, u"Counter"_s});
-        row("rewrites", {u"--rule"_s, u"Original"_s, u"--rule"_s,
-                         u"RegExTag source=1 replaceAll=1 match=\"[12]\" replace=N"_s});
-        row("names that must be refused",
-            {u"--compliance"_s, u"--rule"_s, u"Original"_s, u"--rule"_s, u"Text theText=/"_s});
-    }
-
-    void runDoesWhatThePreviewShows()
-    {
-        QFETCH(QStringList, recipe);
-        CliFixture cli;
-        cli.batch({u"1.txt"_s, u"2.txt"_s, u"3.md"_s, u"sub/1.txt"_s, u"x"_s});
-        const QStringList arguments = recipe + QStringList{u"--json"_s, cli.batchPath()};
-        cli.run(QStringList{u"preview"_s} + arguments);
-        const QJsonArray previewed = cli.json()[u"files"_s].toArray();
-        cli.run(renameArguments(arguments));
-        const QJsonArray renamed = cli.json()[u"files"_s].toArray();
-        QCOMPARE(renamed.size(), 5);
-        for (qsizetype i = 0; i < 5; ++i) {
-            for (const QString &key :
-                 {u"path"_s, u"targetName"_s, u"targetExtension"_s, u"finalName"_s})
-                QCOMPARE(renamed[i][key], previewed[i][key]);
-        }
-    }
-
     void quietRunPrintsOnlyProblems()
     {
         CliFixture cli;

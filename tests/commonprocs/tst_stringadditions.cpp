@@ -37,30 +37,6 @@ private Q_SLOTS:
         QVERIFY(text.endsWith("dcccvii"_L1));
     }
 
-    void dropping_data()
-    {
-        const Table<QString, qint64, QString, QString> row("text", "count", "withoutFirst",
-                                                           "withoutLast");
-        row("some", u"Holiday", 3, u"iday", u"Holi");
-        row("none", u"Holiday", 0, u"Holiday", u"Holiday");
-        row("negative", u"Holiday", -2, u"Holiday", u"Holiday");
-        row("all", u"Holiday", 7, u"", u"");
-        row("more than all", u"Holiday", 10, u"", u"");
-        row("far more", u"Holiday", std::numeric_limits<qint64>::max(), u"", u"");
-        row("half a pair", u"a\U0001F600b", 2,
-            u"\xDE00"
-            u"b",
-            u"a\xD83D");
-    }
-
-    void dropping()
-    {
-        QFETCH(QString, text);
-        QFETCH(qint64, count);
-        QTEST(stringByDroppingFistNCharactes(text, count), "withoutFirst");
-        QTEST(stringByDroppingLastNCharactes(text, count), "withoutLast");
-    }
-
     void blankBeforeUpperCase_data()
     {
         const Table<QString, QString> row("text", "expected");
@@ -138,38 +114,6 @@ private Q_SLOTS:
         QCOMPARE(stringByReplacing(text, needle, u"#"_s, true), exactly);
         QCOMPARE(containsString(text, needle, false), ignoringCase != text || needle.isEmpty());
         QCOMPARE(containsString(text, needle, true), exactly != text || needle.isEmpty());
-    }
-
-    void removingCharacters_data()
-    {
-        const Table<QString, QString, QString> row("text", "characters", "expected");
-        row("several", u"a:b/c\\d:", u":/\\", u"abcd");
-        row("none there", u"abc", u":/\\", u"abc");
-        row("no characters", u"abc", u"", u"abc");
-        row("all", u"aaa", u"a", u"");
-        row("pairs count as one", u"\U0001F600-\U0001F601", u"\U0001F600", u"-\U0001F601");
-    }
-
-    void removingCharacters()
-    {
-        QFETCH(QString, text);
-        QFETCH(QString, characters);
-        QTEST(stringByRemovingCharacters(text, characters), "expected");
-    }
-
-    void trimming_data()
-    {
-        const Table<QString, QString> row("text", "expected");
-        row("both ends", u" \t a b \r\n", u"a b");
-        row("Unicode blanks", u"\u00A0\u2003\u3000x\u2028\u0085\u202F", u"x");
-        row("zero width stays", u"\u200Bx\uFEFF", u"\u200Bx\uFEFF");
-        row("blanks only", u" \u00A0 ", u"");
-    }
-
-    void trimming()
-    {
-        QFETCH(QString, text);
-        QTEST(stringByTrimmingWhitespace(text), "expected");
     }
 
     void caseConversion_data()

@@ -88,46 +88,6 @@ private Q_SLOTS:
         QCOMPARE(rule.globalCounter(), quint64{5});
     }
 
-    void cells_data()
-    {
-        Table<QString, qint64, bool, QString, QStringList>("cell", "column", "trim", "expected",
-                                                           "problems");
-        const auto row = [](const char *name, const QString &cell, bool trim,
-                            const QString &expected) {
-            QTest::newRow(name) << cell << qint64{1} << trim << expected << QStringList();
-        };
-        row("plain", u"Smith"_s, true, u"Smith"_s);
-        row("quoted", u"\"Smith\""_s, true, u"Smith"_s);
-        row("quotes kept", u"\"Smith\""_s, false, u"\"Smith\""_s);
-        row("inner doubled quote", u"\"a\"\"b\""_s, true, u"a\"\"b"_s);
-        row("quotes inside blanks", u" \"a\" "_s, true, u" \"a\" "_s);
-        row("nothing but quotes", u"\"\"\"\""_s, true, u""_s);
-        row("empty", u""_s, true, u""_s);
-        const auto noColumn = [](qint64 column) {
-            return QStringList{
-                u"1 CSV table: Column %1 does not exist for row 0. Default used. File: /d/0.txt"_s
-                    .arg(column)};
-        };
-        for (const qint64 column : {qint64{2}, qint64{-1}, kMost, -kMost})
-            QTest::addRow("column %lld", static_cast<long long>(column))
-                << u"a"_s << column << true << u"(csv err)"_s << noColumn(column);
-    }
-
-    void cells()
-    {
-        QFETCH(QString, cell);
-        QFETCH(qint64, column);
-        QFETCH(bool, trim);
-        TCSVRule rule;
-        rule.setTheRows(table({{u"first"_s, cell}}));
-        rule.setUseColumn(column);
-        rule.setTrimQuotes(trim);
-        QStringList problems;
-        QTEST(evaluated(rule, 1, &problems), "expected");
-        QTEST(problems, "problems");
-        QCOMPARE(rule.globalCounter(), quint64{1});
-    }
-
     void noTableCountsNothing()
     {
         TCSVRule rule;

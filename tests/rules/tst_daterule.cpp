@@ -5,16 +5,12 @@
 #include "support/Rules.h"
 #include "support/Table.h"
 
-#include <limits>
-
 using namespace Qt::StringLiterals;
 
 namespace {
 
 // Thursday, 2025-07-03 13:05:09 UTC.
 constexpr TDate kNow = TDate::fromSeconds(1'751'547'909);
-constexpr qint64 kSecondsPerHour = 3600;
-constexpr TDate kMidnight = TDate::fromSeconds(1'751'500'800);
 
 } // namespace
 
@@ -60,80 +56,6 @@ private Q_SLOTS:
         QTEST(rule->processWithFileObject(file, &log, dict), "expected");
         QVERIFY(log.isEmpty());
         QCOMPARE(rule->name(), u"(Now)"_s);
-    }
-
-    void hours_data()
-    {
-        // texts: 24 hours, 12 hours, long and short half of the day
-        const Table<qint64, QString> row("hour", "texts");
-        row("midnight", 0, u"0 12 AM A");
-        row("early", 1, u"1 1 AM A");
-        row("before noon", 11, u"11 11 AM A");
-        row("noon", 12, u"12 12 PM P");
-        row("after noon", 13, u"13 1 PM P");
-        row("late", 23, u"23 11 PM P");
-    }
-
-    void hours()
-    {
-        QFETCH(qint64, hour);
-        const TDate date = TDate::fromSeconds(kMidnight.nanos / TDate::kNanosPerSecond +
-                                              hour * kSecondsPerHour + kSecondsPerHour / 2);
-        TDateRule rule;
-        QStringList texts;
-        rule.setDateFormat(11);
-        rule.setTimeFormat(-1);
-        texts.append(rule.getDateFromDate(date));
-        rule.setTimeFormat(0);
-        texts.append(rule.getDateFromDate(date));
-        for (const qint64 format : {14, 15}) {
-            rule.setDateFormat(format);
-            texts.append(rule.getDateFromDate(date));
-        }
-        QTEST(texts.join(u' '), "texts");
-    }
-
-    void paddingAndLimit_data()
-    {
-        Table<QVariantMap, QString>("settings", "expected");
-        const auto row = [](const char *name, QVariantMap settings, qint64 format,
-                            const QString &expected) {
-            settings.insert(u"dateFormat"_s, format);
-            QTest::newRow(name) << settings << expected;
-        };
-        const auto width = [](qint64 units, qint64 character, qint64 position) {
-            return QVariantMap{{u"padding"_s, units},
-                               {u"paddingChar"_s, character},
-                               {u"paddingPosition"_s, position}};
-        };
-        const auto limit = [](qint64 on, qint64 units) {
-            return QVariantMap{{u"limitSize"_s, on}, {u"maxSize"_s, units}};
-        };
-        row("zero in front", width(2, 0, 0), 7, u"07"_s);
-        row("blanks in front", width(3, 1, 0), 7, u"  7"_s);
-        row("at the end", width(4, 9, 1), 8, u"3xxx"_s);
-        row("any position but 0 is the end", width(3, 2, -1), 8, u"3**"_s);
-        row("wide enough", width(4, 0, 0), 4, u"2025"_s);
-        row("no width", width(0, 0, 0), 7, u"7"_s);
-        row("negative width", width(std::numeric_limits<qint64>::min(), 0, 0), 7, u"7"_s);
-        row("cut", limit(1, 3), 9, u"Thu"_s);
-        row("any limit but 0 is on", limit(-1, 3), 9, u"Thu"_s);
-        row("limit off", limit(0, 3), 9, u"Thursday"_s);
-        row("below 1", limit(1, 0), 9, u"T"_s);
-        row("negative", limit(1, -7), 9, u"T"_s);
-        QVariantMap both = width(6, 4, 0);
-        both.insert(limit(1, 4));
-        row("padded, then cut", both, 7, u"____"_s);
-    }
-
-    void paddingAndLimit()
-    {
-        QFETCH(QVariantMap, settings);
-        const TRulePtr rule = makeRule(u"Date"_s, settings);
-        TFileObject file;
-        TRuleDict dict;
-        dict.now = kNow;
-        QTEST(rule->processWithFileObject(file, nullptr, dict), "expected");
     }
 
     void aCutRaisesTheLimitForGood()
