@@ -16,6 +16,8 @@ ImageFacts walkPsd(ByteSource &source);
 ImageFacts readBmpHeader(ByteSource &source);
 ImageFacts walkJpeg2000(ByteSource &source);
 ImageFacts walkCiff(ByteSource &source);
+/// TIFF of the kind for files beyond 4 GiB: its folders as Exif data, which tell the rest.
+ImageFacts readBigTiff(ByteSource &source);
 /// Of raw photos only what Exiv2 does not tell: what the sensor's samples are.
 ImageFacts walkRaw(ByteSource &source);
 /// What Qt's own decoders tell of simple formats: icons, portable pixel maps.

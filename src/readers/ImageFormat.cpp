@@ -30,6 +30,8 @@ constexpr Signature kSignatures[] = {
     {4, raw("jP  \r\n\x87\n"), ImageFormat::Jpeg2000},
     {0, raw("\xFF\x4F\xFF\x51"), ImageFormat::Jpeg2000},
     {6, raw("HEAPCCDR"), ImageFormat::Crw},
+    {0, raw("II\x2B\0\x08\0\0\0"), ImageFormat::BigTiff},
+    {0, raw("MM\0\x2B\0\x08\0\0"), ImageFormat::BigTiff},
 };
 
 constexpr QByteArrayView kPictureBrands[] = {

@@ -54,6 +54,8 @@ ImageFacts factsOf(ImageFormat format, ByteSource &source)
         return walkJpeg2000(source);
     case ImageFormat::Crw:
         return walkCiff(source);
+    case ImageFormat::BigTiff:
+        return readBigTiff(source);
     case ImageFormat::Other:
         return walkRaw(source);
     }

@@ -20,7 +20,8 @@ constexpr char kPrivateDataKey[] = "Exif.Image.DNGPrivateData";
 /// Whether Exiv2 finds something in such a file that our own reader does not.
 bool isForExiv2(ImageFormat format)
 {
-    return format != ImageFormat::Gif && format != ImageFormat::Bmp && format != ImageFormat::Bmff;
+    return format != ImageFormat::Gif && format != ImageFormat::Bmp &&
+           format != ImageFormat::Bmff && format != ImageFormat::BigTiff;
 }
 
 void readFile(ByteSource &source, ImageTags &tags)
@@ -116,6 +117,7 @@ ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts
 {
     prepareExiv2();
     ImageTags tags;
+    tags.isTiff = format == ImageFormat::BigTiff;
     if (isForExiv2(format))
         attempt([&] { readFile(source, tags); });
     // Of a JPEG, both find the same block.

@@ -197,6 +197,21 @@ QByteArray tiff()
     return tiff.build();
 }
 
+/// A width of eight bytes, and a folder inside the folder.
+QByteArray bigTiff()
+{
+    const auto entry = [](int tag, int type, const QByteArray &value) {
+        return little(static_cast<quint64>(tag), 2) + little(static_cast<quint64>(type), 2) +
+               little(1, 8) + value;
+    };
+    const QByteArray resolution = little(300, 4) + little(2, 4);
+    return "II+" + little(0, 1) + little(8, 4) + little(16, 8) + little(6, 8) +
+           entry(0x0100, 16, little(40, 8)) + entry(0x0101, 3, little(30, 8)) +
+           entry(0x0102, 3, little(16, 8)) + entry(0x011A, 5, resolution) +
+           entry(0x011B, 5, resolution) + entry(0x8769, 18, little(152, 8)) + little(0, 8) +
+           little(1, 8) + entry(0x829A, 5, little(1, 4) + little(8, 4)) + little(0, 8);
+}
+
 QByteArray withMagic(const QByteArray &tiff, const char *magic)
 {
     return magic + tiff.sliced(4);
@@ -342,6 +357,12 @@ std::vector<PictureSample> pictureSamples()
         {"heif, left and right exchanged", heif("\x81\x02\x07"), {{u"Orientation"_s, 2}}},
         {"heif, turned and mirrored", heif("\x81\x02\x05\x07"), {{u"Orientation"_s, 7}}},
         {"heif, mirrored and turned", heif("\x81\x02\x07\x05"), {{u"Orientation"_s, 5}}},
+        {"tiff of the large kind",
+         bigTiff(),
+         {{u"PixelWidth"_s, 40},
+          {u"Depth"_s, 16},
+          {u"DPIWidth"_s, 150},
+          {u"{Exif}/ExposureTime"_s, 0.125}}},
         {"orf", withMagic(tiff(), "IIRO"), {{u"Depth"_s, 32}, {u"ColorModel"_s, u"RGB"_s}}},
         {"rw2", rw2(), {{u"Depth"_s, 12}, {u"ColorModel"_s, u"RGB"_s}}},
         {"raf", raf(), {{u"Depth"_s, 14}}},
