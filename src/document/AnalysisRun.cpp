@@ -35,13 +35,18 @@ void AnalysisRun::backgroundRunForLog(const TFileList &files, TErrorLog &runLog,
 
 void AnalysisRun::fullRun(const TFileList &files, TErrorLog &errorLog) const
 {
+    const auto stepper = fullRunStepper(static_cast<qsizetype>(files.size()), errorLog);
+    for (const auto &file : files)
+        stepper->step(*file, errorLog);
+}
+
+std::unique_ptr<AnalysisStepper> AnalysisRun::fullRunStepper(qsizetype files,
+                                                             TErrorLog &errorLog) const
+{
     errorLog.clear();
     if (rules)
         NameGeneration::prepareAllRules(*rules);
-    AnalysisStepper stepper(
-        stepperSettings(*this, rules, static_cast<qsizetype>(files.size()), &errorLog));
-    for (const auto &file : files)
-        stepper.step(*file, errorLog);
+    return std::make_unique<AnalysisStepper>(stepperSettings(*this, rules, files, &errorLog));
 }
 
 void AnalysisRun::partialRunFor(const TFileList &files) const

@@ -29,6 +29,8 @@ struct AnalysisRun
                              const Progress &progress) const;
     /// Evaluates the document's own rules, prepared; errorLog starts anew.
     void fullRun(const TFileList &files, TErrorLog &errorLog) const;
+    /// The same for a caller that goes from file to file; rules and log must live as long.
+    std::unique_ptr<AnalysisStepper> fullRunStepper(qsizetype files, TErrorLog &errorLog) const;
     /// Recomputes only the shown name and extension of the given files.
     void partialRunFor(const TFileList &files) const;
 };

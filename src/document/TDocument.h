@@ -170,11 +170,16 @@ public:
     void fullRun() { fullRunWithUpdate(true); }
     void fullRunWithUpdate(bool update);
     void partialRunFor(const TFileList &files, bool update);
+    /// A full run, whose log is then shown; over a long list it goes on in portions, and begins
+    /// anew when the batch changes meanwhile.
     void testRun();
     void showTestRunLog();
     static qsizetype numberOfErrorsWithType(int errClass, const TErrorLog &log);
     /// True from a change until the names and problems that belong to it are there.
-    bool isAnalysing() const { return m_isCollecting || m_analysis.isRunning(); }
+    bool isAnalysing() const
+    {
+        return m_testRun || m_analysis.isRunning() || (m_isCollecting && !m_isForecastOnly);
+    }
 
     // Rename
     /// The checks in their order, the confirmation, and the run. While names are being worked out
@@ -221,6 +226,7 @@ private:
         TFileURLs urls;
         qsizetype row;
     };
+    struct TestRun;
     struct RuleEdit
     {
         TRulePtr rule;
@@ -274,6 +280,7 @@ private:
     TDocumentAnalysis::Output analysisOutput();
     TDocumentFacts facts();
     void collectFacts();
+    void startWhenCollected(bool forecastOnly);
     void startBackgroundRun();
     void forgetFacts();
     void forgetCollected();
@@ -287,6 +294,12 @@ private:
     void applyForecasts(qsizetype first, std::vector<ForecastStepper::Forecast> &forecasts,
                         const TFileList &files);
     void cancelAnalysis();
+
+    // TDocumentTestRun.cpp
+    void fullRunComplete(bool update);
+    void beginTestRun();
+    void continueTestRun();
+    void testRunComplete();
 
     // TDocumentRename.cpp
     RenameGuard guard() const;
@@ -340,6 +353,9 @@ private:
     quint64 m_collectedMetadata = 0; ///< what that was when collecting began
     bool m_isCollecting = false;
     bool m_isCollectingPosted = false;
+    bool m_isForecastOnly = false;      ///< what is collected for
+    std::shared_ptr<TestRun> m_testRun; ///< null when none is under way
+    quint64 m_testRunVersion = 0;       ///< of the batch that it is over
     QHash<const TFileObject *, ForecastStepper::Forecast> m_forecasts;
     quint64 m_analysisVersion = 0; ///< of the list that the newest analysis is over
     qint64 m_remainingAOps = 0;

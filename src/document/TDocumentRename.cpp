@@ -103,9 +103,8 @@ void TDocument::prepareRename()
 {
     m_isPreparing = true;
     m_confirmVersion = m_batchVersion;
-    m_services.worker.run([this, mail = m_mail](const std::stop_token &) {
-        mail->post([this] { makePlan(); });
-    });
+    m_services.worker.run(
+        [this, mail = m_mail](const std::stop_token &) { mail->post([this] { makePlan(); }); });
 }
 
 void TDocument::makePlan()

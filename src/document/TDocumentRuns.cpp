@@ -98,6 +98,7 @@ void TDocument::AOpComplete(TAnalyseOperation &)
     forgetFacts();
     ++m_metadataVersion;
     batchChanged();
+    ++m_testRunVersion; // one that is under way goes on, since the last file brings a new one
     if (--m_remainingAOps > 0)
         return;
     setStatus(kTestRun);
@@ -110,7 +111,16 @@ void TDocument::doBackgroundRun()
 {
     if (m_isClosing)
         return;
+    if (m_testRun)
+        return batchChanged(); // so that it begins anew
     tell(&TDocumentHost::showProgress, qint64{0}, static_cast<qint64>(m_sourceObjectArray.size()));
+    startWhenCollected(false);
+}
+
+/// The worker gets facts; those of a long list are collected in portions first.
+void TDocument::startWhenCollected(bool forecastOnly)
+{
+    m_isForecastOnly = forecastOnly;
     if (m_facts || m_sourceObjectArray.size() <= kCollectedAtOnce)
         return startBackgroundRun();
     m_analysis.cancel();
@@ -124,6 +134,8 @@ void TDocument::doBackgroundRun()
 void TDocument::startBackgroundRun()
 {
     m_isCollecting = false;
+    if (m_isForecastOnly)
+        return m_analysis.startForecast(analysisInput());
     // The run evaluates a copy from before the document's own rules are prepared.
     m_analysis.start(analysisInput());
     NameGeneration::prepareAllRules(m_ruleArray);
@@ -222,46 +234,9 @@ const ForecastStepper::Forecast *TDocument::forecastFor(const TFileObject &file)
 void TDocument::cancelAnalysis()
 {
     m_analysis.cancel();
+    m_testRun.reset();
     m_isCollecting = false;
     forgetCollected();
     m_renameWanted = false;
     tell(&TDocumentHost::hideProgress);
-}
-
-void TDocument::fullRunWithUpdate(bool update)
-{
-    cancelAnalysis();
-    m_errorLog.emplace();
-    analysisRun().fullRun(m_sourceObjectArray, *m_errorLog);
-    tell(&TDocumentHost::setRenameBadge,
-         static_cast<qint64>(numberOfErrorsWithType(TErrorTypes::kCritical, *m_errorLog)));
-    if (update)
-        redisplay();
-    Q_EMIT errorLogChanged();
-    m_analysis.startForecast(analysisInput());
-}
-
-void TDocument::partialRunFor(const TFileList &files, bool update)
-{
-    analysisRun().partialRunFor(files);
-    if (update)
-        redisplay();
-}
-
-void TDocument::testRun()
-{
-    fullRunWithUpdate(true);
-    showTestRunLog();
-}
-
-void TDocument::showTestRunLog()
-{
-    const TErrorLog log = m_errorLog.value_or(TErrorLog());
-    setReadyToGo(m_errorLog && numberOfErrorsWithType(TErrorTypes::kCritical, log) == 0);
-    tell(&TDocumentHost::showErrorLog, log);
-}
-
-qsizetype TDocument::numberOfErrorsWithType(int errClass, const TErrorLog &log)
-{
-    return log.numberOfErrorsWithType(errClass);
 }

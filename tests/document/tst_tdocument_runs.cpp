@@ -17,6 +17,7 @@ private Q_SLOTS:
     void errorsAndBadge();
     void testRun_data();
     void testRun();
+    void testRunOfManyFiles();
     void countersOfTheForms();
     void newestRunWins();
     void partialRun();
@@ -149,6 +150,36 @@ void TestTDocumentRuns::testRun()
         QVERIFY(fixture.drop(fixture.makeFiles(u"new%1"_s, 1)));
         QVERIFY(!fixture.document->readyToGo());
     }
+}
+
+/// It goes on in portions, with the result of one that ran at once.
+void TestTDocumentRuns::testRunOfManyFiles()
+{
+    constexpr int kCount = 20'000;
+    DocumentFixture fixture;
+    TDocument &document = *fixture.document;
+    QVERIFY(fixture.drop(fixture.makeFiles(u"%1"_s, kCount)));
+    document.setLiveUpdate(false);
+    document.addRules({makeRule(u"Counter"_s), makeRule(u"Original"_s)}, 0);
+    fixture.host.calls.clear();
+    const QSignalSpy published(&document, &TDocument::errorLogChanged);
+    document.testRun();
+    QVERIFY(document.isAnalysing() && published.isEmpty());
+    fixture.mainThread.post([&] {
+        document.addRules({textRule(u"late "_s)}, 0);
+        document.runRename(); // waits for the names
+    });
+    QVERIFY(fixture.pumpUntil([&] { return !fixture.host.callsOf(u"stop sheet"_s).isEmpty(); }));
+    QCOMPARE(published.count(), 1);
+    QCOMPARE(fixture.host.callsOf(u"error log"_s), QStringList{u"error log 0"_s});
+    QVERIFY(document.readyToGo() && !fixture.host.callsOf(u"progress "_s).isEmpty());
+    QCOMPARE(fixture.targets()[0], u"late 000010000"_s);
+    QCOMPARE(fixture.targets()[kCount - 1], u"late 2000019999"_s);
+    // The list may go away under it.
+    document.testRun();
+    document.removeFiles({0});
+    QVERIFY(fixture.settle());
+    QCOMPARE(fixture.targets()[0], u"late 000010001"_s);
 }
 
 void TestTDocumentRuns::countersOfTheForms()

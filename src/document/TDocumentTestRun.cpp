@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/TDocument.h"
+#include "document/TDocumentSlice.h"
+
+namespace {
+
+/// A test run over so many files is over when the command returns.
+constexpr std::size_t kTestedAtOnce = 1000;
+
+} // namespace
+
+/// A test run on its way through the list. It evaluates the document's own rules, so it stays on
+/// the main thread.
+struct TDocument::TestRun
+{
+    TFileList files;
+    TErrorLog log;
+    std::unique_ptr<AnalysisStepper> stepper;
+    std::size_t next = 0;
+};
+
+void TDocument::fullRunWithUpdate(bool update)
+{
+    cancelAnalysis();
+    m_errorLog.emplace();
+    analysisRun().fullRun(m_sourceObjectArray, *m_errorLog);
+    fullRunComplete(update);
+}
+
+void TDocument::fullRunComplete(bool update)
+{
+    m_forecasts.clear(); // they may be about other names
+    tell(&TDocumentHost::setRenameBadge,
+         static_cast<qint64>(numberOfErrorsWithType(TErrorTypes::kCritical, *m_errorLog)));
+    if (update)
+        redisplay();
+    Q_EMIT errorLogChanged();
+    startWhenCollected(true);
+}
+
+void TDocument::partialRunFor(const TFileList &files, bool update)
+{
+    analysisRun().partialRunFor(files);
+    if (update)
+        redisplay();
+}
+
+void TDocument::testRun()
+{
+    cancelAnalysis();
+    beginTestRun();
+}
+
+void TDocument::beginTestRun()
+{
+    m_testRun = std::make_shared<TestRun>();
+    m_testRun->files = m_sourceObjectArray;
+    m_testRun->stepper = analysisRun().fullRunStepper(
+        static_cast<qsizetype>(m_testRun->files.size()), m_testRun->log);
+    m_testRunVersion = m_batchVersion;
+    continueTestRun();
+}
+
+void TDocument::continueTestRun()
+{
+    if (m_testRunVersion != m_batchVersion)
+        return beginTestRun();
+    TestRun &run = *m_testRun;
+    const std::size_t total = run.files.size();
+    const TDocumentSlice slice;
+    while (run.next < total) {
+        run.stepper->step(*run.files[run.next++], run.log);
+        if (total <= kTestedAtOnce || !slice.isOver())
+            continue;
+        tell(&TDocumentHost::showProgress, static_cast<qint64>(run.next),
+             static_cast<qint64>(total));
+        return m_mail->post([this, same = std::weak_ptr(m_testRun)] {
+            if (!same.expired())
+                continueTestRun();
+        });
+    }
+    testRunComplete();
+}
+
+void TDocument::testRunComplete()
+{
+    m_errorLog = std::move(m_testRun->log);
+    m_testRun.reset();
+    tell(&TDocumentHost::hideProgress);
+    fullRunComplete(true);
+    showTestRunLog();
+    if (std::exchange(m_renameWanted, false))
+        runRename();
+}
+
+void TDocument::showTestRunLog()
+{
+    const TErrorLog log = m_errorLog.value_or(TErrorLog());
+    setReadyToGo(m_errorLog && numberOfErrorsWithType(TErrorTypes::kCritical, log) == 0);
+    tell(&TDocumentHost::showErrorLog, log);
+}
+
+qsizetype TDocument::numberOfErrorsWithType(int errClass, const TErrorLog &log)
+{
+    return log.numberOfErrorsWithType(errClass);
+}
