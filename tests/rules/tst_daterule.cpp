@@ -58,6 +58,22 @@ private Q_SLOTS:
         QCOMPARE(rule->name(), u"(Now)"_s);
     }
 
+    void hoursTurnAtMidnightAndNoon()
+    {
+        constexpr qint64 kMidnight = 1'751'500'800;
+        TDateRule rule;
+        QStringList texts;
+        for (const int hour : {0, 11, 12, 13}) {
+            const TDate date = TDate::fromSeconds(kMidnight + hour * 3600 + 1800);
+            for (const auto &[format, clock] : {std::pair{11, 1}, {11, 0}, {14, 0}}) {
+                rule.setDateFormat(format);
+                rule.setTimeFormat(clock);
+                texts.append(rule.getDateFromDate(date));
+            }
+        }
+        QCOMPARE(texts.join(u' '), u"0 12 AM 11 11 AM 12 12 PM 13 1 PM"_s);
+    }
+
     void aCutRaisesTheLimitForGood()
     {
         TDateRule rule;

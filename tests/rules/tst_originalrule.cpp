@@ -71,6 +71,7 @@ private Q_SLOTS:
         row("0 regards case", replace(u"img"_s, u"Photo"_s, 0), u"IMG_1 img.jpg"_s,
             u"IMG_1 Photo"_s);
 
+        row("remove blanks only", blanks(1), u"a b\tc\u00A0d.jpg"_s, u"ab\tc\u00A0d"_s);
         row("insert blanks", blanks(2), u"myHolidayPhoto.jpg"_s, u"my Holiday Photo"_s);
         row("upper case", toCase(1), u"straße.jpg"_s, u"STRASSE"_s);
         row("lower case", toCase(2), u"ÄB.jpg"_s, u"äb"_s);

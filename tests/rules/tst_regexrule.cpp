@@ -44,15 +44,10 @@ private Q_SLOTS:
         const Table<Pairs, QString, QString> row("pairs", "name", "expected");
 
         row("no pairs", Pairs{}, u"a.txt", u"???RegEx???");
-        row("blanks", Pairs{{u"\\s"_s, u"_"_s}}, u"my file name.txt", u"my_file_name");
-        row("group", Pairs{{u"(\\d+)"_s, u"#$1"_s}}, u"img12.jpg", u"img#12");
         row("in order", Pairs{{u"a"_s, u"b"_s}, {u"b"_s, u"c"_s}}, u"ab", u"cc");
         row("bad pattern first", Pairs{{u"("_s, u"x"_s}, {u"b"_s, u"c"_s}}, u"abc", u"");
         row("later pairs go on from nothing", Pairs{{u"("_s, u"x"_s}, {u"^$"_s, u"new"_s}}, u"abc",
             u"new");
-        row("bad template, no match", Pairs{{u"z"_s, u"$1"_s}}, u"abc", u"");
-        row("empty pattern", Pairs{{u""_s, u""_s}}, u"abc", u"");
-        row("two digits, one group", Pairs{{u"(a)"_s, u"$12"_s}}, u"a", u"a2");
     }
 
     void rewritesTheFilesName()
