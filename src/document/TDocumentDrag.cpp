@@ -31,6 +31,30 @@ QByteArray archiveOf(const TRuleList &rules)
     return TRuleKinds::archiveRules(rules, buffer) ? buffer.data() : QByteArray();
 }
 
+/// Dragged rules. Their archive is made when another program asks for it: a large table takes a
+/// while, and most rules are dropped where they came from.
+class RulesData : public QMimeData
+{
+public:
+    explicit RulesData(const TRuleList &rules)
+        : m_rules(TRuleKinds::copyArrayViaEncode(rules))
+    {
+    }
+    TRuleList rules() const { return TRuleKinds::copyArrayViaEncode(m_rules); }
+    QStringList formats() const override { return QMimeData::formats() + QStringList(rulesType()); }
+    bool hasFormat(const QString &type) const override { return formats().contains(type); }
+
+protected:
+    QVariant retrieveData(const QString &type, QMetaType preferred) const override
+    {
+        return type == rulesType() ? QVariant(archiveOf(m_rules))
+                                   : QMimeData::retrieveData(type, preferred);
+    }
+
+private:
+    const TRuleList m_rules;
+};
+
 QByteArray archiveOf(const std::vector<qsizetype> &rows)
 {
     QByteArray archive;
@@ -77,9 +101,7 @@ std::unique_ptr<QMimeData> dataForTile(const QString &identifier)
 
 std::unique_ptr<QMimeData> dataForRules(const TRuleList &rules)
 {
-    auto data = std::make_unique<QMimeData>();
-    data->setData(rulesType(), archiveOf(rules));
-    return data;
+    return std::make_unique<RulesData>(rules);
 }
 
 std::unique_ptr<QMimeData> dataForRulesAt(const TRuleList &all, const std::vector<qsizetype> &rows,
@@ -129,6 +151,8 @@ std::vector<qsizetype> rows(const QMimeData &data)
 
 TRuleList rules(const QMimeData &data)
 {
+    if (const auto *own = dynamic_cast<const RulesData *>(&data))
+        return own->rules();
     TResult<TRuleList> decoded = TRuleKinds::unarchiveRules(data.data(rulesType()));
     return decoded ? std::move(decoded).value() : TRuleList();
 }

@@ -229,9 +229,21 @@ void TestTDocumentRules::drags()
     QVERIFY(lines.join(u' ').contains("Unknown draggable identifier 'Nonsense' encountered"_L1));
     QCOMPARE(TDocumentDrag::rulesType(), u"com.zel.tavrin-rules"_s);
     const auto data = TDocumentDrag::dataForTile(u"Counter"_s);
-    const TRuleList decoded = TDocumentDrag::rules(*data);
-    QCOMPARE(decoded.size(), 1U);
-    QCOMPARE(TRuleKinds::identifierForRule(*decoded[0]), u"Counter"_s);
+    QMimeData elsewhere; // as another program has it
+    for (const QString &format : data->formats())
+        elsewhere.setData(format, data->data(format));
+    for (const QMimeData *drag :
+         {static_cast<const QMimeData *>(data.get()), static_cast<const QMimeData *>(&elsewhere)}) {
+        const TRuleList decoded = TDocumentDrag::rules(*drag);
+        QCOMPARE(decoded.size(), 1U);
+        QCOMPARE(TRuleKinds::identifierForRule(*decoded[0]), u"Counter"_s);
+        QVERIFY(decoded != TDocumentDrag::rules(*drag));
+    }
+    const auto table = std::make_shared<TStringTable>(TStringTable{{u"cell"_s}});
+    const TRulePtr csv =
+        makeRule(u"CSVTag"_s, {{u"theRows"_s, QVariant::fromValue(TStringTablePtr(table))}});
+    const auto dragged = TDocumentDrag::rules(*TDocumentDrag::dataForRules({csv}));
+    QCOMPARE(dragged[0]->properties()[u"theRows"_s].value<TStringTablePtr>(), table); // no archive
     m_document->paletteButtonClicked();
     QCOMPARE(m_fixture->host.calls.back(),
              u"sheet: Please Drag Me!|To add this name element, please drag it into the editor "
