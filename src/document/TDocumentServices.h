@@ -2,6 +2,7 @@
 #pragma once
 
 #include "document/TDocumentGathering.h"
+#include "document/TOptions.h"
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
 #include "platform/MainThread.h"
@@ -25,6 +26,8 @@ struct TDocumentServices
     std::function<QString()> logsFolder;
     /// Makes what reads a document's metadata; empty: nobody does.
     TDocumentGatherer::Make makeGatherer;
+    /// What a new batch begins with.
+    TOptions options = {};
 
     /// The folder of this user.
     static QString userLogsFolder();

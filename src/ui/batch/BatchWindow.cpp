@@ -34,11 +34,18 @@ constexpr int kGap = 12;        ///< between the cards
 constexpr int kBadgeMargin = 8; ///< that the buttons of the status line have around them
 constexpr auto kInspectorDelay = 100ms;
 
+/// To begin with options is no change, which would be answered by an analysis of nothing.
+TDocumentServices withRememberedOptions(TDocumentServices services)
+{
+    services.options = OptionsMenu::initialOptions();
+    return services;
+}
+
 } // namespace
 
 BatchWindow::BatchWindow(TDocumentServices services, ApplicationCommands &application)
     : m_application(application)
-    , m_services(std::move(services))
+    , m_services(withRememberedOptions(std::move(services)))
     , m_status(new StatusLine(this))
     , m_host(*this)
     , m_document(std::make_unique<TDocument>(m_host, m_services))
@@ -55,7 +62,6 @@ BatchWindow::BatchWindow(TDocumentServices services, ApplicationCommands &applic
           },
           this))
 {
-    m_document->setTheOptions(OptionsMenu::initialOptions());
     setCentralWidget(makeBody());
     m_inspector->setObjectName(QStringLiteral("inspector"));
     addDockWidget(Qt::RightDockWidgetArea, m_inspector);

@@ -308,6 +308,7 @@ void TestBatchWindow::options()
     QCOMPARE(toggle(u"Leave Unchanged Names Alone"_s), true);
     batch.open(); // of all options, a new batch knows this one
     QCOMPARE(batch.document().theOptions(), (TOptions{0, 0, {}, 0, true}));
+    QVERIFY(!batch.document().isAnalysing() && !batch.document().errorLog());
     QCOMPARE(batch.command(u"Leave Unchanged Names Alone"_s).isChecked(), true);
 }
 
