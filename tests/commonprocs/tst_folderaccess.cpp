@@ -38,6 +38,10 @@ private Q_SLOTS:
         QCOMPARE(list.numberOfNonAccess(), 0);
         QVERIFY(!list.firstInaccessible());
         QVERIFY(list.folders().front().theBookmark().isEmpty());
+        m_tree.link(u"a"_s, u"chosen"_s);
+        const TFileURL chosen = TFileURL::fileURLWithPath(m_tree.path(u"chosen"_s));
+        list.recordFor(list.folders().front().theURL())->gotAuthorized(chosen);
+        QCOMPARE(list.folders().front().theURL(), chosen);
     }
 
     void insideASandboxFoldersAreAskedFor()
@@ -80,7 +84,11 @@ private Q_SLOTS:
             archive.appendObject(TFolderAccess::archiveClass(),
                                  [&](TEncoder &coder) { folder.encodeWithCoder(coder); });
             TFolderAccess read;
-            archive.forEachObject([&](const TDecoder &coder) { read.initWithCoder(coder); });
+            archive.forEachObject([&](const TDecoder &coder) {
+                QCOMPARE(coder.decodeData("theBookmark"_L1), folder.theBookmark());
+                QCOMPARE(coder.decodeBool("haveAccess"_L1), folder.haveAccess());
+                read.initWithCoder(coder);
+            });
             return read;
         };
         const TFileURL url = TFileURL::fileURLWithPath(m_tree.folder(u"gone"_s));
@@ -90,7 +98,8 @@ private Q_SLOTS:
         m_tree.remove(u"gone"_s);
         QVERIFY(!roundTrip(folder).theURL().isValid());
         QVERIFY(m_log.join(u'\n').contains(
-            u"sandboxing issue: theSecureURL returned nil on bookmark = "_s));
+            u"sandboxing issue: theSecureURL returned nil on bookmark = "_s +
+            QString::fromUtf8(folder.theBookmark())));
         QVERIFY(sandBoxURLtoAppScopedBookmark(url).isEmpty());
         QVERIFY(m_log.join(u'\n').contains(u"sandBoxURLtoAppScopedBookmark: "_s));
     }

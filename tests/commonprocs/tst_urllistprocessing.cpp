@@ -202,6 +202,7 @@ private Q_SLOTS:
         const Table<QString, QString, QString, QString> row("folder", "base", "extension",
                                                             "unique");
         row("over a link", u"l", u"a", u"txt", u"a-2");
+        row("without extension the dot is tested too", u"", u"b", u"", u"b");
         row("no folder", u"b", u"a", u"txt", QString());
         row("missing folder", u"missing", u"a", u"txt", QString());
         row("no base", u"", QString(), u"txt", QString());

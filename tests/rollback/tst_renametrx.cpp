@@ -57,12 +57,19 @@ private Q_SLOTS:
         TRenameTRX transaction = TRenameTRX::TRXWithSource(TFileURL::fileURLWithPath(u"/f/a"_s));
         transaction.renamedURL = TFileURL::fileURLWithPath(u"/f/b"_s);
         transaction.insured = true;
+        transaction.errorLog.addErrorOfType(2, u"bad"_s);
         withDecoder([&](TEncoder &coder) { transaction.encodeWithCoder(coder); },
                     [](const TDecoder &coder) {
                         QCOMPARE(coder.decodeString("originalPath"_L1), u"/f/a"_s);
                         QCOMPARE(coder.decodeUrl("originalURL"_L1), u"file:///f/a"_s);
                         QCOMPARE(coder.decodeUrl("renamedURL"_L1), u"file:///f/b"_s);
-                        QVERIFY(coder.containsValueForKey("errorLog"_L1));
+                        int entries = 0;
+                        coder.decodeArray("errorLog"_L1, [&entries](const TDecoder &entry) {
+                            QCOMPARE(entry.decodeString("errDesc"_L1), u"bad"_s);
+                            QCOMPARE(entry.decodeInteger("errClass"_L1), 2);
+                            ++entries;
+                        });
+                        QCOMPARE(entries, 1);
                         QVERIFY(coder.containsValueForKey("renameComplete"_L1));
                         QVERIFY(coder.decodeBool("color"_L1));
                         QVERIFY(!coder.containsValueForKey("insured"_L1));
