@@ -21,8 +21,29 @@ constexpr QLatin1StringView kProfileName{"ProfileName"};
 constexpr std::array kHeaderCategories{""_L1,       "{Exif}"_L1,       "{TIFF}"_L1,      "{GPS}"_L1,
                                        "{JFIF}"_L1, "{MakerNikon}"_L1, "{MakerCanon}"_L1};
 
-/// Such wishes, which nearly all are, need neither the other blocks of a JPEG nor a second reading
-/// of its header.
+/// Words without which a packet of XMP cannot tell a tag: namespaces and properties. Decoding it
+/// takes longer than all the rest.
+struct XmpWord
+{
+    QLatin1StringView category;
+    QLatin1StringView tag; ///< empty for every one of the category
+    const char *word;
+};
+constexpr char kExifSpace[] = "exif/1.0/";
+constexpr char kTiffSpace[] = "tiff/1.0/";
+constexpr XmpWord kXmpWords[] = {{"{Exif}"_L1, ""_L1, kExifSpace},
+                                 {"{Exif}"_L1, "DateTimeOriginal"_L1, "DateCreated"},
+                                 {"{Exif}"_L1, "DateTimeDigitized"_L1, "CreateDate"},
+                                 {"{GPS}"_L1, ""_L1, "GPS"},
+                                 {"{TIFF}"_L1, ""_L1, kTiffSpace},
+                                 {"{TIFF}"_L1, "DateTime"_L1, "ModifyDate"},
+                                 {"{TIFF}"_L1, "Software"_L1, "CreatorTool"},
+                                 {""_L1, "Orientation"_L1, kTiffSpace},
+                                 {""_L1, "DPIWidth"_L1, kTiffSpace},
+                                 {""_L1, "DPIHeight"_L1, kTiffSpace}};
+
+/// Such wishes, which nearly all are, need neither the other blocks of a JPEG, but for its XMP at
+/// times, nor a second reading of its header.
 bool isForHeader(const ImageWish &wish)
 {
     return !wish.isAll() &&
@@ -72,23 +93,39 @@ QVariantMap propertiesOf(const ImageFacts &facts, const ImageTags &tags, const I
     return properties;
 }
 
-bool hasAll(const QVariantMap &properties, const ImageWish &wish)
+bool hasTag(const QVariantMap &properties, const ImageWish::Tag &tag)
 {
-    return std::all_of(wish.tags.begin(), wish.tags.end(), [&](const ImageWish::Tag &tag) {
-        return tag.category.isEmpty() ? properties.contains(tag.tag)
-                                      : properties.value(tag.category).toMap().contains(tag.tag);
+    return tag.category.isEmpty() ? properties.contains(tag.tag)
+                                  : properties.value(tag.category).toMap().contains(tag.tag);
+}
+
+/// Whether the packet may have a tag that is wanted and not among the properties.
+bool mayTellMore(const QByteArray &xmp, const QVariantMap &properties, const ImageWish &wish)
+{
+    return std::any_of(wish.tags.begin(), wish.tags.end(), [&](const ImageWish::Tag &tag) {
+        return !hasTag(properties, tag) && std::ranges::any_of(kXmpWords, [&](const XmpWord &row) {
+            return row.category == tag.category && (row.tag.isEmpty() || row.tag == tag.tag) &&
+                   xmp.contains(row.word);
+        });
     });
+}
+
+QVariantMap propertiesOfHeader(const ImageFacts &facts, const ImageWish &wish)
+{
+    ImageTags tags = tagsOfExif(facts);
+    const QVariantMap properties = propertiesOf(facts, tags, wish);
+    if (!mayTellMore(facts.xmp, properties, wish))
+        return properties;
+    addXmp(facts, tags);
+    return propertiesOf(facts, tags, wish);
 }
 
 QVariantMap propertiesOf(ByteSource &source, const ImageWish &wish)
 {
     const ImageFormat format = imageFormatOf(source);
     ImageFacts facts = factsOf(format, source);
-    if (format == ImageFormat::Jpeg && facts.width > 0 && isForHeader(wish)) {
-        const QVariantMap properties = propertiesOf(facts, tagsOfExif(facts), wish);
-        if (facts.xmp.isEmpty() || hasAll(properties, wish))
-            return properties;
-    }
+    if (format == ImageFormat::Jpeg && facts.width > 0 && isForHeader(wish))
+        return propertiesOfHeader(facts, wish);
     const ImageTags tags = readImageTags(source, format, facts);
     if (tags.isTiff)
         addTiffFacts(tags, facts);

@@ -14,7 +14,6 @@
 namespace {
 
 constexpr char kMakeKey[] = "Exif.Image.Make";
-constexpr char kProgramKey[] = "Xmp.xmp.CreatorTool";
 constexpr char kPrivateDataKey[] = "Exif.Image.DNGPrivateData";
 
 /// Whether Exiv2 finds something in such a file that our own reader does not.
@@ -65,7 +64,7 @@ void readExif(const ImageFacts &facts, ImageTags &tags)
 bool speaksOfThePicture(const Exiv2::Xmpdatum &datum)
 {
     const std::string group = datum.groupName();
-    return group == "exif" || group == "tiff" || datum.key() == kProgramKey;
+    return group == "exif" || group == "tiff";
 }
 
 void readExifOfXmp(ImageTags &tags)
@@ -76,7 +75,8 @@ void readExifOfXmp(ImageTags &tags)
         if (speaksOfThePicture(datum))
             xmp.add(datum);
     }
-    Exiv2::copyXmpToExif(xmp, tags.exifOfXmp);
+    if (!xmp.empty())
+        Exiv2::copyXmpToExif(xmp, tags.exifOfXmp);
 }
 
 QByteArray storedAt(const Exiv2::ExifData &exif, const char *key)
@@ -113,6 +113,14 @@ ImageTags tagsOfExif(const ImageFacts &facts)
     return tags;
 }
 
+void addXmp(const ImageFacts &facts, ImageTags &tags)
+{
+    if (!facts.xmp.isEmpty() && tags.xmp.empty())
+        attempt([&] { Exiv2::XmpParser::decode(tags.xmp, facts.xmp.toStdString()); });
+    if (!tags.xmp.empty())
+        attempt([&] { readExifOfXmp(tags); });
+}
+
 ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts &facts)
 {
     prepareExiv2();
@@ -123,10 +131,7 @@ ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts
     // Of a JPEG, both find the same block.
     if (!facts.exif.isEmpty() && (format != ImageFormat::Jpeg || tags.exif.empty()))
         readExif(facts, tags);
-    if (!facts.xmp.isEmpty() && tags.xmp.empty())
-        attempt([&] { Exiv2::XmpParser::decode(tags.xmp, facts.xmp.toStdString()); });
-    if (!tags.xmp.empty())
-        attempt([&] { readExifOfXmp(tags); });
+    addXmp(facts, tags);
     if (tags.isTiff)
         attempt([&] { readAdobeMakerNote(tags); });
     return tags;

@@ -24,5 +24,7 @@ struct ImageTags
 
 /// From the Exif block that the format's own reader found. Never throws.
 ImageTags tagsOfExif(const ImageFacts &facts);
+/// Adds what the packet of XMP tells that the format's own reader found. Never throws.
+void addXmp(const ImageFacts &facts, ImageTags &tags);
 /// From the whole file, and from the blocks that the format's own reader found. Never throws.
 ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts &facts);

@@ -24,6 +24,8 @@ constexpr TagRow kRows[] = {
     {"Exif.Image.Copyright", "Copyright"_L1, TagShape::Copyright},
     {"Exif.Image.WhitePoint", "WhitePoint"_L1, TagShape::Numbers},
     {"Exif.Image.PrimaryChromaticities", "PrimaryChromaticities"_L1, TagShape::Numbers},
+    {"Xmp.tiff.Software", "Software"_L1, TagShape::Text},
+    {"Xmp.xmp.CreatorTool", "Software"_L1, TagShape::Text},
     {"Xmp.tiff.DateTime", "DateTime"_L1, TagShape::XmpDate},
     {"Xmp.xmp.ModifyDate", "DateTime"_L1, TagShape::XmpDate},
 };
