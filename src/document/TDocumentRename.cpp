@@ -215,7 +215,7 @@ void TDocument::processingFinished(const TRenameSummary &summary)
     if (!summary.rollbackLog.isEmpty())
         setRollbackURL(TFileURL::fileURLWithPath(summary.rollbackLog));
     m_renameTextLog = m_renaming->textLog();
-    const QString title = text(kLogTitle, {TimeUtils::systemDateAndTime(m_services.clock.now())});
+    const QString title = text(kLogTitle, {TimeUtils::systemDateAndTime(summary.finished)});
     tell(&TDocumentHost::showLogWindow,
          std::make_shared<TLogWindowController>(title, m_renameTextLog, m_services.clock));
     if (summary.interrupted && !wasAborted)

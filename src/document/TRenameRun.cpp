@@ -126,10 +126,10 @@ TRenameSummary TRenameRun::Private::run(const Report &report, const std::atomic<
     TRenameSummary summary = recorder.summary();
     summary.interrupted = m_interrupted;
     summary.problem = m_problem;
+    summary.finished = m_run.m_clock.now();
     closeLogs(summary);
     if (m_run.m_textLog)
-        m_run.m_textLog(
-            formatted(kFinishedLine, {TimeUtils::systemDateAndTime(m_run.m_clock.now())}));
+        m_run.m_textLog(formatted(kFinishedLine, {TimeUtils::systemDateAndTime(summary.finished)}));
     return summary;
 }
 
@@ -214,7 +214,7 @@ void TRenameRun::Private::closeLogs(TRenameSummary &summary)
 {
     if (!m_rollbackLog)
         return;
-    const TResult<QString> path = m_rollbackLog->finish(m_run.m_clock.now());
+    const TResult<QString> path = m_rollbackLog->finish(summary.finished);
     if (!path) {
         // The journal stays open, so that the next start makes a log of it.
         summary.problem = path.message();

@@ -34,6 +34,7 @@ struct TRenameSummary
     qsizetype warnings = 0;
     qsizetype criticals = 0;
     bool interrupted = false;
+    TDate finished;      ///< as all logs have it
     QString rollbackLog; ///< path; empty when none could be written
     QString problem;     ///< why the run stopped or has no log; empty otherwise
 };

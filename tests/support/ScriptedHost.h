@@ -24,6 +24,7 @@ public:
     std::shared_ptr<TLogWindowController> logWindow; ///< the last one
     QStringList sheetTexts;                          ///< of every change of the sheet
     std::function<void()> onSheetShown;
+    std::function<void()> onSheetEnded;
     bool hidden = false;
 
     void setWindowTitle(const QString &text) override { title = text; }
@@ -78,6 +79,8 @@ public:
     {
         record(QStringLiteral("end progress sheet"));
         sheet.reset();
+        if (onSheetEnded)
+            onSheetEnded();
     }
     void showLogWindow(const std::shared_ptr<TLogWindowController> &log) override
     {
