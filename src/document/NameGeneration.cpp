@@ -12,6 +12,19 @@ constexpr QLatin1StringView kNoRulesName{"No Rules"};
 constexpr QLatin1StringView kEmptyNameError{"Rules evaluate to empty name."};
 constexpr TColor kExtensionColor{255, 0, 0};
 
+/// The text of a problem that every file of a batch may have: one for all of them.
+const QString &noRulesError()
+{
+    static const QString text(kNoRulesError);
+    return text;
+}
+
+const QString &emptyNameError()
+{
+    static const QString text(kEmptyNameError);
+    return text;
+}
+
 } // namespace
 
 namespace NameGeneration {
@@ -39,11 +52,11 @@ TAttributedString applyRuleSet(const TRuleList *rules, TFileObject &file, qsizet
 {
     if (!rules) {
         if (log)
-            log->addErrorOfType(TErrorTypes::kCritical, kNoRulesError);
+            log->addErrorOfType(TErrorTypes::kCritical, noRulesError());
         return TAttributedString(kNoRulesName);
     }
     if (rules->empty()) {
-        file.logErrorType(TErrorTypes::kCritical, kNoRulesError, log);
+        file.logErrorType(TErrorTypes::kCritical, noRulesError(), log);
         return TAttributedString(kNoRulesName);
     }
     TRuleDict own = dict;
@@ -64,7 +77,7 @@ TAttributedString applyRuleSet(const TRuleList *rules, TFileObject &file, qsizet
         rule->setTheID(savedID);
     }
     if (postProcessFull(name.string()).isEmpty())
-        file.logErrorType(TErrorTypes::kCritical, kEmptyNameError, log);
+        file.logErrorType(TErrorTypes::kCritical, emptyNameError(), log);
     dict.tookTooLong = own.tookTooLong;
     return name;
 }
