@@ -26,17 +26,19 @@ private Q_SLOTS:
         QCOMPARE(guard.check().verdict, Verdict::ShowErrors);
         guard.skipErrorList = true;
         QCOMPARE(guard.check().title, u"Already Processed"_s);
-        QVERIFY(guard.check().text.endsWith(u"any file that has been processed"_s));
         guard.hasProcessedFiles = false;
         QCOMPARE(guard.check().title, u"Already Running"_s);
         guard.running = false;
         QCOMPARE(guard.check().title, u"No Rules"_s);
         guard.rules = 1;
         QCOMPARE(guard.check().title, u"Done! ..."_s);
-        QVERIFY(guard.check().text.contains(u"sapce"_s));
         guard.files = 3;
         QCOMPARE(guard.check().title, u"Too Dangerous To Start"_s);
-        QVERIFY(guard.check().text.contains(u"encountered 1 critical errors."_s));
+        QCOMPARE(
+            guard.check().text,
+            u"I simulated a full renaming run and encountered 1 critical errors. Renaming many "
+            "files is serious business, and I will not take that risk. Please resolve any "
+            "critical error before trying again."_s);
         log.clear();
         QCOMPARE(guard.check().verdict, Verdict::AskForFolder);
         QCOMPARE(guard.check().text, u"Grant access to Pictures"_s);

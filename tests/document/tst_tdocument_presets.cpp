@@ -120,7 +120,7 @@ void TestTDocumentPresets::saving()
     t.settle();
     int changes = 0;
     const auto subscription =
-        t.notifications.subscribe(Notifications::kPresetsChanged, [&](const auto &) { ++changes; });
+        t.notifications.subscribe(u"presetsChanged"_s, [&](const auto &) { ++changes; });
     t.host.presetAnswers.push_back(name.isNull() ? std::nullopt : std::optional(name));
     t.host.holdBack = true;
     const TRulePtr rule = textRule(u"then"_s);
@@ -205,7 +205,7 @@ void TestTDocumentPresets::folderAccessView()
     TFolderAccessViewController view(list, host, notifications);
     int posts = 0;
     const auto subscription =
-        notifications.subscribe(Notifications::kGotAuthorized, [&](const auto &) { ++posts; });
+        notifications.subscribe(u"gotAuthorized"_s, [&](const auto &) { ++posts; });
     const auto shown = [&view](qsizetype row) {
         return view.cell(row, "status"_L1).image.name() + u' ' + view.cell(row, "name"_L1).text +
                (view.offersGrant(row) ? u" grant"_s : QString());

@@ -122,8 +122,8 @@ void TestTDocumentRules::ruleEditIsOneStep()
     const auto type = [&](const QString &text) {
         rule->setProperties({{u"theText"_s, text}});
         rule->updatePreview();
-        m_fixture->notifications.post(Notifications::kRuleChanged,
-                                      {{Notifications::kTheModel, QVariant::fromValue(rule)}});
+        m_fixture->notifications.post(u"ruleChanged"_s,
+                                      {{u"theModel"_s, QVariant::fromValue(rule)}});
     };
     const int steps = m_document->undoStack().count();
     m_document->beginRuleEdit(rule);
@@ -209,8 +209,8 @@ void TestTDocumentRules::notifications()
     m_fixture->host.calls.clear();
     const auto post = [&](TDocument *document) {
         m_fixture->notifications.post(
-            name, {{TDocument::kTheData, QVariant::fromValue(document)},
-                   {Notifications::kTheModel, QVariant::fromValue(m_document->ruleArray()[1])}});
+            name, {{u"theData"_s, QVariant::fromValue(document)},
+                   {u"theModel"_s, QVariant::fromValue(m_document->ruleArray()[1])}});
     };
     post(other.get());
     QCOMPARE(m_document->rulesToString(), u"abc"_s);
@@ -227,7 +227,12 @@ void TestTDocumentRules::drags()
     QVERIFY(!TDocumentDrag::dataForTile(u"Nonsense"_s));
     setLogSink({});
     QVERIFY(lines.join(u' ').contains("Unknown draggable identifier 'Nonsense' encountered"_L1));
-    QCOMPARE(TDocumentDrag::rulesType(), u"com.zel.tavrin-rules"_s);
+    namespace D = TDocumentDrag;
+    const QStringList types{D::rulesType(), D::fileTableType(), D::fileObjectsType(),
+                            D::indexesType()};
+    QCOMPARE(D::baseType(), u"com.zel.tavrin"_s);
+    QCOMPARE(types, (QStringList{u"com.zel.tavrin-rules"_s, u"com.zel.tavrin-fileTable"_s,
+                                 u"com.zel.tavrin-fileObjects"_s, u"com.zel.tavrin-indexes"_s}));
     const auto data = TDocumentDrag::dataForTile(u"Counter"_s);
     QMimeData elsewhere; // as another program has it
     for (const QString &format : data->formats())

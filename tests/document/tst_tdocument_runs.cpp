@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "document/TDocumentHelpers.h"
 #include "support/DocumentFixture.h"
 
 #include <QTest>
@@ -14,6 +15,7 @@ private Q_SLOTS:
     void progress();
     void gathering();
     void gatheringWaitsForTheDrop();
+    void gatheringWithHelpers();
     void errorsAndBadge();
     void testRun_data();
     void testRun();
@@ -100,6 +102,30 @@ void TestTDocumentRuns::gatheringWaitsForTheDrop()
     QVERIFY(fixture.settle());
     QCOMPARE(fixture.metadata.asked, fixture.names());
     QCOMPARE(fixture.host.callsOf(u"progress 0/"_s).size(), 1);
+}
+
+/// The program's own way to metadata, to a helper that answers with the names of the files.
+void TestTDocumentRuns::gatheringWithHelpers()
+{
+    DocumentFixture fixture;
+    qputenv("TAVRIN_METADATA_HELPER", TAVRIN_FAKE_HELPER);
+    qputenv("FAKE_HELPER_LOG", fixture.tree.file(u"log"_s).toUtf8());
+    const auto restore = qScopeGuard([] { qunsetenv("TAVRIN_METADATA_HELPER"); });
+    fixture.document = std::make_unique<TDocument>(
+        fixture.host, TDocumentServices{fixture.mainThread,
+                                        fixture.disk,
+                                        fixture.clock,
+                                        fixture.notifications,
+                                        fixture.worker,
+                                        {{}, {}},
+                                        {},
+                                        gatherersWithHelpers(fixture.mainThread)});
+    QVERIFY(fixture.drop({fixture.tree.file(u"a.jpg"_s), fixture.tree.file(u"crash.jpg"_s),
+                          fixture.tree.file(u"b.mp3"_s)}));
+    const TFileList &files = fixture.document->sourceObjectArray();
+    QCOMPARE(files[0]->imageProperties()->value(u"Name"_s).toString(), u"a.jpg"_s);
+    QVERIFY(files[1]->imageProperties() && !files[1]->ID3());
+    QCOMPARE(files[2]->ID3()->value(u"title"_s).toString(), u"b.mp3"_s);
 }
 
 void TestTDocumentRuns::errorsAndBadge()
