@@ -445,6 +445,8 @@ int TavrinStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
         return 8;
     case PM_MenuVMargin:
         return kMenuMargin;
+    case PM_MenuPanelWidth:
+        return 1;
     case PM_HeaderMargin:
         return kHeaderMargin;
     case PM_ScrollBarExtent:
