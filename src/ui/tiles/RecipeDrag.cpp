@@ -8,6 +8,7 @@
 #include <QCursor>
 #include <QDrag>
 #include <QDropEvent>
+#include <QElapsedTimer>
 #include <QPainter>
 #include <QPointer>
 #include <QWidget>
@@ -20,6 +21,8 @@ constexpr std::size_t kTilesShown = 3;
 constexpr int kCountGap = 4;
 /// What the pointer shows where a drop deletes; no recipe offers it.
 constexpr Qt::DropAction kDeleting = Qt::LinkAction;
+constexpr QLatin1StringView kWayland{"wayland"};
+constexpr qint64 kGivingUp = 40; ///< milliseconds
 constexpr int kPointer = 28;
 constexpr int kPointerIcon = 16;
 
@@ -59,6 +62,31 @@ private:
     bool m_hasDrop = false;
 };
 
+/// Notes when a drag leaves the program's windows. Wayland tells a program neither where the
+/// pointer is beyond them nor that the button was released there.
+class Leaving : public QObject
+{
+public:
+    Leaving() { qApp->installEventFilter(this); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const QEvent::Type type = event->type();
+        if (!watched->isWindowType())
+            return false;
+        if (type == QEvent::DragLeave)
+            m_left.start();
+        else if (type == QEvent::DragEnter || type == QEvent::DragMove)
+            m_left.invalidate();
+        return false;
+    }
+    /// A drag that is given up leaves its window, too, but ends with that.
+    bool isBeyond() const { return m_left.isValid() && m_left.hasExpired(kGivingUp); }
+
+private:
+    QElapsedTimer m_left;
+};
+
 /// A wastebasket on a card.
 QPixmap deletingPointer(const QWidget &recipe)
 {
@@ -81,8 +109,10 @@ QPixmap deletingPointer(const QWidget &recipe)
 
 /// A drag that Escape ends leaves the button down; one that ends within the window may have been
 /// too quick for its answers.
-bool isReleasedBeyond(const QWidget &window)
+bool isReleasedBeyond(const QWidget &window, const Leaving &leaving)
 {
+    if (QGuiApplication::platformName().startsWith(kWayland))
+        return leaving.isBeyond();
     return !(QGuiApplication::mouseButtons() & Qt::LeftButton) &&
            !window.frameGeometry().contains(QCursor::pos());
 }
@@ -140,10 +170,12 @@ bool run(std::unique_ptr<QMimeData> data, const Picture &picture, Purpose purpos
     }
     const QPointer<QWidget> window(recipe.window());
     Outside outside(*window);
+    const Leaving leaving;
     drag->setDragCursor(deletingPointer(recipe), kDeleting);
     const Qt::DropAction done =
         drag->exec(Qt::CopyAction | Qt::MoveAction | kDeleting, Qt::MoveAction);
-    return outside.hasDrop() || (done == Qt::IgnoreAction && window && isReleasedBeyond(*window));
+    return outside.hasDrop() ||
+           (done == Qt::IgnoreAction && window && isReleasedBeyond(*window, leaving));
 }
 
 } // namespace RecipeDrag
