@@ -103,9 +103,8 @@ void FileCellDelegate::paintContent(QPainter &painter, const QStyleOptionViewIte
     const QString shown =
         QFontMetrics(m_look.font)
             .elidedText(text, isName ? Qt::ElideMiddle : Qt::ElideRight, rect.width());
-    // Numbers and dates read as their own text does, whichever way the window runs.
-    if (index.column() != FileTableModel::Name && index.column() != FileTableModel::Folder)
-        painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    // Names, numbers and dates read as their own text does, whichever way the window runs.
+    painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const Qt::Alignment alignment = QStyle::visualAlignment(
         option.direction, index.column() == FileTableModel::Size ? Qt::AlignRight : Qt::AlignLeft);
     painter.setPen(isName ? m_look.colors.ink : muted(index));

@@ -3,6 +3,7 @@
 
 #include "commonprocs/ByteNames.h"
 #include "document/NameGeneration.h"
+#include "ui/controls/ToolTip.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -19,10 +20,9 @@ constexpr const char *kNameTaken = QT_TRANSLATE_NOOP(
     "FileTable", "The run would save it as %1, because the name must be free and usable.");
 constexpr const char *kWouldFail =
     QT_TRANSLATE_NOOP("FileTable", "The run could not give it this name: %1");
+constexpr const char *kOneByte = QT_TRANSLATE_NOOP("FileTable", "1 byte");
 constexpr QLatin1StringView kPlainDate{"yyyy-MM-dd HH:mm"};
 constexpr qint64 kMegabyte = qint64{1} << 20;
-constexpr qsizetype kLineLength = 90;
-constexpr qsizetype kMostLines = 24;
 
 QString text(const char *source)
 {
@@ -102,6 +102,8 @@ TErrorLog problems(const TFileObject &file, const Forecast *forecast)
 
 QString sizeText(qint64 size)
 {
+    if (size == 1)
+        return text(kOneByte);
     return QLocale().formattedDataSize(size, size < kMegabyte ? 0 : 1,
                                        QLocale::DataSizeTraditionalFormat);
 }
@@ -129,35 +131,17 @@ QString levelText(int level)
     }
 }
 
-QString toolTip(const QString &text)
-{
-    if (text.isEmpty())
-        return {};
-    QStringList lines;
-    for (const QString &paragraph : text.split(u'\n')) {
-        for (qsizetype from = 0; from == 0 || from < paragraph.size(); from += kLineLength)
-            lines += paragraph.mid(from, kLineLength).toHtmlEscaped();
-        if (lines.size() > kMostLines)
-            break;
-    }
-    if (lines.size() > kMostLines) {
-        lines.resize(kMostLines);
-        lines.last() = u"\u2026"_s;
-    }
-    return u"<p style='white-space:pre'>"_s + lines.join(u"<br>"_s) + u"</p>"_s;
-}
-
 QString newNameToolTip(const TFileObject &file, const Forecast *forecast)
 {
     QString tip = ByteNames::forDisplay(shownName(file)) +
                   ByteNames::forDisplay(file.attributedTargetExtension().string());
     if (!isKnown(forecast))
-        return toolTip(tip);
+        return ToolTip::of(tip);
     if (!forecast->refusal.isEmpty())
         tip += '\n'_L1 + text(kWouldFail).arg(forecast->refusal);
     else if (forecast->finalName != wantedName(file))
         tip += '\n'_L1 + text(kNameTaken).arg(ByteNames::forDisplay(forecast->finalName));
-    return toolTip(tip);
+    return ToolTip::of(tip);
 }
 
 } // namespace FileCells

@@ -34,8 +34,6 @@ TErrorLog problems(const TFileObject &file, const Forecast *forecast);
 QString sizeText(qint64 size);
 QString dateText(TDate date);
 QString levelText(int level);
-/// Plain text as a tool tip, in lines that fit on a screen however long it is.
-QString toolTip(const QString &text);
 /// Why the run would write something else than the new name that is shown, behind that name.
 QString newNameToolTip(const TFileObject &file, const Forecast *forecast);
 

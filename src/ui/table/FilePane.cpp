@@ -27,6 +27,9 @@ namespace {
 
 /// Room below the last row, so that it does not touch the round corners.
 constexpr int kFoot = 6;
+/// Keep the table out of the round corners of its card.
+constexpr int kAbove = 5;
+constexpr int kBeside = 2;
 
 QString hintFor(FileKinds::Filter filter)
 {
@@ -114,7 +117,7 @@ FilePane::Private::~Private()
 void FilePane::Private::layOut()
 {
     auto *tableLayout = new QVBoxLayout(tablePage);
-    tableLayout->setContentsMargins(1, 4, 1, kFoot);
+    tableLayout->setContentsMargins(kBeside, kAbove, kBeside, kFoot);
     tableLayout->addWidget(table);
     auto *card = new Card(&pane);
     pages = new QStackedLayout(card);

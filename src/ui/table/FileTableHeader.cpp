@@ -13,7 +13,7 @@ namespace {
 constexpr int kMarkWidth = 8;
 constexpr int kMarkHeight = 5;
 constexpr int kMarkGap = 6;
-constexpr int kExtraHeight = 12;
+constexpr int kExtraHeight = 11;
 constexpr int kSeparatorInset = 8;
 
 void drawMark(QPainter &painter, QPoint place, bool ascending, const QColor &ink)

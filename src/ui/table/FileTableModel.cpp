@@ -2,6 +2,7 @@
 #include "ui/table/FileTableModel.h"
 
 #include "commonprocs/ByteNames.h"
+#include "ui/controls/ToolTip.h"
 #include "ui/table/FileCells.h"
 
 #include <algorithm>
@@ -189,13 +190,13 @@ QString FileTableModel::toolTip(int row, int column) const
     const TFileObject &entry = file(row);
     switch (column) {
     case Status:
-        return FileCells::toolTip(lines(FileCells::problems(entry, forecast(row))));
+        return ToolTip::of(lines(FileCells::problems(entry, forecast(row))));
     case Name:
-        return FileCells::toolTip(ByteNames::forDisplay(entry.thePath()));
+        return ToolTip::of(ByteNames::forDisplay(entry.thePath()));
     case NewName:
         return FileCells::newNameToolTip(entry, forecast(row));
     case Folder:
-        return FileCells::toolTip(ByteNames::forDisplay(entry.item().url.folder()->path()));
+        return ToolTip::of(ByteNames::forDisplay(entry.item().url.folder()->path()));
     default:
         return {};
     }

@@ -25,6 +25,8 @@ public:
 
     qreal width() const { return m_width + 2 * m_margin; }
     bool isElided() const { return m_isElided; }
+    /// The direction of its first letter that has one.
+    bool isRightToLeft() const { return !m_isOneWay && m_text.isRightToLeft(); }
     /// topLeft is the corner of the row; the line is centred in its height.
     void paint(QPainter &painter, QPointF topLeft, qreal height);
 

@@ -84,12 +84,20 @@ void NewNameDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem
         dim(pieces, muted(index));
     NameLine name(pieces, look().font, std::max(kLeastName, room - extensionWidth));
 
-    const QRect nameRect = place(0, name.width());
-    name.paint(painter, nameRect.topLeft(), rect.height());
+    // Name and extension are one text, which reads its own way, whichever the window runs.
+    const bool isToLeft = name.isRightToLeft();
+    const QRect whole = place(0, name.width() + extensionWidth);
+    const QRectF extensionRect(isToLeft ? whole.left() : whole.left() + name.width(), rect.top(),
+                               extensionWidth, rect.height());
+    name.paint(painter,
+               {isToLeft ? whole.left() + extensionWidth : whole.left(), qreal(rect.top())},
+               rect.height());
+    painter.setLayoutDirection(isToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     painter.setPen(look().colors.extension);
     const int flags =
         static_cast<int>(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine;
-    painter.drawText(place(name.width(), extensionWidth), flags, extension);
+    painter.drawText(extensionRect, flags, extension);
+    painter.setLayoutDirection(option.direction);
 
     const qreal used = name.width() + extensionWidth + kNoteGap;
     if (note.text.isEmpty() || used >= rect.width())

@@ -31,7 +31,6 @@ private Q_SLOTS:
     void newNames();
     void linesFitTheirRoom_data();
     void linesFitTheirRoom();
-    void toolTipsAreBounded();
 };
 
 /// Every operation does what it does to a plain set of numbers.
@@ -158,14 +157,6 @@ void TestFileCells::linesFitTheirRoom()
     const int middle = kLeft + static_cast<int>(line.width() / 2);
     if (!text.isEmpty())
         QVERIFY(image.pixelColor(middle, 4) != QColor(Qt::white));
-}
-
-void TestFileCells::toolTipsAreBounded()
-{
-    const QString tip = FileCells::toolTip(QString(100'000, u'<'));
-    QVERIFY(tip.size() < 20'000);
-    QVERIFY(!tip.contains(u"<<"_s));
-    QCOMPARE(FileCells::toolTip({}), QString());
 }
 
 QTEST_MAIN(TestFileCells)

@@ -178,6 +178,7 @@ private Q_SLOTS:
     void contextMenu();
     void problemsOpenBesideTheirRow();
     void columnsAreRemembered();
+    void namesReadAlikeInMirroredWindows();
 };
 
 void TestFilePane::dropsFromOutside_data()
@@ -461,6 +462,29 @@ void TestFilePane::columnsAreRemembered()
     QVERIFY(!header->isSectionHidden(Column::Size));
     QCOMPARE(header->visualIndex(Column::Name), int{Column::Name});
     UserDefaults::setValue(u"fileTableColumns"_s, {});
+}
+
+/// Only where it stands differs: "01 a.txt" never becomes "txt.01 a".
+void TestFilePane::namesReadAlikeInMirroredWindows()
+{
+    Shown shown({u"01 a.txt"_s, u"b.txt"_s});
+    shown.doc().theExtensionHandler().setHandlingMethod(TExtensionHandler::kReplace);
+    QVERIFY(shown.batch.useRules({textRule(u"02 "_s), makeRule(u"Original"_s)}));
+    const auto newName = [&shown] {
+        // Without the lines around the row.
+        const QRect cell = shown.table->visualRect(shown.model->index(0, Column::NewName));
+        const QImage image = shown.table->viewport()->grab(cell.adjusted(2, 3, -2, -3)).toImage();
+        const QRgb ground = image.pixel(image.width() / 2, 0);
+        QRect drawn;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                if (image.pixel(x, y) != ground)
+                    drawn |= QRect(x, y, 1, 1);
+        return image.copy(drawn);
+    };
+    const QImage before = newName();
+    shown.pane->setLayoutDirection(Qt::RightToLeft);
+    QCOMPARE(newName(), before);
 }
 
 QTEST_MAIN(TestFilePane)
