@@ -22,6 +22,7 @@ namespace {
 constexpr int kGap = 4;
 constexpr int kColumnGap = 12;
 constexpr double kMillion = 1e6;
+constexpr qint64 kMegabyte = qint64{1} << 20;
 constexpr const char *kTitles[] = {
     QT_TRANSLATE_NOOP("FactsPane", "Dimensions"), QT_TRANSLATE_NOOP("FactsPane", "Duration"),
     QT_TRANSLATE_NOOP("FactsPane", "Created"), QT_TRANSLATE_NOOP("FactsPane", "Modified")};
@@ -31,6 +32,14 @@ QString shown(const TDate &date)
     return date.isSet() ? QLocale().toString(QDateTime::fromMSecsSinceEpoch(date.milliseconds()),
                                              QLocale::ShortFormat)
                         : QString();
+}
+
+QString sizeText(qint64 size)
+{
+    if (size == 1)
+        return FactsPane::tr("1 byte");
+    return QLocale().formattedDataSize(size, size < kMegabyte ? 0 : 1,
+                                       QLocale::DataSizeTraditionalFormat);
 }
 
 /// As the picture is seen, and how many millions of pixels it has from one million on.
@@ -89,10 +98,11 @@ FactsPane::FactsPane(QWidget *parent)
     m_form->setContentsMargins(0, kGap, 0, 0);
     m_form->setHorizontalSpacing(kColumnGap);
     m_form->setVerticalSpacing(kGap);
+    m_form->setRowWrapPolicy(QFormLayout::WrapLongRows);
     for (int row = 0; row < kRows; ++row) {
         m_titles[row] = new QLabel(tr(kTitles[row]), this);
-        m_values[row] = label(this);
-        m_values[row]->setWordWrap(true);
+        m_values[row] = new QLabel(this);
+        m_values[row]->setTextFormat(Qt::PlainText);
         m_values[row]->setTextInteractionFlags(Qt::TextSelectableByMouse);
         m_form->addRow(m_titles[row], m_values[row]);
     }
@@ -105,7 +115,7 @@ void FactsPane::showFacts(const TFileItem &file, const FileReading &reading)
     elideName();
     QStringList kind{reading.kind};
     if (file.facts.kind == TFileStatus::Kind::File)
-        kind += QLocale().formattedDataSize(file.facts.size, 1, QLocale::DataSizeTraditionalFormat);
+        kind += sizeText(file.facts.size);
     kind.removeAll(QString());
     m_kind->setText(kind.join(u" · "_s));
     setRow(Dimensions, reading.imageProperties ? dimensions(*reading.imageProperties) : QString());

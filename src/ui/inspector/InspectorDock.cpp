@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kMargin = 12;
 constexpr int kGap = 12;
-constexpr int kLeastWidth = 220;
+constexpr int kLeastLetters = 32;
 constexpr int kTreeMargin = 4;
 
 QLatin1StringView ruleKindOf(Sort sort)
@@ -103,7 +103,7 @@ InspectorDock::Private::Private(InspectorDock &dock)
     layout->addWidget(m_hint);
     m_hint->setWordWrap(true);
     m_hint->setForegroundRole(QPalette::PlaceholderText);
-    content->setMinimumWidth(kLeastWidth);
+    content->setMinimumWidth(kLeastLetters * content->fontMetrics().averageCharWidth());
     dock.setWidget(content);
 
     connect(m_filter, &QLineEdit::textChanged, m_tree, &TagTree::setFilter);
