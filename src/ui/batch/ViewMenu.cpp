@@ -57,12 +57,14 @@ ViewMenu::ViewMenu(const BatchParts &parts, QWidget *parent)
 void ViewMenu::addFilters(const FilePane &files)
 {
     QMenu *menu = addMenu(tr("&Filter"));
+    auto *group = new QActionGroup(menu);
     const QList<PillButton *> filters = files.findChildren<PillButton *>();
     for (PillButton *filter : filters) {
         if (!filter->isCheckable())
             continue;
         QAction *action = menu->addAction(filter->text(), filter, &PillButton::click);
         action->setCheckable(true);
+        group->addAction(action);
         connect(menu, &QMenu::aboutToShow, action,
                 [action, filter] { action->setChecked(filter->isChecked()); });
     }

@@ -3,6 +3,7 @@
 
 #include "ui/controls/Icons.h"
 #include "ui/controls/Theme.h"
+#include "ui/controls/ToolTip.h"
 #include "ui/tiles/ShownText.h"
 
 #include <QEvent>
@@ -95,7 +96,7 @@ void SampleLine::follow()
     const QString both =
         m_newName.isEmpty() ? m_oldName : tr("%1 becomes %2").arg(m_oldName, m_newName.text());
     setAccessibleDescription(both);
-    setToolTip(both.toHtmlEscaped());
+    setToolTip(ToolTip::of(both));
     update();
 }
 

@@ -2,6 +2,7 @@
 #include "ui/windows/FolderAccessView.h"
 
 #include "commonprocs/ByteNames.h"
+#include "ui/controls/ToolTip.h"
 #include "ui/windows/RowDelegate.h"
 #include "ui/windows/SheetParts.h"
 
@@ -65,7 +66,9 @@ public:
         case Qt::DecorationRole:
             return cell.image.isSet() ? QVariant(RowDelegate::icon(cell.image)) : QVariant();
         case Qt::ToolTipRole:
-            return index.column() == kStatus ? state : ByteNames::forDisplay(pathOf(index.row()));
+            return index.column() == kStatus
+                       ? state
+                       : ToolTip::of(ByteNames::forDisplay(pathOf(index.row())));
         case Qt::AccessibleTextRole:
             return index.column() == kStatus ? QVariant(state) : QVariant();
         default:

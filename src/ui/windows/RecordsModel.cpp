@@ -2,6 +2,7 @@
 #include "ui/windows/RecordsModel.h"
 
 #include "commonprocs/ByteNames.h"
+#include "ui/controls/ToolTip.h"
 #include "ui/windows/RowDelegate.h"
 
 #include <array>
@@ -53,7 +54,7 @@ QVariant RecordsModel::data(const QModelIndex &index, int role) const
     case RowDelegate::kInkRole:
         return static_cast<int>(cell.ink);
     case Qt::ToolTipRole:
-        return toolTip(index);
+        return ToolTip::of(toolTip(index));
     case Qt::AccessibleTextRole:
         return index.column() == Status ? statusName(recordAt(index.row()).renamedExistsWithStatus)
                                         : QVariant();

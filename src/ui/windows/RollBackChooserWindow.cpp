@@ -2,6 +2,7 @@
 #include "ui/windows/RollBackChooserWindow.h"
 
 #include "commonprocs/ByteNames.h"
+#include "ui/controls/ToolTip.h"
 #include "ui/windows/LogDelegate.h"
 #include "ui/windows/PickList.h"
 #include "ui/windows/RowDelegate.h"
@@ -41,7 +42,7 @@ public:
         case Qt::DecorationRole:
             return RowDelegate::icon(m_chooser.logName(index.row()).image);
         case Qt::ToolTipRole:
-            return ByteNames::forDisplay(m_chooser.theLogs()[index.row()].path());
+            return ToolTip::of(ByteNames::forDisplay(m_chooser.theLogs()[index.row()].path()));
         default:
             return {};
         }

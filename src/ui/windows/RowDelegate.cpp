@@ -21,6 +21,14 @@ constexpr QChar kIsolate{0x2068};
 constexpr QChar kEndIsolate{0x2069};
 constexpr int kInset = 5; ///< of a cell's content from its sides
 
+/// Where a row's content lies. Several lines of text need room of their own between rows.
+QRect contentOf(const QStyleOptionViewItem &option)
+{
+    const bool isWrapped = option.features.testFlag(QStyleOptionViewItem::WrapText);
+    const int room = isWrapped ? kRoom / 2 : 0;
+    return option.rect.adjusted(kInset, room, -kInset, -room);
+}
+
 QIcon dot(const QColor &color)
 {
     const qreal ratio = qApp->devicePixelRatio();
@@ -85,15 +93,16 @@ void RowDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                                           ground.widget);
     QStyleOptionViewItem content(option);
     content.state &= ~(QStyle::State_Selected | QStyle::State_MouseOver);
-    content.rect.adjust(kInset, 0, -kInset, 0);
+    content.rect = contentOf(option);
     QStyledItemDelegate::paint(painter, content, index);
 }
 
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     QStyleOptionViewItem content(option);
-    content.rect.adjust(kInset, 0, -kInset, 0);
+    content.rect = contentOf(option);
     QSize size = QStyledItemDelegate::sizeHint(content, index);
+    size.rheight() += option.rect.height() - content.rect.height();
     size.setHeight(std::max(size.height(), rowHeight(option.fontMetrics)));
     return size;
 }
@@ -109,7 +118,9 @@ void RowDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInde
     option->palette.setColor(QPalette::Highlight, colors.selection);
     for (const auto role : {QPalette::Text, QPalette::HighlightedText})
         option->palette.setColor(role, inkOf(ink, colors));
-    if (!option->features.testFlag(QStyleOptionViewItem::WrapText))
+    if (option->features.testFlag(QStyleOptionViewItem::WrapText))
+        option->decorationAlignment = Qt::AlignHCenter | Qt::AlignTop;
+    else
         option->textElideMode = Qt::ElideMiddle;
     option->state &= ~QStyle::State_HasFocus; // the selection shows where the keyboard is
 }

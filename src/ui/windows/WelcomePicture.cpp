@@ -123,6 +123,7 @@ WelcomePicture::WelcomePicture(Step step, QWidget *parent)
 void WelcomePicture::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    painter.setLayoutDirection(Qt::LeftToRight); // the names are English ones
     painter.setRenderHint(QPainter::Antialiasing);
     const Canvas canvas{painter, ThemeColors::of(palette()), devicePixelRatioF()};
     painter.setPen(QPen(canvas.colors.border, 1));
