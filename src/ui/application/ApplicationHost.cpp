@@ -6,6 +6,7 @@
 #include "ui/windows/AboutDialog.h"
 #include "ui/windows/Dialogs.h"
 #include "ui/windows/FirstRunDialog.h"
+#include "ui/windows/Placing.h"
 #include "ui/windows/PreferencesWindow.h"
 #include "ui/windows/RatingQuestion.h"
 #include "ui/windows/RollBackChooserWindow.h"
@@ -143,12 +144,13 @@ void ApplicationHost::updateMenus()
 void ApplicationHost::openUntitledDocument()
 {
     newBatch();
+    BatchWindow &batch = *m_batches.back();
     if (!m_preset.isEmpty())
-        m_batches.back()->usePreset(std::exchange(m_preset, {}));
+        batch.usePreset(std::exchange(m_preset, {}));
     if (!m_files.isEmpty())
-        m_batches.back()->addFiles(std::exchange(m_files, {}));
+        batch.addFiles(std::exchange(m_files, {}));
     if (m_firstRunFinished)
-        showFirstRun();
+        Placing::onceOnScreen(batch, [this] { showFirstRun(); });
 }
 
 /// The greeting comes before there is anything to greet with; it waits for the first window.
@@ -168,15 +170,27 @@ void ApplicationHost::showFirstRun()
     m_firstRun->show();
 }
 
-/// At every start: the welcome as long as it is wanted, and what else may be due.
+/// At every start, over a window that stands where it will stay.
 void ApplicationHost::showWelcomeWindow()
 {
-    if (m_isQuitting || (m_firstRun && m_firstRun->isVisible()))
+    if (m_isQuitting || m_firstRunFinished || (m_firstRun && m_firstRun->isVisible()))
         return;
-    RatingQuestion::countRun();
-    if (UiSettings::showsWelcome())
-        showWelcome();
+    if (BatchWindow *batch = currentBatch())
+        Placing::onceOnScreen(*batch, [this] { greet(); });
     else
+        greet();
+}
+
+/// The welcome as long as it is wanted, and what else may be due.
+void ApplicationHost::greet()
+{
+    RatingQuestion::countRun();
+    const BatchWindow *batch = currentBatch();
+    const bool isEmpty = batch != nullptr && batch->document().sourceObjectArray().empty() &&
+                         !batch->document().isReceivingDrop();
+    if (UiSettings::showsWelcome() && isEmpty) // who came with files knows how to begin
+        showWelcome();
+    else if (!UiSettings::showsWelcome())
         RatingQuestion::askIfDue(*this);
     if (UiSettings::looksForUpdates())
         updates().checkAtStart();
@@ -191,12 +205,18 @@ UpdateNotice &ApplicationHost::updates()
 
 void ApplicationHost::checkForUpdates()
 {
-    updates().check();
+    updates().check(currentBatch());
 }
 
 void ApplicationHost::showWelcome()
 {
     showOnce<WelcomeWindow>(m_welcome, currentBatch());
+}
+
+void ApplicationHost::showHelp(HelpWindow::Topic topic)
+{
+    showOnce<HelpWindow>(m_help, currentBatch());
+    static_cast<HelpWindow &>(*m_help).turnTo(topic);
 }
 
 void ApplicationHost::showAbout()

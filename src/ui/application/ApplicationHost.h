@@ -58,6 +58,7 @@ public:
     void rollBackEarlier() override;
     void rollBackLog(const TFileURL &log) override;
     void showPreferences() override;
+    void showHelp(HelpWindow::Topic topic) override;
     void showWelcome() override;
     void showAbout() override;
     void checkForUpdates() override;
@@ -70,6 +71,7 @@ private:
     TDocumentServices documentServices();
     BatchWindow *currentBatch() const;
     void showFirstRun();
+    void greet();
     UpdateNotice &updates();
     void batchFinished(BatchWindow *batch);
     void quitIfDone();
@@ -85,6 +87,7 @@ private:
     QPointer<BatchWindow> m_lastUsed;
     QPointer<QDialog> m_firstRun;
     QPointer<QDialog> m_welcome;
+    QPointer<QDialog> m_help;
     QPointer<QDialog> m_about;
     QPointer<QDialog> m_preferences;
     std::unique_ptr<UpdateNotice> m_updates;  ///< null until it is wanted

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "commonprocs/TFileURL.h"
+#include "ui/windows/HelpWindow.h"
 
 /// What a batch window asks of the application around it. Main thread only; outlives the windows.
 class ApplicationCommands
@@ -19,6 +20,7 @@ public:
     virtual void rollBackEarlier() = 0;
     virtual void rollBackLog(const TFileURL &log) = 0;
     virtual void showPreferences() = 0;
+    virtual void showHelp(HelpWindow::Topic topic) = 0;
     virtual void showWelcome() = 0;
     virtual void showAbout() = 0;
     virtual void checkForUpdates() = 0;

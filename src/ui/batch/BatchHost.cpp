@@ -11,6 +11,7 @@
 #include "ui/tiles/RecipeCard.h"
 #include "ui/windows/Dialogs.h"
 #include "ui/windows/LogWindow.h"
+#include "ui/windows/Placing.h"
 #include "ui/windows/PresetRemovalWindow.h"
 #include "ui/windows/ProgressSheet.h"
 
@@ -147,7 +148,7 @@ void BatchHost::showLogWindow(const std::shared_ptr<TLogWindowController> &log)
 {
     auto *window = new LogWindow(log);
     m_logs.push_back(window);
-    window->move(m_window.geometry().center() - window->rect().center());
+    Placing::centre(*window, m_window);
     window->show();
 }
 

@@ -159,6 +159,13 @@ void BatchMenus::addHelpMenu(QMenuBar &bar)
 {
     QMenu *menu = bar.addMenu(tr("&Help"));
     ApplicationCommands &application = m_parts.application;
+    using Topic = HelpWindow::Topic;
+    menu->addAction(tr("Tavrin &Help"), QKeySequence::HelpContents, this,
+                    [&application] { application.showHelp(Topic::Start); });
+    menu->addAction(tr("&Regular Expressions"), this,
+                    [&application] { application.showHelp(Topic::RegularExpressions); });
+    menu->addAction(tr("&Keys"), this, [&application] { application.showHelp(Topic::Keys); });
+    menu->addSeparator();
     menu->addAction(tr("&Welcome"), this, [&application] { application.showWelcome(); });
     menu->addAction(tr("&Check for Updates..."), this,
                     [&application] { application.checkForUpdates(); });

@@ -16,7 +16,7 @@ struct BatchParts
 {
     QMainWindow &window;
     TDocument &document;
-    Notifications &notifications;
+    const TDocumentServices &services;
     ApplicationCommands &application;
     RecipeCard &recipe;
     FilePane &files;

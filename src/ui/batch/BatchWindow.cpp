@@ -66,8 +66,8 @@ BatchWindow::BatchWindow(TDocumentServices services, ApplicationCommands &applic
     m_inspector->setObjectName(QStringLiteral("inspector"));
     addDockWidget(Qt::RightDockWidgetArea, m_inspector);
     m_inspector->hide();
-    m_menus = new BatchMenus({*this, *m_document, m_services.notifications, m_application,
-                              *m_recipe, *m_files, *m_status, *m_inspector, *m_editors},
+    m_menus = new BatchMenus({*this, *m_document, m_services, m_application, *m_recipe, *m_files,
+                              *m_status, *m_inspector, *m_editors},
                              *menuBar(), this);
     m_files->addControl(new SortButton(m_menus->sortMenu(), this));
     setAcceptDrops(true);

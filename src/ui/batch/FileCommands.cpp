@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/batch/FileCommands.h"
 
-#include <QApplication>
 #include <QMainWindow>
-#include <QUrl>
 
 FileCommands::FileCommands(const BatchParts &parts)
     : m_parts(parts)
@@ -12,30 +10,22 @@ FileCommands::FileCommands(const BatchParts &parts)
 
 void FileCommands::addFiles() const
 {
-    choose(QApplication::translate("FileCommands", "Add Files"), QFileDialog::ExistingFiles);
+    choose(AddPanel::Kind::Files);
 }
 
 void FileCommands::addFolder() const
 {
-    choose(QApplication::translate("FileCommands", "Add Folder"), QFileDialog::Directory);
+    choose(AddPanel::Kind::Folders);
 }
 
-void FileCommands::choose(const QString &title, QFileDialog::FileMode mode) const
+void FileCommands::choose(AddPanel::Kind kind) const
 {
-    auto *panel = new QFileDialog(&m_parts.window, title);
-    panel->setAttribute(Qt::WA_DeleteOnClose);
-    panel->setFileMode(mode);
-    panel->setLabelText(QFileDialog::Accept, QApplication::translate("FileCommands", "Add"));
-    QObject::connect(
-        panel, &QFileDialog::urlsSelected, &m_parts.document,
-        [&document = m_parts.document](const QList<QUrl> &urls) {
-            TFileURLs files;
-            for (const QUrl &url : urls) {
-                const auto file = TFileURL::fromString(url.toString(QUrl::FullyEncoded));
-                if (file.isValid())
-                    files += file;
-            }
-            document.addFiles(files, static_cast<qsizetype>(document.sourceObjectArray().size()));
-        });
+    TDocument &document = m_parts.document;
+    auto *panel = new AddPanel(
+        kind, m_parts.services.mainThread, m_parts.services.worker,
+        [&document](const TFileURLs &urls) {
+            document.addFiles(urls, static_cast<qsizetype>(document.sourceObjectArray().size()));
+        },
+        &m_parts.window); // deletes itself
     panel->open();
 }

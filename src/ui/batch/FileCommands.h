@@ -2,8 +2,7 @@
 #pragma once
 
 #include "ui/batch/BatchParts.h"
-
-#include <QFileDialog>
+#include "ui/windows/AddPanel.h"
 
 /// The panels in which files and folders for a batch are chosen. They belong to the window; nothing
 /// waits for them.
@@ -16,7 +15,7 @@ public:
     void addFolder() const;
 
 private:
-    void choose(const QString &title, QFileDialog::FileMode mode) const;
+    void choose(AddPanel::Kind kind) const;
 
     const BatchParts m_parts;
 };

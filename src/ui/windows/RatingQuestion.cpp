@@ -17,17 +17,14 @@ constexpr QLatin1StringView kPage{"appstream://com.zel.tavrin"};
 constexpr qsizetype kRate = 1;
 constexpr qsizetype kNever = 2;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("RatingQuestion", text);
-}
-
 void rate(TDialogHost &host, const std::function<bool(const QUrl &)> &open)
 {
     if (!open(QUrl(kPage))) {
         host.ask({TDialogHost::Form::Alert,
-                  tr("Thank You"),
-                  tr("This desktop has no software centre in which Tavrin could be rated."),
+                  QCoreApplication::translate("RatingQuestion", "Thank You"),
+                  QCoreApplication::translate(
+                      "RatingQuestion",
+                      "This desktop has no software centre in which Tavrin could be rated."),
                   {},
                   {}});
     }
@@ -59,10 +56,14 @@ void askIfDue(TDialogHost &host, const std::function<bool(const QUrl &)> &open)
     UserDefaults::setValue(kAskedAtRun, thePreferences().runCount);
     const TDialogHost::Question question{
         TDialogHost::Form::Alert,
-        tr("Do You Like Tavrin?"),
-        tr("Others find it more easily when you rate it in your software centre."),
+        QCoreApplication::translate("RatingQuestion", "Do You Like Tavrin?"),
+        QCoreApplication::translate(
+            "RatingQuestion",
+            "Others find it more easily when you rate it in your software centre."),
         {},
-        {tr("Not Now"), tr("Rate Tavrin..."), tr("Never Ask Again")}};
+        {QCoreApplication::translate("RatingQuestion", "Not Now"),
+         QCoreApplication::translate("RatingQuestion", "Rate Tavrin..."),
+         QCoreApplication::translate("RatingQuestion", "Never Ask Again")}};
     host.ask(question, [&host, open](qsizetype button) {
         if (button == kRate)
             rate(host, open);

@@ -59,7 +59,7 @@ bool UpdateCheck::accepts(const QUrl &feed) const
 
 void UpdateCheck::start(const QUrl &feed, Finished finished)
 {
-    drop();
+    cancel();
     m_finished = std::move(finished);
     m_patience.start(m_limits.time);
     if (!accepts(feed)) {
@@ -110,12 +110,12 @@ void UpdateCheck::fail(const QString &problem)
 void UpdateCheck::finish(const Answer &answer)
 {
     const Finished finished = std::exchange(m_finished, {});
-    drop();
+    cancel();
     if (finished) // last: it may destroy the check
         finished(answer);
 }
 
-void UpdateCheck::drop()
+void UpdateCheck::cancel()
 {
     m_finished = {};
     m_patience.stop();

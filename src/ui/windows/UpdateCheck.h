@@ -43,13 +43,14 @@ public:
     /// finished is called once, later.
     void start(const QUrl &feed, Finished finished);
     bool isUnderWay() const { return static_cast<bool>(m_finished); }
+    /// No answer comes any more.
+    void cancel();
 
 private:
     void receive();
     void replyFinished();
     void fail(const QString &problem);
     void finish(const Answer &answer);
-    void drop();
 
     const Limits m_limits;
     QNetworkAccessManager m_network;

@@ -17,11 +17,6 @@ constexpr QLatin1StringView kPage{"page"};
 constexpr QLatin1StringView kNotes{"notes"};
 constexpr qsizetype kMostNotes = 400;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("UpdateFeed", text);
-}
-
 bool isHttpsPage(const QUrl &url)
 {
     return url.isValid() && url.scheme() == "https"_L1 && !url.host().isEmpty() &&
@@ -35,11 +30,13 @@ TResult<UpdateFeed> UpdateFeed::parse(const QByteArray &json)
     static const QRegularExpression version(u"\\A[0-9]{1,6}(\\.[0-9]{1,6}){0,3}\\z"_s);
     const QJsonDocument document = QJsonDocument::fromJson(json);
     if (!document.isObject())
-        return TResult<UpdateFeed>::failure(tr("The answer is no update feed."));
+        return TResult<UpdateFeed>::failure(
+            QCoreApplication::translate("UpdateFeed", "The answer is no update feed."));
     const QJsonObject object = document.object();
     const QString number = object.value(kVersion).toString();
     if (!version.match(number).hasMatch())
-        return TResult<UpdateFeed>::failure(tr("The update feed names no version."));
+        return TResult<UpdateFeed>::failure(
+            QCoreApplication::translate("UpdateFeed", "The update feed names no version."));
     UpdateFeed feed;
     feed.version = QVersionNumber::fromString(number);
     const QUrl page(object.value(kPage).toString(), QUrl::StrictMode);

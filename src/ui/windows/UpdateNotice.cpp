@@ -3,6 +3,7 @@
 
 #include "settings/logging.h"
 #include "ui/windows/UiSettings.h"
+#include "ui/windows/UpdateProgress.h"
 
 #include <QDate>
 #include <QDesktopServices>
@@ -48,14 +49,26 @@ QString UpdateNotice::sentence(const UpdateCheck::Answer &answer)
     return tr("Tavrin could not look for a new version. %1").arg(answer.problem);
 }
 
-void UpdateNotice::check()
+void UpdateNotice::check(QWidget *window)
 {
+    if (m_progress && m_progress->isVisible()) {
+        m_progress->raise();
+        m_progress->activateWindow();
+        return;
+    }
     const QUrl feed = UiSettings::updateFeed();
     if (feed.isEmpty()) {
         m_host.ask({TDialogHost::Form::Alert, tr("Updates"), noFeed(), {}, {}});
         return;
     }
-    m_check.start(feed, [this](const UpdateCheck::Answer &answer) { tell(answer); });
+    m_progress = new UpdateProgress(window); // deletes itself
+    connect(m_progress, &QDialog::rejected, this, [this] { m_check.cancel(); });
+    m_progress->show();
+    m_check.start(feed, [this](const UpdateCheck::Answer &answer) {
+        if (m_progress)
+            m_progress->accept();
+        tell(answer);
+    });
 }
 
 void UpdateNotice::checkAtStart()

@@ -4,6 +4,8 @@
 #include "document/TDialogHost.h"
 #include "ui/windows/UpdateCheck.h"
 
+class UpdateProgress;
+
 /// Looks for a new version and tells the user, on request or quietly at start. Owned by the
 /// application; the host outlives it.
 class UpdateNotice : public QObject
@@ -14,8 +16,9 @@ public:
     explicit UpdateNotice(TDialogHost &host, QObject *parent = nullptr);
     UpdateNotice(TDialogHost &host, const UpdateCheck::Limits &limits, QObject *parent);
 
-    /// The command: says what was found, or why nothing could be.
-    void check();
+    /// The command: shows that it looks, over the window, and says what was found, or why nothing
+    /// could be.
+    void check(QWidget *window = nullptr);
     /// Does nothing unless the user has turned it on, and at most once a day; speaks up only when
     /// there is a new version.
     void checkAtStart();
@@ -30,4 +33,5 @@ private:
 
     TDialogHost &m_host;
     UpdateCheck m_check;
+    QPointer<UpdateProgress> m_progress; ///< while the user waits
 };

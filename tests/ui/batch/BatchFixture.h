@@ -27,6 +27,7 @@ public:
         calls += QStringLiteral("roll back ") + log.pathExtension();
     }
     void showPreferences() override { calls += QStringLiteral("preferences"); }
+    void showHelp(HelpWindow::Topic) override { calls += QStringLiteral("help"); }
     void showWelcome() override { calls += QStringLiteral("welcome"); }
     void showAbout() override { calls += QStringLiteral("about"); }
     void checkForUpdates() override { calls += QStringLiteral("updates"); }

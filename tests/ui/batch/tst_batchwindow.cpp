@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "BatchFixture.h"
+#include "ui/batch/SortButton.h"
 #include "ui/batch/StatusLine.h"
 #include "ui/controls/BadgeButton.h"
+#include "ui/windows/AddPanel.h"
 #include "ui/windows/ErrorLogView.h"
 #include "ui/windows/FolderAccessView.h"
 #include "ui/windows/LogWindow.h"
@@ -33,6 +35,8 @@ private Q_SLOTS:
     void textFieldsKeepTheirKeys();
     void sorting_data();
     void sorting();
+    void addPanels_data();
+    void addPanels();
     void options();
     void filesDroppedAnywhere();
     void renameAndItsLog();
@@ -77,6 +81,9 @@ void TestBatchWindow::commandsAndKeys()
         u"Metadata Inspector: Ctrl+I"_s,
         u"Dark: "_s,
         u"Full Screen: F11"_s,
+        u"Tavrin Help: F1"_s,
+        u"Regular Expressions: "_s,
+        u"Keys: "_s,
         u"Welcome: "_s,
         u"Check for Updates...: "_s,
         u"About Tavrin: "_s,
@@ -280,9 +287,62 @@ void TestBatchWindow::sorting()
     const BatchFixture batch({u"a.txt"_s, u"c.txt"_s, u"B.txt"_s});
     batch.document().addRules({makeRule(u"Original"_s)}, 0);
     QVERIFY(batch.settle());
-    batch.command(QString::fromLatin1(QTest::currentDataTag())).trigger();
+    auto *const popUp = batch.files().findChild<SortButton *>();
+    QTest::mouseClick(popUp, Qt::LeftButton);
+    auto *const menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(menu);
+    for (QAction *action : WindowTools::commands(*menu)) {
+        if (action->text() == QLatin1StringView(QTest::currentDataTag()))
+            action->trigger();
+    }
+    menu->close();
     QVERIFY(batch.settle());
     QCOMPARE(batch.document().sourceObjectArray().front()->fileName(), first);
+}
+
+/// What the panels give, also of names that Qt's own panels pass over.
+void TestBatchWindow::addPanels_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("press");
+    QTest::addColumn<QStringList>("added");
+    const QString raw(QChar(0xDCE9));
+    const QString files = u"Add Files..."_s;
+    const QString folder = u"Add Folder..."_s;
+    const QString in = raw + u"-in"_s;
+    QTest::newRow("file") << files << u"a.txt"_s << u"Add"_s << QStringList(u"a"_s);
+    QTest::newRow("unshown file") << files << QString() << u"Add It"_s << QStringList(raw);
+    QTest::newRow("both") << files << u"a.txt"_s << u"Add It"_s << QStringList{raw, u"a"_s};
+    QTest::newRow("folder") << folder << u"."_s << u"Add"_s << QStringList{u"a"_s, in, raw};
+    QTest::newRow("unshown folder") << folder << QString() << u"Add It"_s << QStringList(in);
+}
+
+void TestBatchWindow::addPanels()
+{
+    QFETCH(const QString, typed);
+    QFETCH(const QString, press);
+    BatchFixture batch;
+    const QString folder = batch.tree.folder(u"files"_s);
+    const QChar raw(0xDCE9);
+    for (const QString &path :
+         {u"a.txt"_s, raw + u".txt"_s, u".hidden"_s + raw, raw + u"/"_s + raw + u"-in.txt"_s})
+        batch.tree.file(u"files/"_s + path);
+    QFETCH(const QString, command);
+    batch.command(command).trigger();
+    QPointer<AddPanel> panel = batch.window->findChild<AddPanel *>();
+    QVERIFY(panel);
+    panel->setDirectory(folder);
+    if (!typed.isEmpty())
+        panel->findChild<QLineEdit *>()->setText(folder + u'/' + typed);
+    QTRY_VERIFY(WindowTools::button(*panel, u"Add It"_s) != nullptr);
+    QTest::mouseClick(WindowTools::button(*panel, press), Qt::LeftButton);
+    QTRY_VERIFY(!panel);
+    QVERIFY(batch.settle());
+    QStringList added;
+    for (const auto &file : batch.document().sourceObjectArray())
+        added += file->fileName();
+    QTEST(added, "added");
 }
 
 void TestBatchWindow::options()

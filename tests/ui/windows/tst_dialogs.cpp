@@ -6,6 +6,7 @@
 #include "ui/windows/Dialogs.h"
 #include "ui/windows/ErrorLogView.h"
 #include "ui/windows/FilePanel.h"
+#include "ui/windows/HelpWindow.h"
 #include "ui/windows/LogWindow.h"
 #include "ui/windows/PresetNameForm.h"
 #include "ui/windows/PresetRemovalWindow.h"
@@ -21,6 +22,8 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
+#include <QTextBlock>
+#include <QTextBrowser>
 
 using namespace Qt::StringLiterals;
 using L = QStringList;
@@ -69,6 +72,8 @@ private Q_SLOTS:
     void presetName_data();
     void presetName();
     void removal();
+    void help_data();
+    void help();
 };
 
 void TestDialogs::answers_data()
@@ -350,6 +355,47 @@ void TestDialogs::removal()
     QCOMPARE(list->model()->rowCount(), 1);
     QTest::keyClick(list, Qt::Key_Escape);
     QTRY_VERIFY(!removal);
+}
+
+void TestDialogs::help_data()
+{
+    QTest::addColumn<HelpWindow::Topic>("topic");
+    using Topic = HelpWindow::Topic;
+    QTest::newRow("The window") << Topic::Start;
+    QTest::newRow("Regular expressions") << Topic::RegularExpressions;
+    QTest::newRow("Keys") << Topic::Keys;
+}
+
+/// The page begins with what was asked for, its pictures are there, and no link leads nowhere.
+void TestDialogs::help()
+{
+    QFETCH(const HelpWindow::Topic, topic);
+    HelpWindow window;
+    window.setAttribute(Qt::WA_DeleteOnClose, false);
+    window.show();
+    window.turnTo(topic);
+    auto &page = *window.findChild<QTextBrowser *>();
+    const QTextCursor top = page.cursorForPosition({page.viewport()->width() / 2, 30});
+    QCOMPARE(top.block().text(), QString::fromLatin1(QTest::currentDataTag()));
+    int pictures = 0;
+    for (QTextBlock block = page.document()->begin(); block.isValid(); block = block.next()) {
+        for (auto part = block.begin(); !part.atEnd(); ++part) {
+            const QTextCharFormat format = part.fragment().charFormat();
+            const QString link = format.anchorHref();
+            QVERIFY2(link.isEmpty() || link.startsWith("https://"_L1) ||
+                         link == "regular-expressions.md"_L1,
+                     qPrintable(link));
+            if (!format.isImageFormat())
+                continue;
+            ++pictures;
+            QVERIFY(
+                !page.loadResource(
+                         QTextDocument::ImageResource,
+                         QUrl(u"qrc:/help/manual/"_s).resolved(QUrl(format.toImageFormat().name())))
+                     .isNull());
+        }
+    }
+    QCOMPARE(pictures, 2);
 }
 
 QTEST_MAIN(TestDialogs)

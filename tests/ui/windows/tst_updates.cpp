@@ -4,6 +4,7 @@
 #include "settings/logging.h"
 #include "support/ScriptedDialogs.h"
 #include "support/TemporaryTree.h"
+#include "support/WindowTools.h"
 #include "ui/controls/Theme.h"
 #include "ui/windows/FirstRunDialog.h"
 #include "ui/windows/PreferencesWindow.h"
@@ -11,6 +12,7 @@
 #include "ui/windows/UiSettings.h"
 #include "ui/windows/UpdateCheck.h"
 #include "ui/windows/UpdateNotice.h"
+#include "ui/windows/UpdateProgress.h"
 #include "ui/windows/WelcomeWindow.h"
 
 #include <QCheckBox>
@@ -86,6 +88,8 @@ private Q_SLOTS:
     void addresses();
     void noAnswerAfterTheEnd();
     void notice();
+    void theUserWaits_data();
+    void theUserWaits();
     void rating_data();
     void rating();
     void preferences();
@@ -237,6 +241,33 @@ void TestUpdates::notice()
     QTRY_COMPARE(feed.requests, 2);
     QTest::qWait(50);
     QCOMPARE(host.calls.size(), 1);
+}
+
+void TestUpdates::theUserWaits_data()
+{
+    QTest::addColumn<bool>("cancels");
+    QTest::newRow("for the answer") << false;
+    QTest::newRow("not any longer") << true;
+}
+
+void TestUpdates::theUserWaits()
+{
+    QFETCH(const bool, cancels);
+    Feed feed;
+    feed.drips = cancels;
+    feed.answer = cancels ? QByteArray(" ") : Feed::page(R"({"version": "99.1"})");
+    UiSettings::setUpdateFeed(feed.url());
+    Host host;
+    UpdateNotice notice(host, kLimits, nullptr);
+    notice.check();
+    notice.check(); // waits for the same answer
+    QPointer<UpdateProgress> progress = WindowTools::shown<UpdateProgress>();
+    QVERIFY(progress);
+    if (cancels)
+        QTest::mouseClick(WindowTools::button(*progress, u"Cancel"_s), Qt::LeftButton);
+    QTRY_VERIFY(!progress);
+    QTest::qWait(static_cast<int>(kPatience.count()) + 100);
+    QCOMPARE(host.calls.size(), cancels ? 0 : 1);
 }
 
 void TestUpdates::rating_data()
