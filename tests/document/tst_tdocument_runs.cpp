@@ -237,6 +237,15 @@ void TestTDocumentRuns::newestRunWins()
     QCOMPARE(published.count(), 1);
     QCOMPARE(fixture.targets(), QStringList(2000, u"threetwoone"_s));
     QCOMPARE(fixture.host.callsOf(u"progress"_s).size(), 40);
+    // What a run has on its way when the next one starts comes too late.
+    fixture.document->doBackgroundRun();
+    fixture.host.calls.clear();
+    QVERIFY(fixture.pumpUntil([&] { return !fixture.host.callsOf(u"progress 50/"_s).isEmpty(); }));
+    fixture.host.calls.clear();
+    fixture.document->doBackgroundRun();
+    QVERIFY(fixture.settle());
+    QCOMPARE(fixture.host.callsOf(u"progress"_s).size(), 41);
+    QCOMPARE(published.count(), 2);
     // Lists may change while a run is under way; its results still find their entries.
     fixture.document->undoStack().undo();
     fixture.document->setLiveUpdate(false);
