@@ -16,10 +16,10 @@ public:
         : m_value(std::move(value))
     {
     }
-    static TResult failure(QString message)
+    static TResult failure(const QString &message)
     {
         TResult result;
-        result.m_message = std::move(message);
+        result.m_message = message;
         return result;
     }
 
