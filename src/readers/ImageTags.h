@@ -16,8 +16,8 @@ struct ImageTags
     Exiv2::IptcData iptc;
     Exiv2::XmpData xmp;
     Exiv2::ExifData exifOfXmp; ///< what XMP tells of exposure, place and picture
-    QByteArray profile; ///< the embedded ICC profile
-    qint64 width = 0;   ///< 0 when not known
+    QByteArray profile;        ///< the embedded ICC profile
+    qint64 width = 0;          ///< 0 when not known
     qint64 height = 0;
     bool isTiff = false; ///< its tags describe its pixels
 };
