@@ -14,6 +14,7 @@ set(TAVRIN_ICONS
     "${CMAKE_CURRENT_LIST_DIR}/counter.svg"
     "${CMAKE_CURRENT_LIST_DIR}/csv.svg"
     "${CMAKE_CURRENT_LIST_DIR}/date.svg"
+    "${CMAKE_CURRENT_LIST_DIR}/done.svg"
     "${CMAKE_CURRENT_LIST_DIR}/drop-invitation.svg"
     "${CMAKE_CURRENT_LIST_DIR}/edit.svg"
     "${CMAKE_CURRENT_LIST_DIR}/extension.svg"

@@ -87,9 +87,12 @@ void FileCellDelegate::paintLevel(QPainter &painter, const QRect &cell,
                                   const QModelIndex &index) const
 {
     const FileTableModel &model = fileTableModel(index);
-    const int level = FileCells::level(model.file(index.row()), model.forecast(index.row()));
+    const TFileObject &file = model.file(index.row());
+    const int level = FileCells::level(file, model.forecast(index.row()));
     QRect place(0, 0, TableLook::kIconSize, TableLook::kIconSize);
     place.moveCenter(cell.center());
+    if (level == TErrorTypes::kNone && file.hasBeenProcessed())
+        return m_look.done.paint(&painter, place, Qt::AlignCenter, QIcon::Disabled);
     const auto known =
         static_cast<std::size_t>(std::clamp(level, 0, static_cast<int>(m_look.levels.size()) - 1));
     m_look.levels[known].paint(&painter, place);
@@ -107,7 +110,8 @@ void FileCellDelegate::paintContent(QPainter &painter, const QStyleOptionViewIte
     painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const Qt::Alignment alignment = QStyle::visualAlignment(
         option.direction, index.column() == FileTableModel::Size ? Qt::AlignRight : Qt::AlignLeft);
-    painter.setPen(isName ? m_look.colors.ink : muted(index));
+    const bool isDone = fileTableModel(index).file(index.row()).hasBeenProcessed();
+    painter.setPen(isName && !isDone ? m_look.colors.ink : muted(index));
     painter.drawText(rect, static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine,
                      shown);
 }

@@ -21,6 +21,8 @@ constexpr const char *kNameTaken = QT_TRANSLATE_NOOP(
 constexpr const char *kWouldFail =
     QT_TRANSLATE_NOOP("FileTable", "The run could not give it this name: %1");
 constexpr const char *kOneByte = QT_TRANSLATE_NOOP("FileTable", "1 byte");
+constexpr const char *kProcessed = QT_TRANSLATE_NOOP(
+    "FileTable", "A run has been through this file. It leaves the list when files are added.");
 constexpr QLatin1StringView kPlainDate{"yyyy-MM-dd HH:mm"};
 constexpr qint64 kMegabyte = qint64{1} << 20;
 
@@ -119,16 +121,28 @@ QString dateText(TDate date)
     return locale.toString(moment, QLocale::ShortFormat);
 }
 
-QString levelText(int level)
+QString stateText(const TFileObject &file, const Forecast *forecast)
 {
-    switch (level) {
+    switch (level(file, forecast)) {
     case TErrorTypes::kWarning:
         return QCoreApplication::translate(kContext, "Warning");
     case TErrorTypes::kCritical:
         return QCoreApplication::translate(kContext, "Critical problem");
     default:
-        return QCoreApplication::translate(kContext, "No problem");
+        return file.hasBeenProcessed() ? QCoreApplication::translate(kContext, "Processed")
+                                       : QCoreApplication::translate(kContext, "No problem");
     }
+}
+
+QString stateToolTip(const TFileObject &file, const Forecast *forecast)
+{
+    const TErrorLog log = problems(file, forecast);
+    QStringList lines;
+    for (const TErrorTypes &problem : log)
+        lines.append(problem.errDesc);
+    if (lines.isEmpty() && file.hasBeenProcessed())
+        lines.append(text(kProcessed));
+    return ToolTip::of(lines.join(u'\n'));
 }
 
 QString newNameToolTip(const TFileObject &file, const Forecast *forecast)

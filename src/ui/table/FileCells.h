@@ -33,8 +33,11 @@ TErrorLog problems(const TFileObject &file, const Forecast *forecast);
 
 QString sizeText(qint64 size);
 QString dateText(TDate date);
-QString levelText(int level);
-/// Why the run would write something else than the new name that is shown, behind that name.
+/// In words: the level, or that a run has been through the file.
+QString stateText(const TFileObject &file, const Forecast *forecast);
+/// The file's problems, one a line; for a file without any, what is to be known of its state.
+QString stateToolTip(const TFileObject &file, const Forecast *forecast);
+/// The whole new name, and why the run would write something else than the new name that is shown.
 QString newNameToolTip(const TFileObject &file, const Forecast *forecast);
 
 } // namespace FileCells

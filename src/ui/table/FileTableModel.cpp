@@ -36,14 +36,6 @@ const ColumnText &columnText(int column)
     return kColumns[static_cast<std::size_t>(column)];
 }
 
-QString lines(const TErrorLog &log)
-{
-    QStringList lines;
-    for (const TErrorTypes &problem : log)
-        lines += problem.errDesc;
-    return lines.join(u'\n');
-}
-
 } // namespace
 
 FileTableModel::FileTableModel(TDocument &document, QObject *parent)
@@ -151,7 +143,7 @@ QVariant FileTableModel::data(const QModelIndex &index, int role) const
         return toolTip(row, index.column());
     case Qt::AccessibleTextRole:
         if (index.column() == Status)
-            return FileCells::levelText(FileCells::level(file(row), forecast(row)));
+            return FileCells::stateText(file(row), forecast(row));
         if (index.column() == NewName)
             return QString(text(file(row), NewName) + u' ' +
                            FileCells::note(file(row), forecast(row)).text)
@@ -190,7 +182,7 @@ QString FileTableModel::toolTip(int row, int column) const
     const TFileObject &entry = file(row);
     switch (column) {
     case Status:
-        return ToolTip::of(lines(FileCells::problems(entry, forecast(row))));
+        return FileCells::stateToolTip(entry, forecast(row));
     case Name:
         return ToolTip::of(ByteNames::forDisplay(entry.thePath()));
     case NewName:

@@ -3,6 +3,8 @@
 
 #include "ui/controls/Icons.h"
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Size of a note beside the size of a name.
@@ -26,4 +28,5 @@ void TableLook::follow(const QWidget &widget)
         noteFont.setPixelSize(qRound(font.pixelSize() * kNoteScale));
     for (std::size_t level = 0; level < levels.size(); ++level)
         levels[level] = Icons::forLevel(static_cast<int>(level));
+    done = Icons::icon("done"_L1);
 }

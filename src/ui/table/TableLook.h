@@ -22,6 +22,7 @@ struct TableLook
     QFont font;
     QFont noteFont;
     std::array<QIcon, 3> levels;
+    QIcon done; ///< for files that a run has been through
 
     /// For the palette and the font that the widget has now.
     void follow(const QWidget &widget);

@@ -119,6 +119,11 @@ void TestFileCells::newNames()
     QVERIFY(FileCells::note(file, &forecast).isRefusal);
     QCOMPARE(FileCells::level(file, &forecast), TErrorTypes::kWarning);
     QVERIFY(FileCells::newNameToolTip(file, &forecast).contains(u"It cannot be."_s));
+    QVERIFY(FileCells::stateToolTip(file, nullptr).isEmpty());
+    file.setHasBeenProcessed(true);
+    QCOMPARE(FileCells::stateText(file, nullptr), u"Processed"_s);
+    QVERIFY(FileCells::stateToolTip(file, nullptr).contains(u"when files are added"_s));
+    QCOMPARE(FileCells::stateText(file, &forecast), u"Warning"_s);
 }
 
 void TestFileCells::linesFitTheirRoom_data()
