@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr qint64 kLargestMeta = 16 * 1024 * 1024;
+constexpr qint64 kLargestMeta = qint64{16} * 1024 * 1024;
 constexpr int kMostTopBoxes = 1000;
 constexpr int kMostBoxes = 20000;
 constexpr size_t kMostEntries = 100000; // of extents, references and associations

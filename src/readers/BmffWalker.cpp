@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr qint64 kLargestMeta = qint64{16} * 1024 * 1024;
 constexpr qint64 kLargestBlock = qint64{16} * 1024 * 1024;
 constexpr int kMostAuxiliaries = 64;
 constexpr int kMostMetadataItems = 16;

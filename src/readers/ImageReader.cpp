@@ -99,13 +99,15 @@ bool hasTag(const QVariantMap &properties, const ImageWish::Tag &tag)
                                   : properties.value(tag.category).toMap().contains(tag.tag);
 }
 
-/// Whether the packet may have a tag that is wanted and not among the properties.
+/// Whether the packet may have a tag that is wanted and not among the properties, or any tag of a
+/// category that is wanted and not there: rules tell a missing category from a missing tag.
 bool mayTellMore(const QByteArray &xmp, const QVariantMap &properties, const ImageWish &wish)
 {
     return std::any_of(wish.tags.begin(), wish.tags.end(), [&](const ImageWish::Tag &tag) {
+        const bool isAnyOfUse = !tag.category.isEmpty() && !properties.contains(tag.category);
         return !hasTag(properties, tag) && std::ranges::any_of(kXmpWords, [&](const XmpWord &row) {
-            return row.category == tag.category && (row.tag.isEmpty() || row.tag == tag.tag) &&
-                   xmp.contains(row.word);
+            return row.category == tag.category && xmp.contains(row.word) &&
+                   (isAnyOfUse || row.tag.isEmpty() || row.tag == tag.tag);
         });
     });
 }
