@@ -2,6 +2,7 @@
 #include "ui/inspector/FactsPane.h"
 
 #include "commonprocs/ByteNames.h"
+#include "ui/controls/SizeText.h"
 #include "ui/controls/Theme.h"
 #include "ui/images/Images.h"
 
@@ -22,7 +23,6 @@ namespace {
 constexpr int kGap = 4;
 constexpr int kColumnGap = 12;
 constexpr double kMillion = 1e6;
-constexpr qint64 kMegabyte = qint64{1} << 20;
 constexpr const char *kTitles[] = {
     QT_TRANSLATE_NOOP("FactsPane", "Dimensions"), QT_TRANSLATE_NOOP("FactsPane", "Duration"),
     QT_TRANSLATE_NOOP("FactsPane", "Created"), QT_TRANSLATE_NOOP("FactsPane", "Modified")};
@@ -32,14 +32,6 @@ QString shown(const TDate &date)
     return date.isSet() ? QLocale().toString(QDateTime::fromMSecsSinceEpoch(date.milliseconds()),
                                              QLocale::ShortFormat)
                         : QString();
-}
-
-QString sizeText(qint64 size)
-{
-    if (size == 1)
-        return FactsPane::tr("1 byte");
-    return QLocale().formattedDataSize(size, size < kMegabyte ? 0 : 1,
-                                       QLocale::DataSizeTraditionalFormat);
 }
 
 /// As the picture is seen, and how many millions of pixels it has from one million on.
@@ -115,7 +107,7 @@ void FactsPane::showFacts(const TFileItem &file, const FileReading &reading)
     elideName();
     QStringList kind{reading.kind};
     if (file.facts.kind == TFileStatus::Kind::File)
-        kind += sizeText(file.facts.size);
+        kind += SizeText::of(file.facts.size);
     kind.removeAll(QString());
     m_kind->setText(kind.join(u" · "_s));
     setRow(Dimensions, reading.imageProperties ? dimensions(*reading.imageProperties) : QString());

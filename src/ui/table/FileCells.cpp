@@ -20,11 +20,9 @@ constexpr const char *kNameTaken = QT_TRANSLATE_NOOP(
     "FileTable", "The run would save it as %1, because the name must be free and usable.");
 constexpr const char *kWouldFail =
     QT_TRANSLATE_NOOP("FileTable", "The run could not give it this name: %1");
-constexpr const char *kOneByte = QT_TRANSLATE_NOOP("FileTable", "1 byte");
 constexpr const char *kProcessed = QT_TRANSLATE_NOOP(
     "FileTable", "A run has been through this file. It leaves the list when files are added.");
 constexpr QLatin1StringView kPlainDate{"yyyy-MM-dd HH:mm"};
-constexpr qint64 kMegabyte = qint64{1} << 20;
 
 QString text(const char *source)
 {
@@ -100,14 +98,6 @@ TErrorLog problems(const TFileObject &file, const Forecast *forecast)
     if (forecast != nullptr && !forecast->refusal.isEmpty())
         log.addErrorOfType(TErrorTypes::kWarning, text(kWouldFail).arg(forecast->refusal));
     return log;
-}
-
-QString sizeText(qint64 size)
-{
-    if (size == 1)
-        return text(kOneByte);
-    return QLocale().formattedDataSize(size, size < kMegabyte ? 0 : 1,
-                                       QLocale::DataSizeTraditionalFormat);
 }
 
 QString dateText(TDate date)

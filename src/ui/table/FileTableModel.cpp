@@ -2,6 +2,7 @@
 #include "ui/table/FileTableModel.h"
 
 #include "commonprocs/ByteNames.h"
+#include "ui/controls/SizeText.h"
 #include "ui/controls/ToolTip.h"
 #include "ui/table/FileCells.h"
 
@@ -165,7 +166,7 @@ QString FileTableModel::text(const TFileObject &file, int column)
         return ByteNames::forDisplay(FileCells::shownName(file) +
                                      file.attributedTargetExtension().string());
     case Size:
-        return FileCells::sizeText(file.size());
+        return SizeText::of(file.size());
     case Modified:
         return FileCells::dateText(file.modificationDate());
     case Created:
