@@ -58,10 +58,8 @@ void ViewMenu::addFilters(const FilePane &files)
 {
     QMenu *menu = addMenu(tr("&Filter"));
     auto *group = new QActionGroup(menu);
-    const QList<PillButton *> filters = files.findChildren<PillButton *>();
+    const QList<PillButton *> filters = files.filters();
     for (PillButton *filter : filters) {
-        if (!filter->isCheckable())
-            continue;
         QAction *action = menu->addAction(filter->text(), filter, &PillButton::click);
         action->setCheckable(true);
         group->addAction(action);

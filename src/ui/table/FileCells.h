@@ -31,7 +31,6 @@ int level(const TFileObject &file, const Forecast *forecast);
 /// The file's problems, and why the run would refuse its name.
 TErrorLog problems(const TFileObject &file, const Forecast *forecast);
 
-QString sizeText(qint64 size);
 QString dateText(TDate date);
 /// In words: the level, or that a run has been through the file.
 QString stateText(const TFileObject &file, const Forecast *forecast);

@@ -282,6 +282,11 @@ void FilePane::addControl(QWidget *control)
     m_private->filters->addControl(control);
 }
 
+QList<PillButton *> FilePane::filters() const
+{
+    return m_private->filters->filters();
+}
+
 QLineEdit *FilePane::searchField() const
 {
     return m_private->filters->searchField();

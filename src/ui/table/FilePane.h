@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+class PillButton;
 class QLineEdit;
 class QMenu;
 
@@ -29,6 +30,8 @@ public:
     std::shared_ptr<TFileObject> currentFile() const;
     void focusTable();
     QLineEdit *searchField() const;
+    /// The buttons that choose which files are shown.
+    QList<PillButton *> filters() const;
     /// Something of the window's own beside the search field; the pane owns it.
     void addControl(QWidget *control);
     /// Shows and hides columns; belongs to the pane.

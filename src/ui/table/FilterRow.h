@@ -20,6 +20,7 @@ public:
     explicit FilterRow(QWidget *parent = nullptr);
 
     QLineEdit *searchField() const { return m_search; }
+    QList<PillButton *> filters() const { return {m_pills.begin(), m_pills.end()}; }
     void setCount(Filter filter, qint64 count);
     void chooseAll();
     /// Something of the window's own, before the search field; the row owns it.
