@@ -60,7 +60,7 @@ bool EditCommands::canPaste() const
     if (textField() != nullptr)
         return true;
     const QMimeData *data = QApplication::clipboard()->mimeData();
-    return data != nullptr && !isElsewhere() && (RecipeCommands::canPaste(data) || data->hasUrls());
+    return data != nullptr && !isElsewhere() && (RecipeCommands::canPaste() || data->hasUrls());
 }
 
 bool EditCommands::canRemove() const
@@ -105,8 +105,8 @@ void EditCommands::paste()
     const QMimeData *data = QApplication::clipboard()->mimeData();
     if (data == nullptr || isElsewhere())
         return;
-    if (RecipeCommands::canPaste(data))
-        m_rules.paste(data);
+    if (RecipeCommands::canPaste())
+        m_rules.paste();
     else if (const TFileURLs urls = TDocumentDrag::fileURLs(*data); !urls.isEmpty())
         m_parts.document.addFiles(
             urls, static_cast<qsizetype>(m_parts.document.sourceObjectArray().size()));

@@ -105,15 +105,16 @@ void RecipeCommands::cut()
     deleteSelected();
 }
 
-bool RecipeCommands::canPaste(const QMimeData *data)
+bool RecipeCommands::canPaste()
 {
+    const QMimeData *data = QApplication::clipboard()->mimeData();
     return data != nullptr && data->hasFormat(TDocumentDrag::rulesType());
 }
 
-void RecipeCommands::paste(const QMimeData *data)
+void RecipeCommands::paste()
 {
-    if (canPaste(data))
-        addRules(TDocumentDrag::rules(*data), placeForMore());
+    if (canPaste())
+        addRules(TDocumentDrag::rules(*QApplication::clipboard()->mimeData()), placeForMore());
 }
 
 bool RecipeCommands::canMove(Way way) const

@@ -6,8 +6,6 @@
 
 #include <functional>
 
-class QMimeData;
-
 /// What keys and menus do with the rules of a recipe, above all with the selected ones. All through
 /// the document, so that every command is one undoable step. Owned by the recipe; main thread only.
 class RecipeCommands
@@ -40,9 +38,9 @@ public:
     void duplicate();
     void copy() const;
     void cut();
-    static bool canPaste(const QMimeData *data);
+    static bool canPaste();
     /// Behind the selected rules, else at the end.
-    void paste(const QMimeData *data);
+    void paste();
     bool canMove(Way way) const;
     /// Past one rule that is not selected.
     void move(Way way);

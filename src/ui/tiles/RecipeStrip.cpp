@@ -7,7 +7,6 @@
 #include "ui/tiles/RuleTile.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMenu>
@@ -117,7 +116,7 @@ bool RecipeStrip::commandByKey(const QKeyEvent &event)
         return true;
     }
     if (event.matches(QKeySequence::Paste)) {
-        m_commands.paste(QGuiApplication::clipboard()->mimeData());
+        m_commands.paste();
         return true;
     }
     if (selection().count() == 0)
@@ -304,11 +303,8 @@ void RecipeStrip::contextMenuEvent(QContextMenuEvent *event)
     menu->addSeparator();
     add("copy"_L1, tr("Cu&t"), [this] { m_commands.cut(); })->setIcon({});
     add("copy"_L1, tr("&Copy"), [this] { m_commands.copy(); })->setIcon({});
-    add("copy"_L1, tr("&Paste"), [this] {
-        m_commands.paste(QGuiApplication::clipboard()->mimeData());
-    })->setIcon({});
-    menu->actions().constLast()->setEnabled(
-        RecipeCommands::canPaste(QGuiApplication::clipboard()->mimeData()));
+    add("copy"_L1, tr("&Paste"), [this] { m_commands.paste(); })->setIcon({});
+    menu->actions().constLast()->setEnabled(RecipeCommands::canPaste());
     menu->addSeparator();
     add("trash"_L1, tr("&Delete"), [this] { m_commands.deleteSelected(); });
     menu->popup(event->globalPos());
