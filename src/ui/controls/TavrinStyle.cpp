@@ -53,6 +53,15 @@ void drawFace(QPainter &painter, const QRect &rect, const QColor &fill, const QP
     painter.restore();
 }
 
+void drawFrame(QPainter &painter, const QRect &rect, const QColor &edge)
+{
+    painter.save();
+    painter.setPen(edge);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(rect.adjusted(0, 0, -1, -1));
+    painter.restore();
+}
+
 void drawField(QPainter &painter, const QStyleOption &option, const QRect &rect, bool isFocused)
 {
     const ThemeColors colors = ThemeColors::of(option.palette);
@@ -235,11 +244,7 @@ void TavrinStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
     case PE_PanelScrollAreaCorner:
         return;
     case PE_Frame:
-        painter->save();
-        painter->setPen(ThemeColors::of(option->palette).border);
-        painter->setBrush(Qt::NoBrush);
-        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
-        painter->restore();
+        drawFrame(*painter, option->rect, ThemeColors::of(option->palette).border);
         return;
     case PE_PanelMenu:
         painter->fillRect(option->rect, ThemeColors::of(option->palette).card);
@@ -247,11 +252,7 @@ void TavrinStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
     case PE_FrameMenu: {
         QColor edge = ThemeColors::of(option->palette).muted;
         edge.setAlphaF(kMenuEdge);
-        painter->save();
-        painter->setPen(edge);
-        painter->setBrush(Qt::NoBrush);
-        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
-        painter->restore();
+        drawFrame(*painter, option->rect, edge);
         return;
     }
     case PE_PanelButtonCommand:
