@@ -52,8 +52,8 @@ struct MetadataReply
 namespace MetadataProtocol {
 
 inline constexpr int kHeaderBytes = 4; ///< the length of what follows, low byte first
-inline constexpr qsizetype kMaxRequest = 8 * 1024;
-inline constexpr qsizetype kMaxReply = 16 * 1024 * 1024;
+inline constexpr qsizetype kMaxRequest = qsizetype{8} * 1024;
+inline constexpr qsizetype kMaxReply = qsizetype{16} * 1024 * 1024;
 inline constexpr int kMaxEdge = 1024;
 /// The longest path that a request can carry; no system opens longer ones.
 inline constexpr qsizetype kMaxPath = 4096;

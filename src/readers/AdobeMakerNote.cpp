@@ -2,6 +2,7 @@
 #include "readers/AdobeMakerNote.h"
 
 #include "readers/MemorySource.h"
+#include "readers/TiffWriter.h"
 
 namespace {
 
@@ -14,37 +15,13 @@ constexpr quint16 kExifFolder = 0x8769;
 constexpr quint16 kMakerNote = 0x927C;
 enum Type : quint16 { Ascii = 2, Long = 4, Undefined = 7 };
 
-/// Appends numbers in one byte order.
-class TiffWriter
+void putEntry(TiffWriter &tiff, quint16 tag, Type type, qsizetype count, qsizetype value)
 {
-public:
-    explicit TiffWriter(const QByteArray &order)
-        : m_isBig(order == "MM")
-    {
-        m_bytes = order;
-    }
-
-    void put(quint32 number, int size)
-    {
-        for (int i = 0; i < size; ++i)
-            m_bytes.append(static_cast<char>(number >> 8 * (m_isBig ? size - 1 - i : i)));
-    }
-    void putEntry(quint16 tag, quint16 type, qsizetype count, qsizetype value)
-    {
-        put(tag, 2);
-        put(type, 2);
-        put(static_cast<quint32>(count), 4);
-        put(static_cast<quint32>(value), 4);
-    }
-    void fillTo(qsizetype size) { m_bytes.append(size - m_bytes.size(), '\0'); }
-    void append(const QByteArray &bytes) { m_bytes.append(bytes); }
-    qsizetype size() const { return m_bytes.size(); }
-    const QByteArray &bytes() const { return m_bytes; }
-
-private:
-    bool m_isBig;
-    QByteArray m_bytes;
-};
+    tiff.put(tag, 2);
+    tiff.put(type, 2);
+    tiff.put(static_cast<quint64>(count), 4);
+    tiff.put(static_cast<quint64>(value), 4);
+}
 
 QByteArray tiffAround(const QByteArray &note, const QByteArray &order, qsizetype place,
                       const QByteArray &make)
@@ -56,18 +33,17 @@ QByteArray tiffAround(const QByteArray &note, const QByteArray &order, qsizetype
         return {};
     const qsizetype main = (place + note.size() + 1) & ~qsizetype(1);
     const qsizetype exif = main + kMainSize;
-    TiffWriter tiff(order);
-    tiff.put(42, 2);
-    tiff.put(static_cast<quint32>(main), 4);
+    TiffWriter tiff(order == "MM");
+    tiff.putHeader(static_cast<quint32>(main));
     tiff.fillTo(place);
     tiff.append(note);
     tiff.fillTo(main);
     tiff.put(2, 2);
-    tiff.putEntry(kMake, Ascii, make.size() + 1, exif + kExifSize);
-    tiff.putEntry(kExifFolder, Long, 1, exif);
+    putEntry(tiff, kMake, Ascii, make.size() + 1, exif + kExifSize);
+    putEntry(tiff, kExifFolder, Long, 1, exif);
     tiff.put(0, 4);
     tiff.put(1, 2);
-    tiff.putEntry(kMakerNote, Undefined, note.size(), place);
+    putEntry(tiff, kMakerNote, Undefined, note.size(), place);
     tiff.put(0, 4);
     tiff.append(make + '\0');
     return tiff.bytes();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/FormatHeaders.h"
+#include "readers/TiffWriter.h"
 
 #include <algorithm>
 #include <vector>
@@ -7,9 +8,9 @@
 namespace {
 
 constexpr quint64 kMostEntries = 1000;
-constexpr quint64 kLargestValue = 64 * 1024;
-constexpr quint64 kLargestBlock = 16 * 1024 * 1024;
-constexpr qsizetype kMostCopied = 8 * 1024 * 1024;
+constexpr quint64 kLargestValue = quint64{64} * 1024;
+constexpr quint64 kLargestBlock = quint64{16} * 1024 * 1024;
+constexpr qsizetype kMostCopied = qsizetype{8} * 1024 * 1024;
 constexpr qint64 kEntrySize = 20;
 constexpr quint64 kWideNumber = 16; ///< the first of three types of eight bytes
 constexpr quint64 kLong = 4;
@@ -35,14 +36,15 @@ public:
         : m_source(source)
         , m_facts(facts)
         , m_isBig(source.startsWith(0, "MM"))
-        , m_copy((m_isBig ? QByteArray("MM\0*", 4) : QByteArray("II*\0", 4)) + number(8, 4))
+        , m_copy(m_isBig)
     {
+        m_copy.putHeader(8);
     }
 
     QByteArray take()
     {
         copyFolder(numberAt(8, 8), true);
-        return m_copy;
+        return m_copy.bytes();
     }
 
 private:
@@ -51,30 +53,30 @@ private:
     {
         const std::vector<Entry> entries = entriesOf(from, isFirst);
         const qsizetype start = m_copy.size();
-        const auto size = static_cast<qsizetype>(2 + 12 * entries.size() + 4);
-        m_copy.append(size, '\0');
-        QByteArray table = number(entries.size(), 2);
+        m_copy.fillTo(start + static_cast<qsizetype>(2 + 12 * entries.size() + 4));
+        TiffWriter table(m_isBig);
+        table.put(entries.size(), 2);
         for (const Entry &entry : entries) {
             const bool isFolder = entry.tag == ExifFolder || entry.tag == GpsFolder;
-            table += number(entry.tag, 2) + number(isFolder ? kLong : entry.type, 2) +
-                     number(entry.count, 4);
+            table.put(entry.tag, 2);
+            table.put(isFolder ? kLong : entry.type, 2);
+            table.put(entry.count, 4);
             if (isFolder)
-                table += number(copyFolder(wideNumber(entry.value), false), 4);
+                table.put(copyFolder(wideNumber(entry.value), false), 4);
             else if (entry.value.size() <= 4)
-                table += entry.value.leftJustified(4, '\0');
+                table.append(entry.value.leftJustified(4, '\0'));
             else
-                table += number(append(entry.value), 4);
+                table.put(append(entry.value), 4);
         }
-        m_copy.replace(start, table.size(), table);
+        m_copy.replace(start, table.bytes());
         return static_cast<quint64>(start);
     }
 
     quint64 append(const QByteArray &value)
     {
         const auto place = static_cast<quint64>(m_copy.size());
-        m_copy += value;
-        if (value.size() % 2 != 0)
-            m_copy += '\0';
+        m_copy.append(value);
+        m_copy.fillTo((m_copy.size() + 1) & ~qsizetype{1});
         return place;
     }
 
@@ -141,14 +143,6 @@ private:
         return result;
     }
 
-    QByteArray number(quint64 value, int bytes) const
-    {
-        QByteArray result;
-        for (int i = 0; i < bytes; ++i)
-            result.append(static_cast<char>(value >> (8 * (m_isBig ? bytes - 1 - i : i))));
-        return result;
-    }
-
     quint64 numberAt(quint64 at, int bytes)
     {
         const auto place = static_cast<qint64>(at);
@@ -162,7 +156,7 @@ private:
     ByteSource &m_source;
     ImageFacts &m_facts;
     bool m_isBig;
-    QByteArray m_copy;
+    TiffWriter m_copy;
     qsizetype m_left = kMostCopied;
 };
 

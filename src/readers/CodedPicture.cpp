@@ -11,8 +11,8 @@ namespace {
 
 using Coder = CodedPicture::Coder;
 
-constexpr qint64 kLargestPicture = 64 * 1024 * 1024;
-constexpr quint64 kMostPixels = 64 * 1024 * 1024;
+constexpr qint64 kLargestPicture = qint64{64} * 1024 * 1024;
+constexpr quint64 kMostPixels = quint64{64} * 1024 * 1024;
 constexpr size_t kMostCandidates = 64;
 constexpr size_t kMostTiles = 1024;
 constexpr qint64 kLargestLayout = 64;

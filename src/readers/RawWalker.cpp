@@ -123,7 +123,7 @@ quint64 depthOfCanon2(ByteSource &source)
 quint64 depthOfCanon3(ByteSource &source)
 {
     constexpr const char *kWay[kTracksInside] = {"moov", "trak", "mdia", "minf", "stbl"};
-    constexpr qint64 kLargestDescription = 64 * 1024;
+    constexpr qint64 kLargestDescription = qint64{64} * 1024;
     quint64 widest = 0;
     quint64 depth = 0;
     const auto readSamples = [&](const BmffBox &box) {

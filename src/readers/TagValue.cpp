@@ -21,7 +21,7 @@ constexpr long kMostNumbers = 1024;
 // A file name cannot show data, so that the rest of it is not worth carrying.
 constexpr qsizetype kMostData = 32;
 constexpr long kNoCode = 0xFFFF;
-constexpr long kMostText = 1024 * 1024;
+constexpr long kMostText = long{1024} * 1024;
 
 template <typename T>
 const T *as(const Exiv2::Value &value)
