@@ -14,6 +14,13 @@ constexpr char kModule[] = "tavrin-libav.so";
 constexpr char kReader[] = "tavrinReadWithLibav";
 constexpr char kDecoder[] = "tavrinDecodeWithLibav";
 
+void complain()
+{
+    std::fprintf(stderr,
+                 "tavrin-metadata: most films cannot be read; please install Tavrin again: %s\n",
+                 ::dlerror());
+}
+
 /// Null when the module is not where it belongs; said once.
 void *module()
 {
@@ -23,10 +30,7 @@ void *module()
         const std::string path = (program.parent_path() / kModule).string();
         void *const opened = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
         if (opened == nullptr)
-            std::fprintf(stderr,
-                         "tavrin-metadata: most films cannot be read; please install Tavrin "
-                         "again: %s\n",
-                         ::dlerror());
+            complain();
         return opened;
     }();
     return loaded;
@@ -36,6 +40,8 @@ template <typename Entry>
 Entry entryOf(const char *name)
 {
     void *const entry = module() != nullptr ? ::dlsym(module(), name) : nullptr;
+    if (module() != nullptr && entry == nullptr) // it is of another version
+        complain();
     return reinterpret_cast<Entry>(entry);
 }
 
