@@ -17,14 +17,17 @@ constexpr QLatin1StringView kPage{"appstream://com.zel.tavrin"};
 constexpr qsizetype kRate = 1;
 constexpr qsizetype kNever = 2;
 
+struct Texts
+{
+    Q_DECLARE_TR_FUNCTIONS(RatingQuestion)
+};
+
 void rate(TDialogHost &host, const std::function<bool(const QUrl &)> &open)
 {
     if (!open(QUrl(kPage))) {
         host.ask({TDialogHost::Form::Alert,
-                  QCoreApplication::translate("RatingQuestion", "Thank You"),
-                  QCoreApplication::translate(
-                      "RatingQuestion",
-                      "This desktop has no software centre in which Tavrin could be rated."),
+                  Texts::tr("Thank You"),
+                  Texts::tr("This desktop has no software centre in which Tavrin could be rated."),
                   {},
                   {}});
     }
@@ -56,14 +59,10 @@ void askIfDue(TDialogHost &host, const std::function<bool(const QUrl &)> &open)
     UserDefaults::setValue(kAskedAtRun, thePreferences().runCount);
     const TDialogHost::Question question{
         TDialogHost::Form::Alert,
-        QCoreApplication::translate("RatingQuestion", "Do You Like Tavrin?"),
-        QCoreApplication::translate(
-            "RatingQuestion",
-            "Others find it more easily when you rate it in your software centre."),
+        Texts::tr("Do You Like Tavrin?"),
+        Texts::tr("Others find it more easily when you rate it in your software centre."),
         {},
-        {QCoreApplication::translate("RatingQuestion", "Not Now"),
-         QCoreApplication::translate("RatingQuestion", "Rate Tavrin..."),
-         QCoreApplication::translate("RatingQuestion", "Never Ask Again")}};
+        {Texts::tr("Not Now"), Texts::tr("Rate Tavrin..."), Texts::tr("Never Ask Again")}};
     host.ask(question, [&host, open](qsizetype button) {
         if (button == kRate)
             rate(host, open);
