@@ -2,6 +2,7 @@
 #include "commonprocs/Sandboxing.h"
 #include "rollback/RollbackLog.h"
 #include "support/DocumentFixture.h"
+#include "support/Table.h"
 
 #include <QTest>
 
@@ -78,43 +79,42 @@ private Q_SLOTS:
 
 void TestTDocumentRename::checks_data()
 {
-    QTest::addColumn<Action>("before");
-    QTest::addColumn<QStringList>("calls");
+    const Table<Action, QStringList> row("before", "calls");
     const Action noRules = [](auto &f) {
         f.document->setLiveUpdate(false);
         while (!f.document->ruleArray().empty())
             f.document->deleteRule(f.document->ruleArray()[0]);
     };
+    const Action process = [](auto &f) {
+        f.document->sourceObjectArray()[2]->setHasBeenProcessed(true);
+    };
     const QString processed =
         u"sheet: Already Processed|The files have already been processed! Please remove them, or "
         "add new files (which will automatically remove any file that has been processed||"_s;
-    QTest::newRow("not analysed") << Action([](auto &f) { f.document = f.makeDocument(f.host); })
-                                  << QStringList();
-    QTest::newRow("critical problems") << Action([](auto &f) {
-        f.document->setDuplicatesAreCritical(true);
-        f.document->deleteRule(f.document->ruleArray()[1]);
-    }) << QStringList{u"error log 2"_s};
-    QTest::newRow("processed") << Action([](auto &f) {
-        f.document->sourceObjectArray()[2]->setHasBeenProcessed(true);
-    }) << QStringList{processed};
-    QTest::newRow("processed and no rules") << Action([noRules](auto &f) {
-        noRules(f);
-        f.document->sourceObjectArray()[2]->setHasBeenProcessed(true);
-    }) << QStringList{processed};
-    QTest::newRow("no rules")
-        << noRules
-        << QStringList{u"alert: No Rules|You need to define some 'Rules' that tell me how to build "
-                       u"a new file name "
-                       "from an existing file. Please do so, and then try again.||"_s};
-    QTest::newRow("no files")
-        << Action([](auto &f) {
-               f.document->removeFiles({0, 1, 2});
-           })
-        << QStringList{
-               u"alert: Done! ...|Ok, technically I'm done. Actually I didn't do anything - "
-               "the list of files that you want me to rename is empty. Please add a couple "
-               "of files by dragging them into the sapce that politely asks you to do "
-               "so.||"_s};
+    row("not analysed", [](auto &f) { f.document = f.makeDocument(f.host); }, {});
+    row("critical problems",
+        [](auto &f) {
+            f.document->setDuplicatesAreCritical(true);
+            f.document->deleteRule(f.document->ruleArray()[1]);
+        },
+        {u"error log 2"_s});
+    row("processed", process, {processed});
+    row("processed and no rules",
+        [noRules, process](auto &f) {
+            noRules(f);
+            process(f);
+        },
+        {processed});
+    row("no rules", noRules,
+        {u"alert: No Rules|You need to define some 'Rules' that tell me how to build a new file "
+         "name from an existing file. Please do so, and then try again.||"_s});
+    row("no files",
+        [](auto &f) {
+            f.document->removeFiles({0, 1, 2});
+        },
+        {u"alert: Done! ...|Ok, technically I'm done. Actually I didn't do anything - the list of "
+         "files that you want me to rename is empty. Please add a couple of files by dragging them "
+         "into the sapce that politely asks you to do so.||"_s});
 }
 
 void TestTDocumentRename::checks()
@@ -135,17 +135,14 @@ void TestTDocumentRename::checks()
 
 void TestTDocumentRename::confirmation_data()
 {
-    QTest::addColumn<bool>("warned");
-    QTest::addColumn<QString>("question");
-    QTest::newRow("clean") << false
-                           << u"stop sheet: This is not a Drill!|You are about to live rename 3 "
-                              "files. Are you sure?||Cancel/Rename"_s;
-    QTest::newRow("warnings")
-        << true
-        << u"stop sheet: Really? This is NOT a Drill!|You are about to live "
-           "rename 3 files, while a simulated run turned up 2 (probably) "
-           "minor issues. The rename will work, but the results may be "
-           "suboptimal.\n\nDo you want to Rename, or Cancel?||Cancel/Rename"_s;
+    const Table<bool, QString> row("warned", "question");
+    row("clean", false,
+        u"stop sheet: This is not a Drill!|You are about to live rename 3 files. Are you sure?||"
+        "Cancel/Rename");
+    row("warnings", true,
+        u"stop sheet: Really? This is NOT a Drill!|You are about to live rename 3 files, while a "
+        "simulated run turned up 2 (probably) minor issues. The rename will work, but the results "
+        "may be suboptimal.\n\nDo you want to Rename, or Cancel?||Cancel/Rename");
 }
 
 void TestTDocumentRename::confirmation()
@@ -358,9 +355,9 @@ void TestTDocumentRename::unchangedNames()
 
 void TestTDocumentRename::logsThatCannotBeMade_data()
 {
-    QTest::addColumn<bool>("canMakeFolder");
-    QTest::newRow("no folder") << false;
-    QTest::newRow("a folder that refuses") << true;
+    const Table<bool> row("canMakeFolder");
+    row("no folder", false);
+    row("a folder that refuses", true);
 }
 
 void TestTDocumentRename::logsThatCannotBeMade()
@@ -410,12 +407,11 @@ void TestTDocumentRename::emptyLog()
 
 void TestTDocumentRename::sandbox_data()
 {
-    QTest::addColumn<QString>("chosen");
-    QTest::addColumn<bool>("goesOn");
-    QTest::newRow("the very folder") << u"files"_s << true;
-    QTest::newRow("the same folder by a link") << u"link"_s << true;
-    QTest::newRow("another folder") << u"."_s << false;
-    QTest::newRow("cancelled") << QString() << false;
+    const Table<QString, bool> row("chosen", "goesOn");
+    row("the very folder", u"files", true);
+    row("the same folder by a link", u"link", true);
+    row("another folder", u".", false);
+    row("cancelled", u"", false);
 }
 
 void TestTDocumentRename::sandbox()

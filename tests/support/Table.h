@@ -5,13 +5,13 @@
 
 /// What stands in a cell of a table: a QString may be given as a plain u"literal".
 template <typename Type>
-struct TableCell
+struct RowCell
 {
     using Given = Type;
 };
 
 template <>
-struct TableCell<QString>
+struct RowCell<QString>
 {
     struct Given : QString
     {
@@ -38,7 +38,7 @@ public:
         (QTest::addColumn<Types>(names), ...);
     }
 
-    void operator()(const char *name, const typename TableCell<Types>::Given &...values) const
+    void operator()(const char *name, const typename RowCell<Types>::Given &...values) const
     {
         QTestData &row = QTest::newRow(name);
         ((row << static_cast<const Types &>(values)), ...);

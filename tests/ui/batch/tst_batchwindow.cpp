@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "BatchFixture.h"
+#include "support/Table.h"
 #include "ui/batch/SortButton.h"
 #include "ui/batch/StatusLine.h"
 #include "ui/controls/BadgeButton.h"
@@ -303,19 +304,16 @@ void TestBatchWindow::sorting()
 /// What the panels give, also of names that Qt's own panels pass over.
 void TestBatchWindow::addPanels_data()
 {
-    QTest::addColumn<QString>("command");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("press");
-    QTest::addColumn<QStringList>("added");
+    const Table<QString, QString, QString, QStringList> row("command", "typed", "press", "added");
     const QString raw(QChar(0xDCE9));
     const QString files = u"Add Files..."_s;
     const QString folder = u"Add Folder..."_s;
     const QString in = raw + u"-in"_s;
-    QTest::newRow("file") << files << u"a.txt"_s << u"Add"_s << QStringList(u"a"_s);
-    QTest::newRow("unshown file") << files << QString() << u"Add It"_s << QStringList(raw);
-    QTest::newRow("both") << files << u"a.txt"_s << u"Add It"_s << QStringList{raw, u"a"_s};
-    QTest::newRow("folder") << folder << u"."_s << u"Add"_s << QStringList{u"a"_s, in, raw};
-    QTest::newRow("unshown folder") << folder << QString() << u"Add It"_s << QStringList(in);
+    row("file", files, u"a.txt", u"Add", {u"a"_s});
+    row("unshown file", files, u"", u"Add It", {raw});
+    row("both", files, u"a.txt", u"Add It", {raw, u"a"_s});
+    row("folder", folder, u".", u"Add", {u"a"_s, in, raw});
+    row("unshown folder", folder, u"", u"Add It", {in});
 }
 
 void TestBatchWindow::addPanels()
@@ -406,12 +404,11 @@ void TestBatchWindow::renameAndItsLog()
 
 void TestBatchWindow::renameButtonTellsWhy_data()
 {
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("nothing there") << u""_s << u"There is nothing to rename yet"_s;
-    QTest::newRow("no rules") << u"files"_s << u"Critical problems stand in the way"_s;
-    QTest::newRow("no files") << u"rules"_s << u"Done! ..."_s;
-    QTest::newRow("ready") << u"files rules"_s << u"Renames the files on disk"_s;
+    const Table<QString, QString> row("before", "expected");
+    row("nothing there", u"", u"There is nothing to rename yet");
+    row("no rules", u"files", u"Critical problems stand in the way");
+    row("no files", u"rules", u"Done! ...");
+    row("ready", u"files rules", u"Renames the files on disk");
 }
 
 void TestBatchWindow::renameButtonTellsWhy()
