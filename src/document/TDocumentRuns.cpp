@@ -216,10 +216,10 @@ void TDocument::applyForecasts(qsizetype first, std::vector<ForecastStepper::For
     if (first == 0)
         m_forecasts.clear();
     auto file = files.begin() + first;
-    for (ForecastStepper::Forecast &forecast : forecasts) {
+    for (const ForecastStepper::Forecast &forecast : forecasts) {
         const TFileObject &entry = **file++;
         if (!isAsShown(entry, forecast))
-            m_forecasts.insert(&entry, std::move(forecast));
+            m_forecasts.insert(&entry, forecast);
     }
     if (m_analysisVersion == m_listVersion)
         Q_EMIT filesChanged(first, first + static_cast<qsizetype>(forecasts.size()) - 1);

@@ -13,8 +13,8 @@ constexpr QLatin1StringView kTooFewRulesLine{
 constexpr QLatin1StringView kEmptyNameError{"Rules evaluated to empty name. %@ used"};
 constexpr QLatin1StringView kEmptyNameLine{"%@: rules evalued to empty name. '%@' substituted.\n"};
 constexpr QLatin1StringView kNotUniqueError{"'%@' is not unique. Modified to '%@'"};
-constexpr qsizetype kUsualLength = 40; ///< for which memory is taken at once
 constexpr QLatin1StringView kNotUniqueLine{"%@: target name '%@' isn't unique, changed to '%@'\n"};
+constexpr qsizetype kUsualLength = 40; ///< for which memory is taken at once
 
 } // namespace
 
