@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr qint64 kMegabyte = qint64{1} << 20;
+constexpr qint64 kMegabyte = 1000 * 1000;
 
 } // namespace
 
@@ -14,6 +14,5 @@ QString SizeText::of(qint64 bytes)
 {
     if (bytes == 1)
         return QCoreApplication::translate("SizeText", "1 byte");
-    return QLocale().formattedDataSize(bytes, bytes < kMegabyte ? 0 : 1,
-                                       QLocale::DataSizeTraditionalFormat);
+    return QLocale().formattedDataSize(bytes, bytes < kMegabyte ? 0 : 1, QLocale::DataSizeSIFormat);
 }

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-/// Sizes of files as the desktop shows them.
+/// Sizes of files as the desktop's file managers show them: a kB is 1000 bytes.
 namespace SizeText {
 
 /// In the largest unit that leaves a number to the left of the point; tenths from one megabyte on.
