@@ -20,5 +20,8 @@ ImageFacts walkCiff(ByteSource &source);
 ImageFacts readBigTiff(ByteSource &source);
 /// Of raw photos only what Exiv2 does not tell: what the sensor's samples are.
 ImageFacts walkRaw(ByteSource &source);
-/// What Qt's own decoders tell of simple formats: icons, portable pixel maps.
-ImageFacts readQtHeader(ByteSource &source);
+/// PBM, PGM and PPM.
+ImageFacts readPnmHeader(ByteSource &source);
+/// Icons and mouse cursors: their first picture.
+ImageFacts readIcoHeader(ByteSource &source);
+ImageFacts readTgaHeader(ByteSource &source);

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Signature
@@ -59,6 +61,37 @@ bool isBmp(ByteSource &source)
                                                    size) != std::end(kHeaderSizes);
 }
 
+bool isPnm(ByteSource &source)
+{
+    const QByteArray head = source.bytes(0, 3);
+    return head.startsWith('P') && head[1] >= '1' && head[1] <= '6' &&
+           QByteArrayView(" \t\r\n").contains(head[2]);
+}
+
+/// An icon or a mouse cursor, of at least one picture.
+bool isIco(ByteSource &source)
+{
+    const quint64 head = source.big(0, 4).value_or(0);
+    return (head == 0x100 || head == 0x200) && source.little(4, 2).value_or(0) > 0;
+}
+
+/// There are no fixed bytes; what the header says must make sense.
+bool isTga(ByteSource &source)
+{
+    const QByteArray head = source.bytes(0, 18);
+    if (head.isEmpty())
+        return false;
+    const auto byteAt = [&](qsizetype at) { return static_cast<uchar>(head[at]); };
+    const int kind = byteAt(2) & ~8;
+    const bool hasMap = byteAt(1) == 1 && byteAt(7) >= 15 && byteAt(7) <= 32;
+    const int bits = byteAt(16);
+    const bool isKnown = (kind == 1 && hasMap && bits == 8) ||
+                         (kind == 2 && byteAt(1) <= 1 && bits >= 15 && bits <= 32) ||
+                         (kind == 3 && byteAt(1) == 0 && (bits == 8 || bits == 16));
+    const bool isOfPixels = head.sliced(12, 2) != "\0\0"_ba && head.sliced(14, 2) != "\0\0"_ba;
+    return isKnown && isOfPixels && (byteAt(17) & 0xC0) == 0;
+}
+
 } // namespace
 
 ImageFormat imageFormatOf(ByteSource &source)
@@ -69,5 +102,11 @@ ImageFormat imageFormatOf(ByteSource &source)
     }
     if (source.startsWith(4, "ftyp") && hasPictureBrand(source))
         return ImageFormat::Bmff;
-    return isBmp(source) ? ImageFormat::Bmp : ImageFormat::Other;
+    if (isBmp(source))
+        return ImageFormat::Bmp;
+    if (isPnm(source))
+        return ImageFormat::Pnm;
+    if (isIco(source))
+        return ImageFormat::Ico;
+    return isTga(source) ? ImageFormat::Tga : ImageFormat::Other;
 }

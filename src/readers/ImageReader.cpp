@@ -77,6 +77,12 @@ ImageFacts factsOf(ImageFormat format, ByteSource &source)
         return walkCiff(source);
     case ImageFormat::BigTiff:
         return readBigTiff(source);
+    case ImageFormat::Pnm:
+        return readPnmHeader(source);
+    case ImageFormat::Ico:
+        return readIcoHeader(source);
+    case ImageFormat::Tga:
+        return readTgaHeader(source);
     case ImageFormat::Other:
         return walkRaw(source);
     }
@@ -131,8 +137,6 @@ QVariantMap propertiesOf(ByteSource &source, const ImageWish &wish)
     const ImageTags tags = readImageTags(source, format, facts);
     if (tags.isTiff)
         addTiffFacts(tags, facts);
-    else if (format == ImageFormat::Other && tags.width == 0 && facts.colorModel.isEmpty())
-        facts = readQtHeader(source);
     return propertiesOf(facts, tags, wish);
 }
 

@@ -19,8 +19,18 @@ constexpr char kPrivateDataKey[] = "Exif.Image.DNGPrivateData";
 /// Whether Exiv2 finds something in such a file that our own reader does not.
 bool isForExiv2(ImageFormat format)
 {
-    return format != ImageFormat::Gif && format != ImageFormat::Bmp &&
-           format != ImageFormat::Bmff && format != ImageFormat::BigTiff;
+    switch (format) {
+    case ImageFormat::Gif:
+    case ImageFormat::Bmp:
+    case ImageFormat::Bmff:
+    case ImageFormat::BigTiff:
+    case ImageFormat::Pnm:
+    case ImageFormat::Ico:
+    case ImageFormat::Tga:
+        return false;
+    default:
+        return true;
+    }
 }
 
 void readFile(ByteSource &source, ImageTags &tags)

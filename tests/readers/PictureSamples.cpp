@@ -165,6 +165,16 @@ QByteArray bmp()
            little(11811, 4) + little(11811, 4) + little(0, 8);
 }
 
+/// A bitmap, whose rows count twice, or what is given instead.
+QByteArray ico(const QByteArray &picture = {})
+{
+    const QByteArray bitmap =
+        little(40, 4) + little(16, 4) + little(64, 4) + little(1, 2) + little(4, 2);
+    const QByteArray contents = picture.isEmpty() ? bitmap.leftJustified(40, '\0') : picture;
+    return QByteArray("\0\0\1\0\1\0\x10\x20\0\0\1\0\4\0", 14) +
+           little(static_cast<quint64>(contents.size()), 4) + little(22, 4) + contents;
+}
+
 /// One heap with two values and, inside it, another heap with one.
 QByteArray crw()
 {
@@ -390,6 +400,39 @@ std::vector<PictureSample> pictureSamples()
           {u"IsIndexed"_s, 1},
           {u"HasAlpha"_s, 0},
           {u"DPIWidth"_s, 11811 * 0.0254}}},
+        {"ico",
+         ico(),
+         {{u"PixelWidth"_s, 16},
+          {u"PixelHeight"_s, 32},
+          {u"Depth"_s, 4},
+          {u"ColorModel"_s, u"RGB"_s},
+          {u"IsIndexed"_s, 1},
+          {u"HasAlpha"_s, 1}}},
+        {"ico of a png",
+         ico(encoded(blank(256, 200, QImage::Format_Grayscale8), "PNG")),
+         {{u"PixelWidth"_s, 256},
+          {u"PixelHeight"_s, 200},
+          {u"Depth"_s, 8},
+          {u"ColorModel"_s, u"Gray"_s}}},
+        {"pbm",
+         "P4 # 9 8 7\n20\t30\n",
+         {{u"PixelWidth"_s, 20},
+          {u"PixelHeight"_s, 30},
+          {u"Depth"_s, 1},
+          {u"ColorModel"_s, u"Gray"_s}}},
+        {"pgm", "P2\n20 30 255\n0", {{u"Depth"_s, 8}, {u"ColorModel"_s, u"Gray"_s}}},
+        {"ppm", "P6\n20 30\n256\n", {{u"Depth"_s, 16}, {u"ColorModel"_s, u"RGB"_s}}},
+        {"tga",
+         QByteArray("\0\0\x0A", 3) + little(0, 9) + little(300, 2) + little(200, 2) + "\x20\x28",
+         {{u"PixelWidth"_s, 300},
+          {u"PixelHeight"_s, 200},
+          {u"Depth"_s, 8},
+          {u"ColorModel"_s, u"RGB"_s},
+          {u"HasAlpha"_s, 1}}},
+        {"tga of numbered colours",
+         QByteArray("\0\1\1\0\0\0\1\x10", 8) + little(0, 4) + little(300, 2) + little(200, 2) +
+             QByteArray("\x08\0", 2),
+         {{u"Depth"_s, 5}, {u"IsIndexed"_s, 1}, {u"HasAlpha"_s, 0}}},
         {"crw",
          crw(),
          {{u"{CIFF}/OwnerName"_s, u"Ada Byron"_s},
