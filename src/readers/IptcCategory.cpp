@@ -4,6 +4,7 @@
 #include "readers/TagValue.h"
 
 #include <QLatin1StringView>
+#include <QRegularExpression>
 
 #include <exception>
 #include <string>
@@ -80,6 +81,7 @@ constexpr Row kRows[] = {
 
 constexpr QLatin1StringView kContactInfo = "CreatorContactInfo"_L1;
 constexpr char kContactPrefix[] = "Xmp.iptc.CreatorContactInfo/Iptc4xmpCore:";
+constexpr char kDateCreated[] = "Xmp.photoshop.DateCreated";
 constexpr char kRecordPrefix[] = "Iptc.Application2.";
 
 using Targets = std::unordered_map<std::string, const Row *>;
@@ -145,6 +147,27 @@ void insertContact(QVariantMap &category, const std::string &key, const Exiv2::V
     category.insert(kContactInfo, contact);
 }
 
+/// XMP has the day and the time in one text, "2011-02-03T04:05:06.7+09:00", as far as they are
+/// known; the records have "20110203" and "040506+0900".
+void insertDate(QVariantMap &category, const std::string &key, const Exiv2::Value &value)
+{
+    static const QRegularExpression shape(
+        uR"(^(\d{4})-(\d\d)-(\d\d)(?:T(\d\d):(\d\d)(?::(\d\d)(?:\.\d+)?)?(?:(Z)|([+-]\d\d):(\d\d))?)?$)"_s);
+    const QRegularExpressionMatch match =
+        key == kDateCreated ? shape.match(QString::fromStdString(value.toString()))
+                            : QRegularExpressionMatch();
+    if (!match.hasMatch())
+        return;
+    const auto part = [&match](int index, const QString &otherwise = {}) {
+        return match.hasCaptured(index) ? match.captured(index) : otherwise;
+    };
+    category.insert(u"DateCreated"_s, QString(part(1) + part(2) + part(3)));
+    if (!match.hasCaptured(4))
+        return;
+    const QString zone = match.hasCaptured(7) ? u"+0000"_s : QString(part(8) + part(9));
+    category.insert(u"TimeCreated"_s, QString(part(4) + part(5) + part(6, u"00"_s) + zone));
+}
+
 template <typename Data>
 QVariantMap categoryOf(const Data &data)
 {
@@ -154,8 +177,8 @@ QVariantMap categoryOf(const Data &data)
             const std::string key = datum.key();
             if (const Row *row = rowOf(key))
                 insertTexts(category, *row, textsOf(datum.value()));
-            else
-                insertContact(category, key, datum.value());
+            insertContact(category, key, datum.value());
+            insertDate(category, key, datum.value());
         } catch (const std::exception &) { // that value cannot be read; the others can
         }
     }

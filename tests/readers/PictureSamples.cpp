@@ -326,7 +326,8 @@ QByteArray xmpPacket(const char *attributes)
     return "<x:xmpmeta xmlns:x='adobe:ns:meta/'>"
            "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
            "<rdf:Description xmlns:exif='http://ns.adobe.com/exif/1.0/' "
-           "xmlns:tiff='http://ns.adobe.com/tiff/1.0/' xmlns:xmp='http://ns.adobe.com/xap/1.0/' " +
+           "xmlns:tiff='http://ns.adobe.com/tiff/1.0/' xmlns:xmp='http://ns.adobe.com/xap/1.0/' "
+           "xmlns:photoshop='http://ns.adobe.com/photoshop/1.0/' " +
            QByteArray(attributes) + "/></rdf:RDF></x:xmpmeta>";
 }
 

@@ -213,6 +213,7 @@ void TestImageReader::xmpTellsWhatExifDataDoesNot_data()
     QTest::newRow("one that the header has not") << ImageWish{{{u"{TIFF}"_s, u"Model"_s}}};
     QTest::newRow("one that XMP writes differently")
         << ImageWish{{{u"{Exif}"_s, u"DateTimeOriginal"_s}}};
+    QTest::newRow("one that the header never has") << ImageWish{{{u"{IPTC}"_s, u"TimeCreated"_s}}};
 }
 
 void TestImageReader::xmpTellsWhatExifDataDoesNot()
@@ -222,12 +223,15 @@ void TestImageReader::xmpTellsWhatExifDataDoesNot()
     tiff.add(T::Main, 0x010F, T::Ascii, "Maker\0"_ba);
     tiff.add(T::Main, 0x0112, T::Short, T::shorts({8}));
     const QByteArray xmp = xmpPacket("tiff:Make='Other' tiff:Model='Cam' tiff:Orientation='6' "
-                                     "exif:DateTimeOriginal='2011-02-03T04:05'");
+                                     "exif:DateTimeOriginal='2011-02-03T04:05' "
+                                     "photoshop:DateCreated='2012-03-04T05:06:07.8+09:00'");
     const QByteArray file = jpegFile(QImage(4, 4, QImage::Format_RGB32), tiff.build(), xmp);
     const QVariantMap all{{u"{TIFF}/Make"_s, u"Maker"_s},
                           {u"{TIFF}/Model"_s, u"Cam"_s},
                           {u"Orientation"_s, 8},
-                          {u"{Exif}/DateTimeOriginal"_s, u"2011:02:03 04:05:00"_s}};
+                          {u"{Exif}/DateTimeOriginal"_s, u"2011:02:03 04:05:00"_s},
+                          {u"{IPTC}/DateCreated"_s, u"20120304"_s},
+                          {u"{IPTC}/TimeCreated"_s, u"050607+0900"_s}};
     const auto properties = readImageProperties(m_tree.rawFile("x", file), wish);
     QVERIFY(properties);
     for (const auto &[key, value] : all.asKeyValueRange()) {
