@@ -5,6 +5,7 @@
 #include "readers/AsfItems.h"
 #include "readers/Id3Items.h"
 #include "readers/Id3v2Places.h"
+#include "readers/MpegSync.h"
 #include "readers/RiffItems.h"
 #include "readers/SourceStream.h"
 #include "readers/XiphItems.h"
@@ -59,10 +60,24 @@ void addFurtherId3v2Items(TagLib::File &file, const Id3v2Places &places, MediaRe
     }
 }
 
-Reading readMpeg(SourceStream &stream, const Id3v2Places &places)
+/// Without an index in front, TagLib goes by the first frame's bit rate alone.
+void correctDuration(TagLib::MPEG::File &file, ByteSource &source, MediaReading &reading)
+{
+    const TagLib::MPEG::Properties *properties = file.audioProperties();
+    if (!properties || properties->xingHeader())
+        return;
+    const qint64 start = file.firstFrameOffset();
+    const qint64 last = file.lastFrameOffset();
+    if (start >= 0 && last > start)
+        reading.duration = durationOfManyRates(source, start, last).value_or(reading.duration);
+}
+
+Reading readMpeg(SourceStream &stream, ByteSource &source)
 {
     TagLib::MPEG::File file(&stream, frames());
-    return readFile(file, [&places](TagLib::MPEG::File &mpeg, MediaReading &reading) {
+    return readFile(file, [&source](TagLib::MPEG::File &mpeg, MediaReading &reading) {
+        correctDuration(mpeg, source, reading);
+        const Id3v2Places places = id3v2PlacesOf(source);
         addId3v1Items(mpeg.ID3v1Tag(), reading);
         addApeItems(mpeg.APETag(), reading);
         addFurtherId3v2Items(mpeg, places, reading);
@@ -160,7 +175,7 @@ Reading readWithTagLib(ByteSource &source, MediaFamily family)
     SourceStream stream(source);
     switch (family) {
     case MediaFamily::Mpeg:
-        return readMpeg(stream, id3v2PlacesOf(source));
+        return readMpeg(stream, source);
     case MediaFamily::Flac:
         return readFlac(stream);
     case MediaFamily::Vorbis:

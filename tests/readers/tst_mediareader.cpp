@@ -198,6 +198,14 @@ QByteArray zeros(qsizetype count)
     return QByteArray(count, '\0');
 }
 
+/// Frames of MPEG audio, 417 or 1044 bytes and 26 ms each, without an index in front.
+QByteArray sound(int slow, int fast)
+{
+    const QByteArray frame("\xFF\xFB\x90\x44", 4);
+    const QByteArray larger("\xFF\xFB\xE0\x44", 4);
+    return (frame + zeros(413)).repeated(slow) + (larger + zeros(1040)).repeated(fast);
+}
+
 QByteArray dataBox(char type, const QByteArray &value)
 {
     return box("data", zeros(3) + type + zeros(4) + value);
@@ -255,6 +263,8 @@ void TestMediaReader::buildsOfOneFile_data()
         << id3Block(id3Frame("TRCK", "300") + id3Frame("TPOS", "02 of 3")) << 0.0
         << u"disk=2/3 | trkn=300/0"_s;
     QTest::newRow("a number that is none") << id3Block(id3Frame("TRCK", "A")) << 0.0 << QString();
+    QTest::newRow("frames of many bit rates, without their sum")
+        << sound(200, 200) << 400 * 1152.0 / 44100 << QString();
     QTest::newRow("a film of zero length") << movie(thousandths + zeros(4), {}) << 0.0 << QString();
     QTest::newRow("a song without tags") << movie(fourMinutes, {}) << 245.0 << QString();
     QTest::newRow("numbers and genre of iTunes")
