@@ -12,10 +12,11 @@
 
 #include <QCoreApplication>
 
-#include <iterator>
+#include <chrono>
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -39,6 +40,8 @@ constexpr const char *kProblemTitle =
     QT_TRANSLATE_NOOP("TAppDelegate", "An Interrupted Rename Could Not Be Recovered");
 constexpr qsizetype kUndoButton = 1;
 constexpr QLatin1StringView kLogsFolder{"Tavrin/Logs"};
+/// At the end; a recovery that was cut off is done again at the next start.
+constexpr auto kRecoveryPatience = 2s;
 
 QString shown(const char *text)
 {
@@ -64,11 +67,14 @@ TDialogHost::Question alert(const QString &title, const QString &text)
 
 TAppDelegate::TAppDelegate(const Services &services)
     : m_services(services)
-    , m_work(services.mainThread, m_worker)
 {
 }
 
-TAppDelegate::~TAppDelegate() = default;
+TAppDelegate::~TAppDelegate()
+{
+    if (!m_recovery->waitFor(kRecoveryPatience))
+        m_recovery->abandon();
+}
 
 void TAppDelegate::awakeFromNib()
 {
@@ -136,15 +142,17 @@ void TAppDelegate::openNewDocumentIfNeeded()
 
 void TAppDelegate::recoverInterrupted()
 {
-    m_work.run(
-        [&disk = m_services.fileManager, &clock = m_services.clock](const auto &, const auto &) {
-            const QString logs = appSupportDirURL().appendingPathComponent(kLogsFolder).path();
-            return recoverInterruptedRuns(logs, disk, clock);
-        },
-        [this](std::vector<RecoveredRun> runs) {
-            std::move(runs.begin(), runs.end(), std::back_inserter(m_recovered));
+    const auto tell = [this, &mainThread = m_services.mainThread,
+                       alive = std::weak_ptr(m_alive)](std::vector<RecoveredRun> found) {
+        mainThread.post([this, alive, runs = std::move(found)] {
+            if (alive.expired())
+                return;
+            m_recovered.insert(m_recovered.end(), runs.begin(), runs.end());
             offerNext();
         });
+    };
+    m_recovery->start(appSupportDirURL().appendingPathComponent(kLogsFolder).path(),
+                      m_services.fileManager, m_services.clock, tell);
 }
 
 /// One after another, and none over a rollback window; when that closes, the next one comes.

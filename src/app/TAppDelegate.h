@@ -2,12 +2,13 @@
 #pragma once
 
 #include "document/TApplicationHost.h"
-#include "platform/BackgroundWork.h"
 #include "platform/Clock.h"
 #include "platform/FileManager.h"
+#include "platform/MainThread.h"
 #include "platform/Notifications.h"
 #include "platform/OperatingSystem.h"
-#include "rollback/RunJournal.h"
+#include "platform/WorkerQueue.h"
+#include "rollback/RecoveryProgress.h"
 
 #include <deque>
 #include <memory>
@@ -22,7 +23,8 @@ class TRollBackWindowController;
 class TAppDelegate
 {
 public:
-    /// All of them outlive the delegate.
+    /// All of them outlive the delegate, disk and clock the program: a recovery that hangs keeps
+    /// them.
     struct Services
     {
         TApplicationHost &host;
@@ -53,6 +55,8 @@ public:
 
     /// Does the small disk work of windows, such as presets; outlives every document.
     WorkerQueue &worker() { return m_worker; }
+    /// What is being found out about interrupted runs.
+    const std::shared_ptr<RecoveryProgress> &recovery() const { return m_recovery; }
 
 private:
     void initUserDefaults();
@@ -75,5 +79,5 @@ private:
     const std::shared_ptr<char> m_alive = std::make_shared<char>();
     WorkerQueue m_rollBackWorker; ///< a long rollback must not keep presets waiting
     WorkerQueue m_worker;
-    BackgroundWork m_work;
+    const std::shared_ptr<RecoveryProgress> m_recovery = std::make_shared<RecoveryProgress>();
 };

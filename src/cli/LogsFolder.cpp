@@ -5,13 +5,19 @@
 #include "cli/Console.h"
 #include "cli/ShellWords.h"
 #include "commonprocs/URLListProcessing.h"
+#include "rollback/RecoveryProgress.h"
+
+#include <chrono>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 constexpr QLatin1StringView kApplication{"Tavrin"};
 constexpr QLatin1StringView kLogs{"Logs"};
+constexpr auto kPatience = 1s;
+constexpr auto kStep = 100ms;
 
 QString storyOf(const RecoveredRun &run)
 {
@@ -41,10 +47,21 @@ QString made()
     return folder.isValid() ? folder.path() : QString();
 }
 
-std::vector<RecoveredRun> recover(CliEnvironment &environment, Console &console)
+std::optional<std::vector<RecoveredRun>> recover(CliEnvironment &environment, Console &console)
 {
-    std::vector<RecoveredRun> runs =
-        recoverInterruptedRuns(path(), environment.fileManager, environment.clock);
+    std::vector<RecoveredRun> runs;
+    const auto recovery = std::make_shared<RecoveryProgress>();
+    recovery->start(path(), environment.fileManager, environment.clock,
+                    [&runs](std::vector<RecoveredRun> found) { runs = std::move(found); });
+    if (!recovery->waitFor(kPatience))
+        console.message(u"waiting for the folder \"%1\" of an interrupted run, which does not "
+                        "answer"_s.arg(recovery->folderAtHand()));
+    while (!recovery->waitFor(kStep)) {
+        if (!environment.interrupted)
+            continue;
+        recovery->abandon();
+        return {};
+    }
     for (const RecoveredRun &run : runs)
         console.message(run.problem.isEmpty() ? storyOf(run) : run.problem);
     return runs;

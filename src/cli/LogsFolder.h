@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 class Console;
@@ -18,7 +19,8 @@ namespace LogsFolder {
 QString path();
 /// The folder, made when it is not there; empty when that is impossible.
 QString made();
-/// Turns the journals of interrupted runs into rollback logs and says so.
-std::vector<RecoveredRun> recover(CliEnvironment &environment, Console &console);
+/// Turns the journals of interrupted runs into rollback logs and says so; also when a folder keeps
+/// it waiting. Nothing when the user then stopped it.
+std::optional<std::vector<RecoveredRun>> recover(CliEnvironment &environment, Console &console);
 
 } // namespace LogsFolder

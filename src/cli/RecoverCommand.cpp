@@ -31,7 +31,10 @@ int RecoverCommand::run(const CommandLine &line)
     if (!line.words().isEmpty())
         return usageError(
             u"recover takes no arguments, but was given %1"_s.arg(line.words().first()));
-    const std::vector<RecoveredRun> runs = LogsFolder::recover(environment(), console());
+    const auto recovered = LogsFolder::recover(environment(), console());
+    if (!recovered)
+        return ExitStatus::kInterrupted;
+    const std::vector<RecoveredRun> &runs = *recovered;
     JsonWriter json;
     json.beginArray();
     for (const RecoveredRun &run : runs) {

@@ -65,7 +65,8 @@ int RenameCommand::run(const CommandLine &line)
         return refuse(ExitStatus::kNotConfirmed,
                       u"nobody is there to be asked; nothing was renamed. Give --yes to rename "
                       "without a question"_s);
-    LogsFolder::recover(environment(), console());
+    if (!LogsFolder::recover(environment(), console()))
+        return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
     if (const auto status = collect(line))
         return *status;
     const std::unique_ptr<BatchReport> report = BatchReport::make(console());

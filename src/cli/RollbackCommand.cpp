@@ -13,6 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr QLatin1StringView kInterruptedBefore{"interrupted; nothing was undone"};
 constexpr QLatin1StringView kLast{"last"};
 constexpr QLatin1StringView kCheck{"check"};
 constexpr QLatin1StringView kReverse{"reverse"};
@@ -77,7 +78,8 @@ int RollbackCommand::run(const CommandLine &line)
 {
     if (line.has(kLast) != line.words().isEmpty() || line.words().size() > 1)
         return usageError(u"give either one log or --last"_s);
-    LogsFolder::recover(environment(), console());
+    if (!LogsFolder::recover(environment(), console()))
+        return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
     if (const auto status = line.has(kLast) ? findLast() : findNamed(line.words().first()))
         return *status;
     m_result.records = m_run->transactions();
@@ -147,7 +149,7 @@ std::optional<int> RollbackCommand::confirm(const CommandLine &line)
         QString::number(count(RollbackRun::kRenamedFound)), counted(total, "file"_L1, "files"_L1),
         m_result.log));
     if (interrupted())
-        return refuse(ExitStatus::kInterrupted, u"interrupted; nothing was undone"_s);
+        return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
     if (!yes)
         return refuse(ExitStatus::kNotConfirmed, u"not confirmed; nothing was undone"_s);
     return {};

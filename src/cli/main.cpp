@@ -16,8 +16,8 @@ int main(int argc, char **argv)
     DescriptorOutput out(STDOUT_FILENO);
     DescriptorOutput err(STDERR_FILENO);
     ControllingTerminal terminal(Interrupt::requested());
-    DiskFileManager disk;
-    SystemClock clock;
+    static DiskFileManager disk; // these two last, for a recovery that hangs keeps them
+    static const SystemClock clock;
     CliEnvironment environment{out,  err,   STDIN_FILENO,          terminal,
                                disk, clock, Interrupt::requested()};
     environment.outIsTerminal = ::isatty(STDOUT_FILENO) == 1;

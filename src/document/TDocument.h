@@ -305,6 +305,8 @@ private:
     RenameGuard guard() const;
     void askForFolder();
     void prepareRename();
+    void awaitRecovery(int looks);
+    void tellOfRecovery();
     void makePlan();
     void confirmRename(const QString &problem);
     void renameAnswered(qsizetype button);

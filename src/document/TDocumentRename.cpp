@@ -14,12 +14,25 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto kRestartDelay = 100ms;
+constexpr auto kRecoveryStep = 50ms;
+constexpr int kRecoveryLooks = 20;
 constexpr qsizetype kRenameButton = 1;
 constexpr qint64 kProgressStep = 10;
 constexpr const char *kCancel = QT_TRANSLATE_NOOP("TDocument", "Cancel");
 constexpr const char *kRename = QT_TRANSLATE_NOOP("TDocument", "Rename");
 constexpr const char *kNoUndo = QT_TRANSLATE_NOOP("TDocument", "This run could not be undone. %@");
 constexpr const char *kLogTitle = QT_TRANSLATE_NOOP("TDocument", "Rename log:%@");
+constexpr const char *kRecoveryTitle =
+    QT_TRANSLATE_NOOP("TDocument", "An Interrupted Rename Is Still Being Looked Into");
+constexpr const char *kRecoveryText = QT_TRANSLATE_NOOP(
+    "TDocument", "An earlier run was cut off, and what it renamed cannot be found out because the "
+                 "folder \"%@\" does not answer.");
+constexpr const char *kElsewhere = QT_TRANSLATE_NOOP(
+    "TDocument", "The files of this batch are elsewhere and can be renamed meanwhile.");
+constexpr const char *kConcerned = QT_TRANSLATE_NOOP(
+    "TDocument", "It may concern files of this batch. Please rename them when the folder answers "
+                 "again, or remove from the batch what is in the folders of that run.");
+constexpr const char *kGoOn = QT_TRANSLATE_NOOP("TDocument", "Go On");
 constexpr const char *kStoppedTitle = QT_TRANSLATE_NOOP("TDocument", "The rename has stopped");
 constexpr QLatin1StringView kApplication{"Tavrin"};
 constexpr QLatin1StringView kLogs{"Logs"};
@@ -97,14 +110,44 @@ void TDocument::askForFolder()
                       });
 }
 
-/// When the program starts, the worker first finds out what became of runs that were cut off. That
-/// must not move under its hands, so the plan waits in the same queue.
+/// What an earlier run did must not move while it is being found out, which takes an instant unless
+/// a folder of it does not answer.
 void TDocument::prepareRename()
 {
     m_isPreparing = true;
     m_confirmVersion = m_batchVersion;
-    m_services.worker.run(
-        [this, mail = m_mail](const std::stop_token &) { mail->post([this] { makePlan(); }); });
+    awaitRecovery(kRecoveryLooks);
+}
+
+void TDocument::awaitRecovery(int looks)
+{
+    if (!m_services.recovery || m_services.recovery->isOver())
+        makePlan();
+    else if (looks > 0)
+        QTimer::singleShot(kRecoveryStep, this, [this, looks] { awaitRecovery(looks - 1); });
+    else
+        tellOfRecovery();
+}
+
+void TDocument::tellOfRecovery()
+{
+    const bool isElsewhere = m_services.recovery->leavesAlone(facts()->items());
+    TDialogHost::Question question{TDialogHost::Form::Sheet,
+                                   text(kRecoveryTitle),
+                                   text(kRecoveryText, {m_services.recovery->folderAtHand()}),
+                                   text(isElsewhere ? kElsewhere : kConcerned),
+                                   {}};
+    if (isElsewhere)
+        question.buttons = {text(kCancel), text(kGoOn)};
+    tell(&TDocumentHost::ask, question,
+         [this, mail = m_mail, isElsewhere, number = ++m_confirmation](qsizetype button) {
+             if (!mail->isOpen() || number != m_confirmation)
+                 return;
+             ++m_confirmation; // an answer counts once
+             if (isElsewhere && button == kRenameButton)
+                 return makePlan();
+             m_isPreparing = false;
+         });
 }
 
 void TDocument::makePlan()

@@ -8,9 +8,11 @@
 #include "platform/MainThread.h"
 #include "platform/Notifications.h"
 #include "platform/WorkerQueue.h"
+#include "rollback/RecoveryProgress.h"
 #include "settings/PresetsManager.h"
 
 #include <functional>
+#include <memory>
 
 /// What every document of the program shares. The doors are not owned and outlive all documents.
 struct TDocumentServices
@@ -28,6 +30,8 @@ struct TDocumentServices
     TDocumentGatherer::Make makeGatherer;
     /// What a new batch begins with.
     TOptions options = {};
+    /// What is still being found out about interrupted runs; null: nothing.
+    std::shared_ptr<RecoveryProgress> recovery = {};
 
     /// The folder of this user.
     static QString userLogsFolder();

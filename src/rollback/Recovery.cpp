@@ -5,6 +5,7 @@
 #include "rollback/JournalContents.h"
 #include "rollback/JournalFolder.h"
 #include "rollback/RecoveryMatcher.h"
+#include "rollback/RecoveryProgress.h"
 #include "rollback/RollbackLog.h"
 #include "rollback/RunJournal.h"
 
@@ -32,15 +33,25 @@ constexpr qint64 kWaitForFolders = 30LL * 24 * 60 * 60 * TDate::kNanosPerSecond;
 class Recovery
 {
 public:
-    Recovery(const JournalFolder &folder, FileManager &fileManager, const Clock &clock)
+    Recovery(const JournalFolder &folder, FileManager &fileManager, const Clock &clock,
+             RecoveryProgress *progress)
         : m_folder(folder)
         , m_fileManager(fileManager)
         , m_clock(clock)
+        , m_progress(progress)
     {
     }
 
+    struct Journal
+    {
+        QByteArray name;
+        OpenFile file;
+        TResult<JournalContents> contents;
+    };
+    /// Touches nothing but the journals.
+    static Journal read(const QByteArray &name, OpenFile file);
     /// Nothing when there is nothing to tell: the run had finished after all.
-    std::optional<RecoveredRun> recover(QByteArray name, OpenFile file) const;
+    std::optional<RecoveredRun> recover(Journal source) const;
 
 private:
     RecoveredRun setAside(const QByteArray &name, const QString &why) const;
@@ -53,6 +64,7 @@ private:
     const JournalFolder &m_folder;
     FileManager &m_fileManager;
     const Clock &m_clock;
+    RecoveryProgress *m_progress;
 };
 
 QString shown(const QByteArray &path)
@@ -71,17 +83,22 @@ RecoveredRun counted(const RecoveryMatcher &matcher)
     return run;
 }
 
-std::optional<RecoveredRun> Recovery::recover(QByteArray name, OpenFile file) const
+Recovery::Journal Recovery::read(const QByteArray &name, OpenFile file)
 {
     QFile device;
     device.open(file.descriptor(), QIODevice::ReadOnly);
-    const TResult<JournalContents> contents = JournalContents::read(device);
+    return {name, std::move(file), JournalContents::read(device)};
+}
+
+std::optional<RecoveredRun> Recovery::recover(Journal source) const
+{
+    auto &[name, file, contents] = source;
     if (!contents)
         return setAside(name, contents.message());
     const JournalContents &journal = contents.value();
     const QByteArray bootId = currentBootId();
-    RecoveryMatcher matcher(m_fileManager, journal,
-                            !bootId.isEmpty() && bootId == journal.bootId());
+    RecoveryMatcher matcher(m_fileManager, journal, !bootId.isEmpty() && bootId == journal.bootId(),
+                            m_progress);
     matcher.match();
     if (!waitsForFolder(journal, matcher))
         matcher.endHalfMoves();
@@ -210,7 +227,8 @@ void removeLeftovers(const JournalFolder &folder)
 } // namespace
 
 std::vector<RecoveredRun> recoverInterruptedRuns(const QString &logsFolder,
-                                                 FileManager &fileManager, const Clock &clock)
+                                                 FileManager &fileManager, const Clock &clock,
+                                                 RecoveryProgress *progress)
 {
     std::vector<RecoveredRun> runs;
     const auto addProblem = [&runs](const QString &problem) {
@@ -229,14 +247,24 @@ std::vector<RecoveredRun> recoverInterruptedRuns(const QString &logsFolder,
         addProblem(names.message());
         return runs;
     }
-    const Recovery recovery(folder.value(), fileManager, clock);
+    std::vector<Recovery::Journal> journals;
+    std::vector<QByteArray> concerned;
     for (const QByteArray &name : names.value()) {
         TResult<OpenFile> file = folder.value().openLocked(name);
         if (!file)
             addProblem(file.message());
-        else if (file.value().isOpen())
-            if (std::optional<RecoveredRun> run = recovery.recover(name, std::move(file).value()))
-                runs.push_back(std::move(*run));
+        if (!file || !file.value().isOpen())
+            continue;
+        journals.push_back(Recovery::read(name, std::move(file).value()));
+        if (const auto &contents = journals.back().contents)
+            concerned.insert(concerned.end(), contents.value().folders().begin(),
+                             contents.value().folders().end());
     }
+    if (progress != nullptr)
+        progress->setFolders(std::move(concerned));
+    const Recovery recovery(folder.value(), fileManager, clock, progress);
+    for (Recovery::Journal &journal : journals)
+        if (std::optional<RecoveredRun> run = recovery.recover(std::move(journal)))
+            runs.push_back(std::move(*run));
     return runs;
 }

@@ -4,6 +4,7 @@
 #include "commonprocs/CaseBlindness.h"
 #include "commonprocs/easyfile.h"
 #include "rollback/NamesBefore.h"
+#include "rollback/RecoveryProgress.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -11,10 +12,11 @@
 #include <numeric>
 
 RecoveryMatcher::RecoveryMatcher(FileManager &fileManager, const JournalContents &journal,
-                                 bool sameBoot)
+                                 bool sameBoot, RecoveryProgress *progress)
     : m_fileManager(fileManager)
     , m_journal(journal)
     , m_sameBoot(sameBoot)
+    , m_progress(progress)
     , m_outcomes(journal.files().size())
     , m_found(journal.files().size(), Found::Nowhere)
 {
@@ -52,13 +54,21 @@ void RecoveryMatcher::matchFolder(const QByteArray &path, Indices files)
     if (files.empty())
         return;
     m_folds = false;
-    const int folder = m_fileManager.openFolder(path);
+    const int folder = openFolder(path);
     const bool hasEntries = folder >= 0 && findInodes(folder, files);
     if (!hasEntries && m_absentFolder.isEmpty())
         m_absentFolder = path;
     judgeRest(folder, files);
     if (folder >= 0)
         m_fileManager.closeFolder(folder);
+}
+
+/// Whatever may wait for a disk comes after this.
+int RecoveryMatcher::openFolder(const QByteArray &path)
+{
+    if (m_progress != nullptr)
+        m_progress->setFolderAtHand(path);
+    return m_fileManager.openFolder(path);
 }
 
 /// Looks for the planned inodes among the folder's entries. False when it has none at all, or the
@@ -187,7 +197,7 @@ void RecoveryMatcher::endHalfMoves()
         Outcome &result = outcome(i);
         if (result.fate != Fate::HalfWay)
             continue;
-        const int folder = m_fileManager.openFolder(m_journal.folders()[file(i).folder]);
+        const int folder = openFolder(m_journal.folders()[file(i).folder]);
         const QByteArray oldName = m_journal.text(file(i).name).toByteArray();
         const bool ended =
             folder >= 0 &&

@@ -10,6 +10,7 @@
 #include <vector>
 
 class NamesBefore;
+class RecoveryProgress;
 
 /// Finds out what an interrupted run did to the files of its plan: by their inodes where these
 /// last, else by the records of the journal and the names that are there. Changes nothing but where
@@ -31,7 +32,8 @@ public:
 
     /// sameBoot says that the journal was written since the machine last started, so that device
     /// numbers still mean the same.
-    RecoveryMatcher(FileManager &fileManager, const JournalContents &journal, bool sameBoot);
+    RecoveryMatcher(FileManager &fileManager, const JournalContents &journal, bool sameBoot,
+                    RecoveryProgress *progress = nullptr);
 
     /// Looks at every folder of the plan.
     void match();
@@ -49,6 +51,7 @@ private:
 
     std::vector<qsizetype> filesByFolder(std::vector<std::size_t> &starts) const;
     void matchFolder(const QByteArray &path, Indices files);
+    int openFolder(const QByteArray &path);
     bool findInodes(int folder, Indices files);
     void noteFound(qsizetype index, const QByteArray &name);
     bool isPlanned(const File &file, const TFileStatus &status) const;
@@ -63,6 +66,7 @@ private:
     FileManager &m_fileManager;
     const JournalContents &m_journal;
     bool m_sameBoot;
+    RecoveryProgress *m_progress;
     std::vector<Outcome> m_outcomes;
     /// How a file has been found so far in its folder.
     enum class Found : quint8 { Nowhere, UnderOldName, UnderNewName, UnderBoth };

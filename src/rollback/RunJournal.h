@@ -7,6 +7,8 @@
 
 #include <memory>
 
+class RecoveryProgress;
+
 /// The plan of a run, on disk before the first move, so that a crash or power cut at any moment
 /// loses no record: <logs>/.running/<uuid>.journal, locked while the run lives. Used by one thread
 /// at a time. Layout: docs/file-formats.md.
@@ -58,6 +60,8 @@ struct RecoveredRun
 
 /// Turns every journal whose run no longer lives into a rollback log. Journals of living runs
 /// (locked ones) are left alone; those whose folders are away (a drive not plugged in) wait, for 30
-/// days at most; unreadable ones are set aside.
+/// days at most; unreadable ones are set aside. A folder that does not answer holds this up; the
+/// progress, when given, is told which one it is.
 std::vector<RecoveredRun> recoverInterruptedRuns(const QString &logsFolder,
-                                                 FileManager &fileManager, const Clock &clock);
+                                                 FileManager &fileManager, const Clock &clock,
+                                                 RecoveryProgress *progress = nullptr);

@@ -9,6 +9,7 @@
 #include "settings/Preferences.h"
 #include "settings/UserDefaults.h"
 #include "settings/logging.h"
+#include "support/FaultyFileManager.h"
 #include "support/ManualClock.h"
 #include "support/ScriptedApplicationHost.h"
 #include "support/TemporaryTree.h"
@@ -20,9 +21,11 @@
 #include <QTest>
 
 #include <fcntl.h>
+#include <future>
 #include <optional>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using L = QStringList;
 using State = TDoRollBackWindowController::State;
 
@@ -46,7 +49,7 @@ public:
 struct Program
 {
     TemporaryTree tree;
-    DiskFileManager disk;
+    FaultyFileManager disk;
     ManualClock clock{TDate::fromSeconds(1'751'551'509)};
     OtherSystem system;
     PumpedMainThread mainThread;
@@ -82,6 +85,7 @@ struct Program
     }
     void settle()
     {
+        delegate->recovery()->waitFor(30s);
         delegate->worker().wait();
         mainThread.pump();
     }
@@ -100,7 +104,7 @@ struct Program
             journal->addFile(item);
         }
         QVERIFY(journal->syncPlan());
-        QVERIFY(QFile::rename(tree.path(name), tree.path(u"moved "_s + name)));
+        QVERIFY(QFile::rename(tree.path(name), tree.path(name + u" moved"_s)));
         journal->recordMove(0, {}); // the file is found by its inode
     }
 };
@@ -122,6 +126,7 @@ private Q_SLOTS:
     void interruptedRuns_data();
     void interruptedRuns();
     void severalInterruptedRuns();
+    void aFolderThatDoesNotAnswer();
     void rollBackCommand();
     void endingAtAnyMoment();
 };
@@ -278,6 +283,27 @@ void TestTAppDelegate::severalInterruptedRuns()
         "alert: An Interrupted Rename Could Not Be Recovered|The journal \""_L1));
     QVERIFY(program.host.runner == nullptr);
     QCOMPARE(program.logs(), 2);
+}
+
+/// It keeps neither the windows' own disk work nor the end of the program.
+void TestTAppDelegate::aFolderThatDoesNotAnswer()
+{
+    Program program;
+    program.leaveInterruptedRun(u"share/a"_s);
+    std::promise<void> answers;
+    const QString folder = program.tree.path(u"share"_s);
+    program.disk.before(
+        FaultyFileManager::Call::OpenFolder, [&] { answers.get_future().wait(); }, folder.toUtf8());
+    program.launch();
+    const auto recovery = program.delegate->recovery();
+    QVERIFY(QTest::qWaitFor([&] { return recovery->folderAtHand() == folder; }));
+    QVERIFY(program.delegate->worker().wait());
+    program.delegate.reset();
+    QVERIFY(!recovery->isOver());
+    answers.set_value();
+    QVERIFY(recovery->waitFor(30s));
+    program.mainThread.pump();
+    QCOMPARE(program.host.callsOf(u"alert"_s), L());
 }
 
 void TestTAppDelegate::rollBackCommand()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliFixture.h"
 #include "rollback/RunJournal.h"
+#include "support/FaultyFileManager.h"
 #include "support/Table.h"
 
 #include <QDateTime>
@@ -8,6 +9,7 @@
 
 #include <cstdio>
 #include <fcntl.h>
+#include <future>
 
 using namespace Qt::StringLiterals;
 
@@ -230,6 +232,30 @@ private Q_SLOTS:
         QCOMPARE(cli.names().first(), arguments.contains(u"rollback"_s) ? u"a.txt"_s
                                       : arguments.contains(u"rename"_s) ? u"1.txt"_s
                                                                         : u"moved.txt"_s);
+    }
+
+    void recoveryThatWaitsCanBeStopped()
+    {
+        CliFixture cli;
+        leaveJournal(cli);
+        FaultyFileManager disk;
+        std::promise<void> answers;
+        disk.before(
+            FaultyFileManager::Call::OpenFolder, [&] { answers.get_future().wait(); },
+            cli.batchPath().toUtf8());
+        cli.fileManager = &disk;
+        cli.interrupted = true;
+        QCOMPARE(cli.run({u"rename"_s, u"--yes"_s, u"--rule"_s, u"Counter"_s, cli.batchPath()}),
+                 130);
+        QCOMPARE(cli.err(),
+                 u"tavrin-cli: waiting for the folder \"%1\" of an interrupted run, which "
+                 "does not answer\ntavrin-cli: interrupted; nothing was renamed\n"_s.arg(
+                     cli.batchPath()));
+        answers.set_value();
+        QVERIFY(QTest::qWaitFor([&] { // the thread that was left alone is done with the disk
+            return !cli.tree.list(u"data/Tavrin/Logs/.running"_s).filter(u".finished"_s).isEmpty();
+        }));
+        QCOMPARE(cli.names(), QStringList{u"moved.txt"_s});
     }
 
     void recoverPrintsTheNewLogs()

@@ -64,6 +64,7 @@ struct DocumentFixture
     ScriptedHost host;
     TableGatherer::Table metadata;
     WorkerQueue worker;
+    std::shared_ptr<RecoveryProgress> recovery = std::make_shared<RecoveryProgress>();
     bool canMakeLogs = true;
     std::unique_ptr<TDocument> document = makeDocument(host);
 
@@ -72,13 +73,19 @@ struct DocumentFixture
         return std::make_unique<TDocument>(
             window,
             TDocumentServices{
-                mainThread, disk, clock, notifications, worker,
+                mainThread,
+                disk,
+                clock,
+                notifications,
+                worker,
                 PresetsManager(tree.path(QStringLiteral("shipped")),
                                tree.path(QStringLiteral("presets"))),
                 [this] { return canMakeLogs ? tree.folder(QStringLiteral("Logs")) : QString(); },
                 [this](TDocumentGatherer::Completion completion) {
                     return std::make_unique<TableGatherer>(metadata, std::move(completion));
-                }});
+                },
+                {},
+                recovery});
     }
     /// Runs posted work until the condition holds; false when that takes too long.
     bool pumpUntil(const std::function<bool()> &condition)

@@ -53,10 +53,23 @@ void showOnce(QPointer<QDialog> &window, QWidget *parent)
     window->activateWindow();
 }
 
+/// These two last as long as the program, which may end without a recovery that hangs.
+FileManager &theDisk()
+{
+    static DiskFileManager disk;
+    return disk;
+}
+
+const Clock &theClock()
+{
+    static const SystemClock clock;
+    return clock;
+}
+
 } // namespace
 
 ApplicationHost::ApplicationHost()
-    : m_delegate({*this, m_mainThread, m_notifications, m_disk, m_clock, m_system})
+    : m_delegate({*this, m_mainThread, m_notifications, theDisk(), theClock(), m_system})
 {
     connect(qApp, &QGuiApplication::lastWindowClosed, this, &ApplicationHost::quitIfDone);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
@@ -101,13 +114,15 @@ void ApplicationHost::open(const TFileURLs &files)
 TDocumentServices ApplicationHost::documentServices()
 {
     return {m_mainThread,
-            m_disk,
-            m_clock,
+            theDisk(),
+            theClock(),
             m_notifications,
             m_delegate.worker(),
             PresetsManager::standard(),
             &TDocumentServices::userLogsFolder,
-            gatherersWithHelpers(m_mainThread)};
+            gatherersWithHelpers(m_mainThread),
+            {},
+            m_delegate.recovery()};
 }
 
 BatchWindow *ApplicationHost::currentBatch() const

@@ -77,8 +77,6 @@ private:
     void quitIfDone();
 
     Notifications m_notifications;
-    DiskFileManager m_disk;
-    SystemClock m_clock;
     RunningSystem m_system;
     QtMainThread m_mainThread; ///< what was posted and never ran refers to the above
     TAppDelegate m_delegate;
