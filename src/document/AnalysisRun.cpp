@@ -1,38 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/AnalysisRun.h"
 
-#include "document/TRuleKinds.h"
-
-namespace {
-
-constexpr qsizetype kProgressStep = 50;
-
-AnalysisStepper::Settings stepperSettings(const AnalysisRun &run, const TRuleList *rules,
-                                          qsizetype files, TErrorLog *extensionLog)
-{
-    return {rules, run.extensionHandler, run.options, run.colorCode, run.duplicatesAreCritical,
-            files, extensionLog};
-}
-
-} // namespace
-
-void AnalysisRun::backgroundRunForLog(const TFileList &files, TErrorLog &runLog,
-                                      TErrorLog &errorLog, const Progress &progress) const
-{
-    const auto total = static_cast<qsizetype>(files.size());
-    TRuleList copied;
-    if (rules) {
-        copied = TRuleKinds::copyArrayViaEncode(*rules);
-        NameGeneration::prepareAllRules(*rules);
-    }
-    AnalysisStepper stepper(stepperSettings(*this, rules ? &copied : nullptr, total, &errorLog));
-    for (qsizetype i = 0; i < total; ++i) {
-        stepper.step(*files[static_cast<std::size_t>(i)], runLog);
-        if (progress && (i + 1) % kProgressStep == 0)
-            progress(i + 1, total);
-    }
-}
-
 void AnalysisRun::fullRun(const TFileList &files, TErrorLog &errorLog) const
 {
     const auto stepper = fullRunStepper(static_cast<qsizetype>(files.size()), errorLog);
@@ -46,7 +14,8 @@ std::unique_ptr<AnalysisStepper> AnalysisRun::fullRunStepper(qsizetype files,
     errorLog.clear();
     if (rules)
         NameGeneration::prepareAllRules(*rules);
-    return std::make_unique<AnalysisStepper>(stepperSettings(*this, rules, files, &errorLog));
+    return std::make_unique<AnalysisStepper>(AnalysisStepper::Settings{
+        rules, extensionHandler, options, colorCode, duplicatesAreCritical, files, &errorLog});
 }
 
 void AnalysisRun::partialRunFor(const TFileList &files) const

@@ -215,60 +215,16 @@ private Q_SLOTS:
         TExtensionHandler handler;
         handler.setHandlingMethod(TExtensionHandler::kRegEx);
         handler.setRegEx(u"(a+)+b"_s);
-        const AnalysisRun run{&rules, &handler, {}, true, false};
         const TFileList files = entriesFor({u"/d/a."_s + QString(60, u'a')});
         TErrorLog runLog;
         TErrorLog documentLog;
-        run.backgroundRunForLog(files, runLog, documentLog, {});
+        AnalysisStepper({&rules, &handler, {}, true, false, 1, &documentLog})
+            .step(*files[0], runLog);
         QCOMPARE(texts(documentLog),
                  QStringList{u"2 The regular expression takes too long for this name."_s});
         QVERIFY(runLog.isEmpty());
         QCOMPARE(files[0]->errLevel(), 2);
         QCOMPARE(files[0]->attributedTargetExtension().string(), u"."_s);
-    }
-
-    void threeFormsDiffer()
-    {
-        TRuleList rules{
-            makeRule(u"Counter"_s, {{u"individualFileTypes"_s, true}, {u"startValue"_s, 5}})};
-        TExtensionHandler handler;
-        const AnalysisRun run{&rules, &handler, {}, true, false};
-        const TFileList files = entriesFor({u"/d/a.x"_s, u"/d/b.x"_s});
-        const auto names = [&] {
-            return QStringList{files[0]->targetName(), files[1]->targetName()};
-        };
-        TErrorLog log;
-        run.fullRun(files, log);
-        QCOMPARE(names(), (QStringList{u"5"_s, u"6"_s}));
-        // The copy was made before the document's rules were prepared, and is not prepared itself:
-        // its counters by extension go on.
-        run.backgroundRunForLog(files, log, log, {});
-        QCOMPARE(names(), (QStringList{u"7"_s, u"8"_s}));
-        run.backgroundRunForLog(files, log, log, {});
-        QCOMPARE(names(), (QStringList{u"5"_s, u"6"_s}));
-        // The partial form leaves the plain name alone and makes no duplicate test.
-        files[0]->setTargetName(u"kept"_s);
-        run.partialRunFor({files[0], files[0]});
-        QCOMPARE(files[0]->targetName(), u"kept"_s);
-        QCOMPARE(files[0]->attributedTargetName().string(), u"6"_s);
-        QVERIFY(files[0]->errLog().isEmpty());
-    }
-
-    void progressEveryFifty()
-    {
-        TRuleList rules{makeRule(u"Original"_s)};
-        TExtensionHandler handler;
-        const AnalysisRun run{&rules, &handler, {}, true, false};
-        QStringList paths;
-        for (int i = 0; i < 120; ++i)
-            paths += u"/d/%1.x"_s.arg(i);
-        QList<qsizetype> seen;
-        TErrorLog log;
-        run.backgroundRunForLog(entriesFor(paths), log, log, [&](qsizetype done, qsizetype total) {
-            QCOMPARE(total, 120);
-            seen += done;
-        });
-        QCOMPARE(seen, (QList<qsizetype>{50, 100}));
     }
 };
 
