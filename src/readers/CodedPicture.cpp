@@ -2,6 +2,7 @@
 #include "readers/CodedPicture.h"
 
 #include "readers/BmffItems.h"
+#include "readers/FormatHeaders.h"
 #include "readers/MemorySource.h"
 
 #include <algorithm>
@@ -158,4 +159,19 @@ private:
 CodedPicture codedPicture(ByteSource &file, int edge)
 {
     return Pictures(file).best(edge);
+}
+
+CodedPicture jpeg2000Picture(ByteSource &file)
+{
+    CodedPicture picture;
+    const ImageFacts facts = walkJpeg2000(file);
+    const auto mostRows = static_cast<qint64>(kMostPixels) / std::max<qint64>(facts.width, 1);
+    if (file.size() > kLargestPicture || facts.width <= 0 || facts.height <= 0 ||
+        facts.height > mostRows)
+        return picture;
+    picture.coder = Coder::Jpeg2000;
+    picture.width = static_cast<int>(facts.width);
+    picture.height = static_cast<int>(facts.height);
+    picture.tiles.push_back(file.bytes(0, file.size()));
+    return picture;
 }

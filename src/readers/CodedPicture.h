@@ -5,10 +5,10 @@
 
 #include <vector>
 
-/// One still picture as a video coder made it, out of a HEIF or AVIF file.
+/// One still picture as its coder made it: a video coder in a HEIF or AVIF file, or JPEG 2000.
 struct CodedPicture
 {
-    enum class Coder { Hevc, Av1 };
+    enum class Coder { Hevc, Av1, Jpeg2000 };
 
     Coder coder = Coder::Hevc;
     int width = 0;
@@ -21,3 +21,6 @@ struct CodedPicture
 /// The smallest thumbnail or picture of a HEIF or AVIF file that fills a square of edge pixels,
 /// else the largest. Never throws but for want of memory.
 CodedPicture codedPicture(ByteSource &file, int edge);
+
+/// The picture of a JPEG 2000 file; none when it is too large.
+CodedPicture jpeg2000Picture(ByteSource &file);

@@ -12,6 +12,8 @@ extern "C" {
 
 namespace {
 
+using Coder = CodedPicture::Coder;
+
 constexpr int64_t kMostPixels = int64_t{64} * 1024 * 1024;
 
 struct FreeContext
@@ -31,10 +33,21 @@ using ContextPtr = std::unique_ptr<AVCodecContext, FreeContext>;
 using PacketPtr = std::unique_ptr<AVPacket, FreePacket>;
 using FramePtr = std::unique_ptr<AVFrame, FreeFrame>;
 
-ContextPtr openDecoder(const CodedPicture &picture)
+const AVCodec *decoderOf(Coder coder)
 {
-    const bool isHevc = picture.coder == CodedPicture::Coder::Hevc;
-    const AVCodec *codec = avcodec_find_decoder(isHevc ? AV_CODEC_ID_HEVC : AV_CODEC_ID_AV1);
+    if (coder == Coder::Hevc)
+        return avcodec_find_decoder(AV_CODEC_ID_HEVC);
+    if (coder == Coder::Av1)
+        return avcodec_find_decoder(AV_CODEC_ID_AV1);
+    // The library's own takes twice the time.
+    const AVCodec *codec = avcodec_find_decoder_by_name("libopenjpeg");
+    return codec ? codec : avcodec_find_decoder(AV_CODEC_ID_JPEG2000);
+}
+
+/// A decoder that halves the picture so many times.
+ContextPtr openDecoder(const CodedPicture &picture, int halvings)
+{
+    const AVCodec *codec = decoderOf(picture.coder);
     ContextPtr context(codec ? avcodec_alloc_context3(codec) : nullptr);
     if (!context)
         return nullptr;
@@ -45,6 +58,7 @@ ContextPtr openDecoder(const CodedPicture &picture)
     std::memcpy(context->extradata, picture.setup.constData(), size);
     context->extradata_size = static_cast<int>(size);
     context->thread_count = 1;
+    context->lowres = halvings;
     context->max_pixels = kMostPixels;
     return avcodec_open2(context.get(), codec, nullptr) < 0 ? nullptr : std::move(context);
 }
@@ -179,16 +193,28 @@ bool paint(const AVFrame &tile, QPoint origin, int step, QImage &image)
     return true;
 }
 
-} // namespace
-
-QImage decodeWithLibav(const CodedPicture &picture, int edge)
+/// How often the picture may be halved and still fills twice the edge. Only JPEG 2000 can leave out
+/// its details.
+int halvingsOf(const CodedPicture &picture, int edge)
 {
-    av_log_set_level(AV_LOG_QUIET);
-    const ContextPtr context = openDecoder(picture);
-    if (!context || edge <= 0)
+    constexpr int kMost = 5; // as many as encoders make by default
+    int halvings = 0;
+    const int longer = std::max(picture.width, picture.height);
+    while (picture.coder == Coder::Jpeg2000 && halvings < kMost &&
+           longer >> (halvings + 1) >= 2 * edge)
+        ++halvings;
+    return halvings;
+}
+
+QImage decode(const CodedPicture &picture, int edge, int halvings)
+{
+    const ContextPtr context = openDecoder(picture, halvings);
+    if (!context)
         return {};
-    const int step = std::max(1, std::max(picture.width, picture.height) / (2 * edge));
-    QImage image(std::max(1, picture.width / step), std::max(1, picture.height / step),
+    const auto halved = [halvings](int length) { return ((length - 1) >> halvings) + 1; };
+    const QSize whole(halved(picture.width), halved(picture.height));
+    const int step = std::max(1, std::max(whole.width(), whole.height()) / (2 * edge));
+    QImage image(std::max(1, whole.width() / step), std::max(1, whole.height() / step),
                  QImage::Format_RGB32);
     image.fill(Qt::black);
     QSize size; // of each tile
@@ -196,15 +222,34 @@ QImage decodeWithLibav(const CodedPicture &picture, int edge)
         const FramePtr tile = decodeFrame(*context, picture.tiles[i]);
         if (!tile)
             return {};
+        if (picture.coder == Coder::Jpeg2000)
+            tile->color_range = AVCOL_RANGE_JPEG;
         if (i == 0)
             size = QSize(tile->width, tile->height);
         const qint64 left = static_cast<qint64>(i) % picture.columns * size.width();
         const qint64 top = static_cast<qint64>(i) / picture.columns * size.height();
-        const bool isInside = left < picture.width && top < picture.height;
+        const bool isInside = left < whole.width() && top < whole.height();
         const QPoint origin(static_cast<int>(left), static_cast<int>(top));
         if (!isInside || QSize(tile->width, tile->height) != size ||
             !paint(*tile, origin, step, image))
             return {};
     }
     return image;
+}
+
+} // namespace
+
+QImage decodeWithLibav(const CodedPicture &picture, int edge)
+{
+    av_log_set_level(AV_LOG_QUIET);
+    if (edge <= 0)
+        return {};
+    const int halvings = halvingsOf(picture, edge);
+    const QImage image = decode(picture, edge, halvings);
+    if (!image.isNull() || halvings == 0)
+        return image;
+    // Few pictures have fewer steps to leave out. Large ones would take long.
+    constexpr int64_t kMostAtOnce = int64_t{4} * 1024 * 1024;
+    const int64_t pixels = int64_t{picture.width} * picture.height;
+    return pixels <= kMostAtOnce ? decode(picture, edge, 0) : QImage();
 }

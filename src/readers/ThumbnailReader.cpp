@@ -6,7 +6,9 @@
 #include "readers/EmbeddedPreview.h"
 #include "readers/FileSource.h"
 #include "readers/FormatHeaders.h"
+#include "readers/GeneralCategory.h"
 #include "readers/ImageFormat.h"
+#include "readers/ImageTags.h"
 #include "readers/LibavPicture.h"
 #include "readers/MemorySource.h"
 #include "readers/SourceDevice.h"
@@ -16,6 +18,8 @@
 
 #include <algorithm>
 #include <exception>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -69,13 +73,26 @@ QImage turned(const QImage &image, int orientation)
                                : mirrored.transformed(QTransform().rotate(kAngles[index]));
 }
 
+int orientationOfJpeg2000(ByteSource &file)
+{
+    const ImageFacts facts = walkJpeg2000(file);
+    const ImageTags tags = readImageTags(file, ImageFormat::Jpeg2000, facts);
+    return generalProperties(facts, tags).value(u"Orientation"_s).toInt();
+}
+
+/// What Qt has no plug-in for.
 QImage codedPictureOf(ByteSource &file, int edge)
 {
-    const CodedPicture picture = codedPicture(file, edge);
+    const ImageFormat format = imageFormatOf(file);
+    const bool isJpeg2000 = format == ImageFormat::Jpeg2000;
+    if (!isJpeg2000 && format != ImageFormat::Bmff)
+        return {};
+    const CodedPicture picture = isJpeg2000 ? jpeg2000Picture(file) : codedPicture(file, edge);
     if (picture.tiles.empty())
         return {};
     const QImage image = scaledDown(decodeWithLibav(picture, edge), edge);
-    return turned(image, std::max(walkBmff(file).orientation, 1));
+    const int orientation = isJpeg2000 ? orientationOfJpeg2000(file) : walkBmff(file).orientation;
+    return turned(image, std::max(orientation, 1));
 }
 
 QImage previewOf(ByteSource &file, int edge)
@@ -106,7 +123,7 @@ QImage readThumbnail(const QByteArray &path, int edge)
     QImageReader::setAllocationLimit(kMostMebibytes);
     try {
         QImage image = decoded(file, edge);
-        if (image.isNull() && imageFormatOf(file) == ImageFormat::Bmff)
+        if (image.isNull())
             image = codedPictureOf(file, edge);
         if (image.isNull())
             image = previewOf(file, edge);

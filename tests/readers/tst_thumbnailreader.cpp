@@ -123,6 +123,10 @@ void TestThumbnailReader::pictureIsUprightAndFits_data()
     QTest::newRow("heif of two tiles, turned to the left")
         << sample(u"tiles.heic"_s) << 64 << QSize(64, 64) << u"bl"_s;
     QTest::newRow("avif") << sample(u"marked.avif"_s) << 64 << QSize(64, 32) << u"tl"_s;
+    QTest::newRow("jpeg 2000, turned to the right by its Exif data")
+        << sample(u"marked.jp2"_s) << 64 << QSize(32, 64) << u"tr"_s;
+    QTest::newRow("jpeg 2000 of too few steps")
+        << sample(u"flat.j2k"_s) << 64 << QSize(64, 32) << u"tl"_s;
     QTest::newRow("cover") << song(jpegFile(marked())) << 64 << QSize(64, 32) << u"tl"_s;
 }
 
