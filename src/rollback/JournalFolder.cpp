@@ -61,6 +61,13 @@ QByteArray endingFor(const QByteArray &rollbackLog)
     return (stem.isEmpty() ? QByteArray() : '.' + stem) + JournalFolder::kFinished.toByteArray();
 }
 
+/// Of two spellings, too: some disks keep every name in small letters.
+bool endsWith(QByteArrayView name, QByteArrayView ending)
+{
+    return name.size() >= ending.size() &&
+           name.last(ending.size()).compare(ending, Qt::CaseInsensitive) == 0;
+}
+
 /// Errors that say what stands under a name, and not that the disk fails.
 bool isNoOpenFile(int error)
 {
@@ -152,7 +159,7 @@ TResult<std::vector<QByteArray>> JournalFolder::names(QByteArrayView ending) con
     again.release();
     errno = 0;
     while (const dirent *entry = ::readdir(listing.get()))
-        if (QByteArrayView(entry->d_name).endsWith(ending))
+        if (endsWith(entry->d_name, ending))
             found.emplace_back(entry->d_name);
     if (errno != 0)
         return failure();

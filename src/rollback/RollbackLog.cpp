@@ -153,12 +153,14 @@ TResult<std::vector<TRenameTRX>> readRollbackLog(const QString &path)
 
 namespace {
 
-/// All logs of the folder with their dates, newest first.
+/// All logs of the folder with their dates, newest first. Some disks keep every name in small
+/// letters.
 std::vector<std::pair<TDate, QString>> datedLogs(const QString &logsFolder)
 {
     TFileURLs urls;
-    processURLforExtensionstoList(TFileURL::fileURLWithPath(logsFolder), {kRollbackLogExtension},
-                                  urls);
+    const QString extension = kRollbackLogExtension;
+    processURLforExtensionstoList(TFileURL::fileURLWithPath(logsFolder),
+                                  {extension, extension.toLower()}, urls);
     std::vector<std::pair<TDate, QString>> found;
     for (const TFileURL &url : urls)
         if (const TDate date = dateOfFile(url); date.isSet())

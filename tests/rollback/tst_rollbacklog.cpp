@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commonprocs/ByteNames.h"
 #include "platform/KeyedArchiver.h"
+#include "rollback/JournalFolder.h"
 #include "rollback/RollbackLog.h"
 #include "support/Table.h"
 #include "support/TemporaryTree.h"
@@ -239,6 +240,16 @@ private Q_SLOTS:
                               u"Rename Batch Run - 2025-07-03, 14.05.09 (rollback data) 3"_s}));
         QCOMPARE(logs.front().path, young);
         QCOMPARE(logs.front().date, TDate::fromSeconds(3000));
+    }
+
+    void disksThatKeepSmallLetters()
+    {
+        const TemporaryTree tree;
+        tree.file(u"rename batch.renamelog"_s);
+        tree.file(u".running/1.rename batch.finished"_s);
+        QCOMPARE(savedRollbackLogs(tree.path()).size(), 1U);
+        const auto folder = JournalFolder::openExisting(tree.path());
+        QVERIFY(folder.value().openFinished("Rename Batch.renameLog").isOpen());
     }
 };
 
