@@ -4,6 +4,7 @@
 #include "readers/MediaFormat.h"
 #include "readers/MemorySource.h"
 #include "readers/Mp4Items.h"
+#include "readers/MpegSync.h"
 
 #include <cmath>
 #include <cstdint>
@@ -30,6 +31,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const Id3v2Places places = id3v2PlacesOf(source);
     for (const qint64 at : places.appended)
         require(at >= 0 && at < length);
+    require(id3v2WithoutExtension(source, 0).size() <= length);
+    const double seconds = durationOfManyRates(source, 0, length).value_or(0);
+    require(std::isfinite(seconds) && seconds >= 0);
     require(mp4Cover(source, kMostCoverBytes).size() <= length);
     std::optional<MediaReading> reading = readMatroskaInfo(source);
     if (!reading)

@@ -20,9 +20,24 @@ QStringList textsOf(const TagLib::ID3v2::Frame *frame)
     return text ? fromTagLib(text->fieldList()) : QStringList();
 }
 
+/// As it is stored; TagLib makes a number of it.
+QString yearOfId3v1(TagLib::File &file)
+{
+    constexpr int kBlock = 128;
+    constexpr int kYear = 93;
+    file.seek(-kBlock, TagLib::File::End);
+    const TagLib::ByteVector block = file.readBlock(kBlock);
+    if (!block.startsWith("TAG"))
+        return {};
+    const TagLib::ByteVector year = block.mid(kYear, 4);
+    return QString::fromLatin1(year.data(),
+                               static_cast<qsizetype>(qstrnlen(year.data(), year.size())))
+        .trimmed();
+}
+
 } // namespace
 
-void addId3v1Items(const TagLib::ID3v1::Tag *tag, MediaReading &reading)
+void addId3v1Items(TagLib::File &file, const TagLib::ID3v1::Tag *tag, MediaReading &reading)
 {
     if (!tag)
         return;
@@ -30,8 +45,7 @@ void addId3v1Items(const TagLib::ID3v1::Tag *tag, MediaReading &reading)
     items.add({"title"_L1, "title"_L1}, fromTagLib(tag->title()));
     items.add({"artist"_L1, "artist"_L1}, fromTagLib(tag->artist()));
     items.add({"album"_L1, "albumName"_L1}, fromTagLib(tag->album()));
-    if (tag->year() > 0)
-        items.add({"year"_L1, "creationDate"_L1}, QString::number(tag->year()));
+    items.add({"year"_L1, "creationDate"_L1}, yearOfId3v1(file));
     items.add({"genre"_L1, CommonKeys::kType}, fromTagLib(tag->genre()));
     items.addNumbers({"track"_L1, CommonKeys::kTrack}, static_cast<int>(tag->track()), 0);
 }

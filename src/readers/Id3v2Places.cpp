@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/Id3v2Places.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 
 namespace {
@@ -8,14 +10,22 @@ namespace {
 constexpr size_t kMostLeading = 8;
 constexpr qint64 kHeader = 10; // a footer has the same size
 constexpr quint64 kHasFooter = 0x10;
+constexpr uchar kIsExtended = 0x40;
+constexpr uchar kIsUnsynchronised = 0x80;
+constexpr qint64 kLargestBlock = qint64{16} * 1024 * 1024;
 constexpr qint64 kId3v1Size = 128;
 
-/// The size of the block between header and footer; four times seven bits.
-qint64 bodySize(ByteSource &source, qint64 header)
+/// Four times seven bits.
+qint64 sevens(quint64 size)
 {
-    const quint64 size = source.big(header + 6, 4).value_or(0);
     return static_cast<qint64>((size & 0x7F) | (size >> 8 & 0x7F) << 7 | (size >> 16 & 0x7F) << 14 |
                                (size >> 24 & 0x7F) << 21);
+}
+
+/// The size of the block between header and footer.
+qint64 bodySize(ByteSource &source, qint64 header)
+{
+    return sevens(source.big(header + 6, 4).value_or(0));
 }
 
 qint64 sizeOf(ByteSource &source, qint64 header)
@@ -42,4 +52,27 @@ Id3v2Places id3v2PlacesOf(ByteSource &source)
             places.appended.push_back(start);
     }
     return places;
+}
+
+QByteArray id3v2WithoutExtension(ByteSource &source, qint64 at)
+{
+    QByteArray header = source.bytes(at, kHeader);
+    const uchar flags = header.isEmpty() ? 0 : static_cast<uchar>(header[5]);
+    if ((flags & kIsExtended) == 0 || bodySize(source, at) > kLargestBlock)
+        return {};
+    const bool isThird = header[3] == 3;
+    QByteArray body = source.bytes(at + kHeader, bodySize(source, at));
+    // In the third version the whole body is written so that it holds no sign of sound, in the
+    // fourth each frame by itself.
+    if (isThird && (flags & kIsUnsynchronised) != 0)
+        body.replace(QByteArrayView("\xFF\0", 2), QByteArrayView("\xFF"));
+    const quint64 stated = body.size() < 4 ? 0 : qFromBigEndian<quint32>(body.constData());
+    const qint64 extension = isThird ? static_cast<qint64>(stated) + 4 : sevens(stated);
+    if (extension < 4 || extension > body.size())
+        return {};
+    body.remove(0, extension);
+    header[5] = static_cast<char>(flags & ~(kIsExtended | (isThird ? kIsUnsynchronised : 0)));
+    for (int i = 0; i < 4; ++i)
+        header[6 + i] = static_cast<char>(body.size() >> (21 - 7 * i) & 0x7F);
+    return header + body;
 }

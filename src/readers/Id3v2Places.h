@@ -14,3 +14,7 @@ struct Id3v2Places
 };
 
 Id3v2Places id3v2PlacesOf(ByteSource &source);
+
+/// The block there without its extended header, for readers that lose frames behind one; empty when
+/// it has none.
+QByteArray id3v2WithoutExtension(ByteSource &source, qint64 at);

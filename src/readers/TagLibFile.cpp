@@ -5,6 +5,7 @@
 #include "readers/AsfItems.h"
 #include "readers/Id3Items.h"
 #include "readers/Id3v2Places.h"
+#include "readers/MemorySource.h"
 #include "readers/MpegSync.h"
 #include "readers/RiffItems.h"
 #include "readers/SourceStream.h"
@@ -60,6 +61,17 @@ void addFurtherId3v2Items(TagLib::File &file, const Id3v2Places &places, MediaRe
     }
 }
 
+void addFirstId3v2Items(TagLib::MPEG::File &file, ByteSource &source, MediaReading &reading)
+{
+    const QByteArray block = id3v2WithoutExtension(source, 0);
+    if (block.isEmpty())
+        return addId3v2Items(file.ID3v2Tag(), reading);
+    MemorySource plain(block);
+    SourceStream stream(plain);
+    TagLib::MPEG::File blockAlone(&stream, frames(), false);
+    addId3v2Items(blockAlone.ID3v2Tag(), reading);
+}
+
 /// Without an index in front, TagLib goes by the first frame's bit rate alone.
 void correctDuration(TagLib::MPEG::File &file, ByteSource &source, MediaReading &reading)
 {
@@ -78,10 +90,10 @@ Reading readMpeg(SourceStream &stream, ByteSource &source)
     return readFile(file, [&source](TagLib::MPEG::File &mpeg, MediaReading &reading) {
         correctDuration(mpeg, source, reading);
         const Id3v2Places places = id3v2PlacesOf(source);
-        addId3v1Items(mpeg.ID3v1Tag(), reading);
+        addId3v1Items(mpeg, mpeg.ID3v1Tag(), reading);
         addApeItems(mpeg.APETag(), reading);
         addFurtherId3v2Items(mpeg, places, reading);
-        addId3v2Items(mpeg.ID3v2Tag(), reading);
+        addFirstId3v2Items(mpeg, source, reading);
     });
 }
 
@@ -89,7 +101,7 @@ Reading readFlac(SourceStream &stream)
 {
     TagLib::FLAC::File file(&stream, frames());
     return readFile(file, [](TagLib::FLAC::File &flac, MediaReading &reading) {
-        addId3v1Items(flac.ID3v1Tag(), reading);
+        addId3v1Items(flac, flac.ID3v1Tag(), reading);
         addId3v2Items(flac.ID3v2Tag(), reading);
         addXiphItems(flac.xiphComment(), reading);
     });
@@ -112,7 +124,7 @@ Reading readTrueAudio(SourceStream &stream, std::optional<qint64> apeFooter)
 {
     TagLib::TrueAudio::File file(&stream, frames());
     return readFile(file, [&](TagLib::TrueAudio::File &trueAudio, MediaReading &reading) {
-        addId3v1Items(trueAudio.ID3v1Tag(), reading);
+        addId3v1Items(trueAudio, trueAudio.ID3v1Tag(), reading);
         if (apeFooter) {
             const TagLib::APE::Tag tag(&trueAudio, *apeFooter);
             addApeItems(&tag, reading);
@@ -163,7 +175,7 @@ Reading readWithApe(SourceStream &stream)
 {
     File file(&stream);
     return readFile(file, [](File &tagged, MediaReading &reading) {
-        addId3v1Items(tagged.ID3v1Tag(), reading);
+        addId3v1Items(tagged, tagged.ID3v1Tag(), reading);
         addApeItems(tagged.APETag(), reading);
     });
 }

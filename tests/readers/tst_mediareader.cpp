@@ -254,6 +254,18 @@ void TestMediaReader::buildsOfOneFile_data()
         << "noise" + id3Block(id3Frame("TIT2", "end"), true) << 0.0 << u"title=end"_s;
     QTest::newRow("the older date serves where the newer is missing")
         << id3Block(id3Frame("TYER", "1987")) << 0.0 << u"creationDate=1987"_s;
+    QTest::newRow("an extended header")
+        << "ID3" + QByteArray("\4\0\x40\0\0\0\x16", 7) + QByteArray("\0\0\0\6\1\0", 6) +
+               id3Frame("TIT2", "extra")
+        << 0.0 << u"title=extra"_s;
+    QTest::newRow("one of the third version, which does not count itself")
+        << "ID3" + QByteArray("\3\0\xC0\0\0\0\x1D", 7) + QByteArray("\0\0\0\6\0\0\0\0\0\0", 10) +
+               "TIT2" + QByteArray("\0\0\0\7\0\0\1\xFF\0\xFE", 10) +
+               QByteArray("a\0\xFF\0\0", 5)
+        << 0.0 << u"title=a\u00FF"_s;
+    QTest::newRow("a year that is no number")
+        << id3Block(id3Frame("TIT2", "t")) + "TAG" + zeros(90) + "199?" + zeros(31) << 0.0
+        << u"creationDate=199? | title=t | type=Blues"_s;
     QTest::newRow("the newer date wins")
         << id3Block(id3Frame("TDRC", "1999-05") + id3Frame("TYER", "1987")) << 0.0
         << u"creationDate=1999-05"_s;
