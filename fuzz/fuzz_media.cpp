@@ -35,6 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const double seconds = durationOfManyRates(source, 0, length).value_or(0);
     require(std::isfinite(seconds) && seconds >= 0);
     require(mp4Cover(source, kMostCoverBytes).size() <= length);
+    require(std::isfinite(matroskaEnd(source)));
     std::optional<MediaReading> reading = readMatroskaInfo(source);
     if (!reading)
         reading = readMp4(source);

@@ -15,7 +15,11 @@ namespace {
 constexpr auto kFormat = "matroska"_L1;
 constexpr TagMeaning kTitle = {"TITLE"_L1, "title"_L1};
 constexpr int kMostElements = 1000;
+constexpr int kMostBlocks = 100000;
+constexpr int kMostTries = 8;
 constexpr qint64 kLongestTitle = 4096;
+constexpr qint64 kLongestTail = qint64{8} * 1024 * 1024;
+constexpr QByteArrayView kCluster("\x1F\x43\xB6\x75", 4);
 constexpr double kNanosecond = 1e-9;
 constexpr quint64 kMillisecondScale = 1000000;
 
@@ -24,7 +28,11 @@ enum Id : quint64 {
     Info = 0x1549A966,
     TimestampScale = 0x2AD7B1,
     Duration = 0x4489,
-    Title = 0x7BA9
+    Title = 0x7BA9,
+    Timestamp = 0xE7,
+    BlockGroup = 0xA0,
+    Block = 0xA1,
+    SimpleBlock = 0xA3
 };
 
 struct Element
@@ -85,23 +93,51 @@ double realOf(ByteSource &source, const Element &element)
     return size == 8 ? std::bit_cast<double>(source.big(element.start, 8).value_or(0)) : 0;
 }
 
-quint64 scaleOf(ByteSource &source, const Element &element)
+quint64 wholeOf(ByteSource &source, const Element &element, quint64 otherwise)
 {
     const auto size = static_cast<int>(std::min<qint64>(element.end - element.start, 8));
-    return size > 0 ? source.big(element.start, size).value_or(kMillisecondScale)
-                    : kMillisecondScale;
+    return size > 0 ? source.big(element.start, size).value_or(otherwise) : otherwise;
+}
+
+/// How many seconds a tick takes.
+double tickOf(ByteSource &source, const Element &info)
+{
+    const Element scale = childOf(source, info, TimestampScale);
+    return static_cast<double>(wholeOf(source, scale, kMillisecondScale)) * kNanosecond;
+}
+
+Element infoOf(ByteSource &source)
+{
+    return childOf(source, childOf(source, {0, 0, source.size()}, Segment), Info);
+}
+
+/// The latest time of the blocks, counted from the cluster's; a block tells it behind its track.
+int latestTime(ByteSource &source, const Element &cluster)
+{
+    int latest = 0;
+    qint64 at = cluster.start;
+    for (int i = 0; i < kMostBlocks && at < cluster.end; ++i) {
+        const Element element = elementAt(source, at, cluster.end);
+        if (element.id == 0)
+            break;
+        const Element block = element.id == BlockGroup ? childOf(source, element, Block) : element;
+        if (block.id == SimpleBlock || block.id == Block) {
+            const int track = numberAt(source, block.start, 8).bytes;
+            const quint64 time = source.big(block.start + track, 2).value_or(0);
+            latest = std::max<int>(latest, static_cast<qint16>(time));
+        }
+        at = element.end;
+    }
+    return latest;
 }
 
 } // namespace
 
 std::optional<MediaReading> readMatroskaInfo(ByteSource &source)
 {
-    const Element segment = childOf(source, {0, 0, source.size()}, Segment);
-    const Element info = childOf(source, segment, Info);
-    const double ticks = realOf(source, childOf(source, info, Duration));
-    const auto scale = static_cast<double>(scaleOf(source, childOf(source, info, TimestampScale)));
+    const Element info = infoOf(source);
     MediaReading reading;
-    reading.duration = ticks * scale * kNanosecond;
+    reading.duration = realOf(source, childOf(source, info, Duration)) * tickOf(source, info);
     if (!std::isfinite(reading.duration) || reading.duration <= 0)
         return std::nullopt;
     const Element title = childOf(source, info, Title);
@@ -109,4 +145,21 @@ std::optional<MediaReading> readMatroskaInfo(ByteSource &source)
         source.bytes(title.start, std::min(title.end - title.start, kLongestTitle));
     ItemWriter(reading, kFormat).add(kTitle, textOfBytes(text));
     return reading;
+}
+
+double matroskaEnd(ByteSource &source)
+{
+    const qint64 from = std::max<qint64>(0, source.size() - kLongestTail);
+    const QByteArray tail = source.bytes(from, source.size() - from);
+    qsizetype at = tail.lastIndexOf(kCluster);
+    for (int i = 0; i < kMostTries && at >= 0; ++i) {
+        const Element cluster = elementAt(source, from + at, source.size());
+        const Element start = childOf(source, cluster, Timestamp);
+        if (start.id == Timestamp) {
+            const auto ticks = static_cast<double>(wholeOf(source, start, 0));
+            return (ticks + latestTime(source, cluster)) * tickOf(source, infoOf(source));
+        }
+        at = at > 0 ? tail.lastIndexOf(kCluster, at - 1) : -1;
+    }
+    return 0;
 }

@@ -36,8 +36,11 @@ std::optional<MediaReading> read(ByteSource &source)
     if ((reading && reading->duration > 0) || !format.demuxer)
         return reading;
     std::optional<MediaReading> second = readWithLibav(source, format.demuxer);
-    if (!second && std::strcmp(format.demuxer, kMatroska) == 0)
+    const bool isMatroska = std::strcmp(format.demuxer, kMatroska) == 0;
+    if (!second && isMatroska)
         return readMatroskaInfo(source);
+    if (second && isMatroska && second->duration <= 0)
+        second->duration = matroskaEnd(source);
     if (!reading)
         return second;
     if (second)

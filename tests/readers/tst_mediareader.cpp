@@ -260,8 +260,7 @@ void TestMediaReader::buildsOfOneFile_data()
         << 0.0 << u"title=extra"_s;
     QTest::newRow("one of the third version, which does not count itself")
         << "ID3" + QByteArray("\3\0\xC0\0\0\0\x1D", 7) + QByteArray("\0\0\0\6\0\0\0\0\0\0", 10) +
-               "TIT2" + QByteArray("\0\0\0\7\0\0\1\xFF\0\xFE", 10) +
-               QByteArray("a\0\xFF\0\0", 5)
+               "TIT2" + QByteArray("\0\0\0\7\0\0\1\xFF\0\xFE", 10) + QByteArray("a\0\xFF\0\0", 5)
         << 0.0 << u"title=a\u00FF"_s;
     QTest::newRow("a year that is no number")
         << id3Block(id3Frame("TIT2", "t")) + "TAG" + zeros(90) + "199?" + zeros(31) << 0.0
@@ -292,6 +291,10 @@ void TestMediaReader::buildsOfOneFile_data()
         << trueAudio(apeBlock("Title", "APE")) << 1.0 << u"title=APE"_s;
     QTest::newRow("a film that ends before its tracks are described")
         << headOf(u"film.mkv"_s, "\x16\x54\xAE\x6B") << 0.52 << u"title=Größe"_s;
+    QTest::newRow("a film that does not say how long it is")
+        << contentOf(dataPath(u"film.mkv"_s)).replace("\x44\x89\x88", "\xEC\x89\x80") << 0.48
+        << u"albumName=Album | artist=Artist | copyrights=Someone | creationDate=2012 | "
+           "creator=Composer | description=Words | title=Größe | trkn=3/12 | type=Jazz"_s;
     QTest::newRow("half a surrogate pair becomes the replacement character")
         << movie(fourMinutes, box("\xA9nam", dataBox(2, QByteArray("\0A\xDC\x80", 4)))) << 245.0
         << u"title=A\uFFFD"_s;
