@@ -238,8 +238,8 @@ def replaced(text, rule):
 
 def rewritten(text, pattern, template):
     """By patterns that mean the same to Python; "" when pattern or template is invalid. A reference
-    to a group takes as many digits as there are groups for."""
-    steps = re.findall(r"\\.|\$\d*|.", whole(template), re.DOTALL)
+    to a group takes as many digits as there are groups for; a backslash at the end is nothing."""
+    steps = re.findall(r"\\.|\$\d*|[^\\]", whole(template), re.DOTALL)
     try:
         compiled = re.compile(whole(pattern))
         for at, step in enumerate(steps):
