@@ -58,34 +58,44 @@ QRect BadgeButton::face() const
 
 void BadgeButton::paintEvent(QPaintEvent *)
 {
-    const ThemeColors colors = ThemeColors::of(palette());
     QStylePainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    QStyleOptionButton option;
-    initStyleOption(&option);
-    option.rect = face();
     if (m_weight == Weight::Accented) {
-        QColor fill = isEnabled() ? colors.accent : colors.border;
-        if (isDown())
-            fill = fill.darker(112);
-        else if (underMouse() && isEnabled())
-            fill = fill.lighter(108);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(fill);
-        painter.drawRoundedRect(QRectF(face()), Theme::kFieldRadius, Theme::kFieldRadius);
-        if (hasFocus()) {
-            painter.setBrush(Qt::NoBrush);
-            painter.setPen(QPen(colors.accentInk, 1.5));
-            painter.drawRoundedRect(QRectF(face()).adjusted(2.5, 2.5, -2.5, -2.5),
-                                    Theme::kFieldRadius - 2, Theme::kFieldRadius - 2);
-        }
-        painter.setPen(isEnabled() ? colors.accentInk : colors.muted);
-        painter.drawText(face(), Qt::AlignCenter | Qt::TextShowMnemonic, text());
+        paintAccentedFace(painter);
     } else {
+        QStyleOptionButton option;
+        initStyleOption(&option);
+        option.rect = face();
         painter.drawControl(QStyle::CE_PushButton, option);
     }
-    if (m_badge <= 0)
-        return;
+    if (m_badge > 0)
+        paintBadge(painter);
+}
+
+void BadgeButton::paintAccentedFace(QPainter &painter) const
+{
+    const ThemeColors colors = ThemeColors::of(palette());
+    QColor fill = isEnabled() ? colors.accent : colors.border;
+    if (isDown())
+        fill = fill.darker(112);
+    else if (underMouse() && isEnabled())
+        fill = fill.lighter(108);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(fill);
+    painter.drawRoundedRect(QRectF(face()), Theme::kFieldRadius, Theme::kFieldRadius);
+    if (hasFocus()) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(colors.accentInk, 1.5));
+        painter.drawRoundedRect(QRectF(face()).adjusted(2.5, 2.5, -2.5, -2.5),
+                                Theme::kFieldRadius - 2, Theme::kFieldRadius - 2);
+    }
+    painter.setPen(isEnabled() ? colors.accentInk : colors.muted);
+    painter.drawText(face(), Qt::AlignCenter | Qt::TextShowMnemonic, text());
+}
+
+void BadgeButton::paintBadge(QPainter &painter) const
+{
+    const ThemeColors colors = ThemeColors::of(palette());
     QFont small = font();
     small.setPointSizeF(small.pointSizeF() * 0.85);
     small.setBold(true);

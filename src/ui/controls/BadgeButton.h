@@ -26,6 +26,8 @@ protected:
 private:
     QRect face() const;
     QString badgeText() const;
+    void paintAccentedFace(QPainter &painter) const;
+    void paintBadge(QPainter &painter) const;
 
     Weight m_weight;
     qint64 m_badge = 0;

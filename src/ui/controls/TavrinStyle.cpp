@@ -477,7 +477,6 @@ int TavrinStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWi
     case SH_ItemView_ShowDecorationSelected:
         return 1;
     case SH_DialogButtonBox_ButtonsHaveIcons:
-        return 0;
     case SH_ComboBox_Popup:
         return 0;
     default:

@@ -130,7 +130,7 @@ void EditorForm::addPreview()
     m_preview->show();
 }
 
-QLineEdit *EditorForm::text(Setting<QString> setting)
+QLineEdit *EditorForm::text(const Setting<QString> &setting)
 {
     auto *field = new QLineEdit(&m_editor);
     QObject::connect(field, &QLineEdit::textEdited, &m_editor,
@@ -146,7 +146,7 @@ QLineEdit *EditorForm::text(Setting<QString> setting)
     return field;
 }
 
-NumberField *EditorForm::number(Setting<qint64> setting, NumberField::Range range)
+NumberField *EditorForm::number(const Setting<qint64> &setting, NumberField::Range range)
 {
     auto *field = new NumberField(range, &m_editor);
     field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -159,7 +159,7 @@ NumberField *EditorForm::number(Setting<qint64> setting, NumberField::Range rang
     return field;
 }
 
-QComboBox *EditorForm::choice(const std::vector<Choice> &choices, Setting<qint64> setting)
+QComboBox *EditorForm::choice(const std::vector<Choice> &choices, const Setting<qint64> &setting)
 {
     auto *box = new QComboBox(&m_editor);
     box->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);
@@ -190,7 +190,7 @@ void EditorForm::setChoices(QComboBox *box, const std::vector<Choice> &choices)
     }
 }
 
-QCheckBox *EditorForm::check(const QString &text, Setting<bool> setting)
+QCheckBox *EditorForm::check(const QString &text, const Setting<bool> &setting)
 {
     auto *box = new QCheckBox(text, &m_editor);
     QObject::connect(box, &QCheckBox::clicked, &m_editor, [this, set = setting.set](bool isOn) {

@@ -54,11 +54,11 @@ public:
     void addPreview();
     SamplePreview &preview() { return *m_preview; }
 
-    QLineEdit *text(Setting<QString> setting);
-    NumberField *number(Setting<qint64> setting, NumberField::Range range);
+    QLineEdit *text(const Setting<QString> &setting);
+    NumberField *number(const Setting<qint64> &setting, NumberField::Range range);
     /// A value that no choice stands for is shown as it is, and kept until another is chosen.
-    QComboBox *choice(const std::vector<Choice> &choices, Setting<qint64> setting);
-    QCheckBox *check(const QString &text, Setting<bool> setting);
+    QComboBox *choice(const std::vector<Choice> &choices, const Setting<qint64> &setting);
+    QCheckBox *check(const QString &text, const Setting<bool> &setting);
     /// Words between controls.
     QLabel *words(const QString &text);
     static void setName(QWidget *control, const QString &accessibleName);

@@ -23,7 +23,7 @@ std::vector<EditorForm::Choice> PaddingChoices::choices()
     return choices;
 }
 
-Setting<qint64> PaddingChoices::folded(Setting<qint64> setting)
+Setting<qint64> PaddingChoices::folded(const Setting<qint64> &setting)
 {
     return {[get = setting.get] {
                 const qint64 index = get();

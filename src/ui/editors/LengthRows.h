@@ -11,7 +11,7 @@ namespace PaddingChoices {
 
 std::vector<EditorForm::Choice> choices();
 /// The setting with all that stand for an "x" as one.
-Setting<qint64> folded(Setting<qint64> setting);
+Setting<qint64> folded(const Setting<qint64> &setting);
 
 } // namespace PaddingChoices
 

@@ -126,10 +126,8 @@ ColouredText ColouredText::elided(const QFont &font, qreal width, const QColor &
     return cut;
 }
 
-void ColouredText::paint(QPainter &painter, const QRectF &place, const QFont &font,
-                         Qt::Alignment alignment) const
+bool ColouredText::layOut(QTextLayout &layout, qreal width) const
 {
-    QTextLayout layout(text(), font, painter.device());
     QTextOption option;
     option.setTextDirection(Qt::LayoutDirectionAuto);
     option.setWrapMode(QTextOption::NoWrap);
@@ -145,31 +143,45 @@ void ColouredText::paint(QPainter &painter, const QRectF &place, const QFont &fo
     layout.setFormats(formats);
     layout.beginLayout();
     QTextLine line = layout.createLine();
-    if (!line.isValid())
-        return layout.endLayout();
-    line.setLineWidth(place.width());
+    if (line.isValid())
+        line.setLineWidth(width);
     layout.endLayout();
+    return line.isValid();
+}
 
+void ColouredText::paintGrounds(QPainter &painter, const QTextLayout &layout,
+                                const QPointF &origin) const
+{
+    const qreal height = layout.lineAt(0).height() + 2 * kOver;
+    painter.setPen(Qt::NoPen);
+    qsizetype at = 0;
+    for (const Part &part : m_parts) {
+        if (part.background.isValid()) {
+            painter.setBrush(part.background);
+            for (const Stretch &stretch : stretches(layout, at, part.text.size())) {
+                painter.drawRoundedRect(QRectF(origin.x() + stretch.left, origin.y() - kOver,
+                                               stretch.right - stretch.left, height),
+                                        kRadius, kRadius);
+            }
+        }
+        at += part.text.size();
+    }
+}
+
+void ColouredText::paint(QPainter &painter, const QRectF &place, const QFont &font,
+                         Qt::Alignment alignment) const
+{
+    QTextLayout layout(text(), font, painter.device());
+    if (!layOut(layout, place.width()))
+        return;
+    const QTextLine line = layout.lineAt(0);
     const bool isRight = alignment.testFlag(Qt::AlignRight);
     const qreal left = isRight ? place.right() - line.naturalTextWidth() : place.left();
     const QPointF origin(left, place.top() + (place.height() - line.height()) / 2);
 
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    at = 0;
-    for (const Part &part : m_parts) {
-        if (part.background.isValid()) {
-            painter.setBrush(part.background);
-            for (const Stretch &stretch : stretches(layout, at, part.text.size())) {
-                painter.drawRoundedRect(QRectF(origin.x() + stretch.left, origin.y() - kOver,
-                                               stretch.right - stretch.left,
-                                               line.height() + 2 * kOver),
-                                        kRadius, kRadius);
-            }
-        }
-        at += part.text.size();
-    }
+    paintGrounds(painter, layout, origin);
     layout.draw(&painter, origin);
     painter.restore();
 }

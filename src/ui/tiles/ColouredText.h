@@ -12,6 +12,7 @@
 #include <vector>
 
 class QPainter;
+class QTextLayout;
 
 /// One line of text in parts, each on its own rounded ground. Parts keep their order in any script;
 /// a part that mixes directions is in several pieces.
@@ -40,6 +41,9 @@ public:
 
 private:
     void appendPartsOf(const ColouredText &other, qsizetype from, qsizetype to);
+    /// The one line in the inks of its parts. False when there is none.
+    bool layOut(QTextLayout &layout, qreal width) const;
+    void paintGrounds(QPainter &painter, const QTextLayout &layout, const QPointF &origin) const;
 
     std::vector<Part> m_parts;
 };
