@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "metadata/MetadataGatherer.h"
-#include "platform/PumpedMainThread.h"
+#include "support/PumpedMainThread.h"
 #include "support/TemporaryTree.h"
 
 #include <QTest>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/Notifications.h"
-#include "platform/PumpedMainThread.h"
 #include "platform/QtMainThread.h"
 #include "platform/WorkerQueue.h"
+#include "support/PumpedMainThread.h"
 
 #include <QCoreApplication>
 #include <QTest>

@@ -5,8 +5,7 @@
 
 #include <condition_variable>
 
-/// The door of programs and tests without an event loop: posted work runs when the main thread
-/// pumps.
+/// The door of tests without an event loop: posted work runs when the main thread pumps.
 class PumpedMainThread final : public MainThread
 {
 public:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/PumpedMainThread.h"
+#include "support/PumpedMainThread.h"
 
 #include <utility>
 
