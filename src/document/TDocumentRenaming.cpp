@@ -56,7 +56,7 @@ TDocumentRenaming::~TDocumentRenaming()
         m_abort->store(true);
 }
 
-void TDocumentRenaming::prepare(Prepared prepared)
+void TDocumentRenaming::prepare(const Prepared &prepared)
 {
     m_worker.run([shared = m_shared, mail = m_mail, prepared](const std::stop_token &) {
         const TResult<bool> made = shared->run.prepare();

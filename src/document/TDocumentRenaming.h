@@ -37,7 +37,7 @@ public:
 
     qsizetype count() const { return static_cast<qsizetype>(m_files->size()); }
     /// Makes the plan; nothing moves yet.
-    void prepare(Prepared prepared);
+    void prepare(const Prepared &prepared);
     /// Moves until the end or until the flag is set. Reports come in list order, then the summary.
     void start(const TProgressSheetController::AbortFlag &abort, Report report, Finished finished);
     /// The text log; complete once the run has finished.
