@@ -2,7 +2,6 @@
 #include "readers/CodedPicture.h"
 
 #include "readers/BmffItems.h"
-#include "readers/FormatHeaders.h"
 #include "readers/MemorySource.h"
 
 #include <algorithm>
@@ -161,17 +160,15 @@ CodedPicture codedPicture(ByteSource &file, int edge)
     return Pictures(file).best(edge);
 }
 
-CodedPicture jpeg2000Picture(ByteSource &file)
+CodedPicture wholePicture(ByteSource &file, CodedPicture::Coder coder, qint64 width, qint64 height)
 {
     CodedPicture picture;
-    const ImageFacts facts = walkJpeg2000(file);
-    const auto mostRows = static_cast<qint64>(kMostPixels) / std::max<qint64>(facts.width, 1);
-    if (file.size() > kLargestPicture || facts.width <= 0 || facts.height <= 0 ||
-        facts.height > mostRows)
+    if (file.size() > kLargestPicture || width <= 0 || height <= 0 ||
+        height > static_cast<qint64>(kMostPixels) / width)
         return picture;
-    picture.coder = Coder::Jpeg2000;
-    picture.width = static_cast<int>(facts.width);
-    picture.height = static_cast<int>(facts.height);
+    picture.coder = coder;
+    picture.width = static_cast<int>(width);
+    picture.height = static_cast<int>(height);
     picture.tiles.push_back(file.bytes(0, file.size()));
     return picture;
 }

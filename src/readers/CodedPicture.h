@@ -5,10 +5,11 @@
 
 #include <vector>
 
-/// One still picture as its coder made it: a video coder in a HEIF or AVIF file, or JPEG 2000.
+/// One still picture as its coder made it: a video coder in a HEIF or AVIF file, or that of a
+/// format of which the whole file is one picture.
 struct CodedPicture
 {
-    enum class Coder { Hevc, Av1, Jpeg2000 };
+    enum class Coder { Hevc, Av1, Jpeg2000, Psd, Tga };
 
     Coder coder = Coder::Hevc;
     int width = 0;
@@ -22,5 +23,5 @@ struct CodedPicture
 /// else the largest. Never throws but for want of memory.
 CodedPicture codedPicture(ByteSource &file, int edge);
 
-/// The picture of a JPEG 2000 file; none when it is too large.
-CodedPicture jpeg2000Picture(ByteSource &file);
+/// The picture that the file is, of this size; none when it is too large.
+CodedPicture wholePicture(ByteSource &file, CodedPicture::Coder coder, qint64 width, qint64 height);

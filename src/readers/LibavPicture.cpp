@@ -35,13 +35,12 @@ using FramePtr = std::unique_ptr<AVFrame, FreeFrame>;
 
 const AVCodec *decoderOf(Coder coder)
 {
-    if (coder == Coder::Hevc)
-        return avcodec_find_decoder(AV_CODEC_ID_HEVC);
-    if (coder == Coder::Av1)
-        return avcodec_find_decoder(AV_CODEC_ID_AV1);
+    constexpr AVCodecID kIds[] = {AV_CODEC_ID_HEVC, AV_CODEC_ID_AV1, AV_CODEC_ID_JPEG2000,
+                                  AV_CODEC_ID_PSD, AV_CODEC_ID_TARGA};
     // The library's own takes twice the time.
-    const AVCodec *codec = avcodec_find_decoder_by_name("libopenjpeg");
-    return codec ? codec : avcodec_find_decoder(AV_CODEC_ID_JPEG2000);
+    const AVCodec *codec =
+        coder == Coder::Jpeg2000 ? avcodec_find_decoder_by_name("libopenjpeg") : nullptr;
+    return codec ? codec : avcodec_find_decoder(kIds[static_cast<size_t>(coder)]);
 }
 
 /// A decoder that halves the picture so many times.
@@ -109,6 +108,7 @@ public:
         , m_format(format)
         , m_weights(weightsOf(frame.colorspace))
         , m_isRgb((format.flags & AV_PIX_FMT_FLAG_RGB) != 0)
+        , m_isBig((format.flags & AV_PIX_FMT_FLAG_BE) != 0)
         , m_isFull(frame.color_range == AVCOL_RANGE_JPEG)
     {
     }
@@ -117,8 +117,7 @@ public:
     static bool canRead(const AVPixFmtDescriptor &format)
     {
         constexpr uint64_t kStrange = AV_PIX_FMT_FLAG_PAL | AV_PIX_FMT_FLAG_BITSTREAM |
-                                      AV_PIX_FMT_FLAG_HWACCEL | AV_PIX_FMT_FLAG_FLOAT |
-                                      AV_PIX_FMT_FLAG_BE;
+                                      AV_PIX_FMT_FLAG_HWACCEL | AV_PIX_FMT_FLAG_FLOAT;
         return (format.flags & kStrange) == 0 && format.comp[0].depth >= 8 &&
                format.comp[0].depth <= 16;
     }
@@ -151,7 +150,8 @@ private:
         const uint8_t *place = m_frame.data[part.plane] +
                                static_cast<ptrdiff_t>(row) * m_frame.linesize[part.plane] +
                                static_cast<ptrdiff_t>(column) * part.step + part.offset;
-        const int stored = part.depth + part.shift > 8 ? place[0] | place[1] << 8 : place[0];
+        const bool isWide = part.depth + part.shift > 8;
+        const int stored = isWide ? place[m_isBig ? 0 : 1] << 8 | place[m_isBig ? 1 : 0] : place[0];
         return (stored >> part.shift & ((1 << part.depth) - 1)) * 255.0 / ((1 << part.depth) - 1);
     }
     double brightness(double sample) const { return m_isFull ? sample : (sample - 16) * 255 / 219; }
@@ -171,6 +171,7 @@ private:
     const AVPixFmtDescriptor &m_format;
     Weights m_weights;
     bool m_isRgb;
+    bool m_isBig;
     bool m_isFull;
 };
 
@@ -222,7 +223,7 @@ QImage decode(const CodedPicture &picture, int edge, int halvings)
         const FramePtr tile = decodeFrame(*context, picture.tiles[i]);
         if (!tile)
             return {};
-        if (picture.coder == Coder::Jpeg2000)
+        if (picture.coder != Coder::Hevc && picture.coder != Coder::Av1)
             tile->color_range = AVCOL_RANGE_JPEG;
         if (i == 0)
             size = QSize(tile->width, tile->height);

@@ -73,26 +73,47 @@ QImage turned(const QImage &image, int orientation)
                                : mirrored.transformed(QTransform().rotate(kAngles[index]));
 }
 
-int orientationOfJpeg2000(ByteSource &file)
+/// The formats of which Qt reads nothing, or not everything, and libavcodec the whole file.
+struct FileCoder
 {
-    const ImageFacts facts = walkJpeg2000(file);
-    const ImageTags tags = readImageTags(file, ImageFormat::Jpeg2000, facts);
-    return generalProperties(facts, tags).value(u"Orientation"_s).toInt();
-}
+    ImageFormat format;
+    CodedPicture::Coder coder;
+    ImageFacts (*facts)(ByteSource &);
+};
+constexpr FileCoder kFileCoders[] = {
+    {ImageFormat::Jpeg2000, CodedPicture::Coder::Jpeg2000, walkJpeg2000},
+    {ImageFormat::Psd, CodedPicture::Coder::Psd, walkPsd},
+    {ImageFormat::Tga, CodedPicture::Coder::Tga, readTgaHeader},
+};
 
-/// What Qt has no plug-in for.
-QImage codedPictureOf(ByteSource &file, int edge)
+QImage wholePictureOf(ByteSource &file, const FileCoder &coder, int edge)
 {
-    const ImageFormat format = imageFormatOf(file);
-    const bool isJpeg2000 = format == ImageFormat::Jpeg2000;
-    if (!isJpeg2000 && format != ImageFormat::Bmff)
-        return {};
-    const CodedPicture picture = isJpeg2000 ? jpeg2000Picture(file) : codedPicture(file, edge);
+    const ImageFacts facts = coder.facts(file);
+    const CodedPicture picture = wholePicture(file, coder.coder, facts.width, facts.height);
     if (picture.tiles.empty())
         return {};
     const QImage image = scaledDown(decodeWithLibav(picture, edge), edge);
-    const int orientation = isJpeg2000 ? orientationOfJpeg2000(file) : walkBmff(file).orientation;
+    const ImageTags tags = readImageTags(file, coder.format, facts);
+    const int orientation = generalProperties(facts, tags).value(u"Orientation"_s).toInt();
     return turned(image, std::max(orientation, 1));
+}
+
+QImage itemOf(ByteSource &file, int edge)
+{
+    const CodedPicture picture = codedPicture(file, edge);
+    if (picture.tiles.empty())
+        return {};
+    const QImage image = scaledDown(decodeWithLibav(picture, edge), edge);
+    return turned(image, std::max(walkBmff(file).orientation, 1));
+}
+
+/// What Qt has no plug-in for.
+QImage codedPictureOf(ByteSource &file, ImageFormat format, int edge)
+{
+    if (format == ImageFormat::Bmff)
+        return itemOf(file, edge);
+    const auto coder = std::ranges::find(kFileCoders, format, &FileCoder::format);
+    return coder == std::end(kFileCoders) ? QImage() : wholePictureOf(file, *coder, edge);
 }
 
 QImage previewOf(ByteSource &file, int edge)
@@ -122,11 +143,16 @@ QImage readThumbnail(const QByteArray &path, int edge)
         return {};
     QImageReader::setAllocationLimit(kMostMebibytes);
     try {
+        const ImageFormat format = imageFormatOf(file);
         QImage image = decoded(file, edge);
-        if (image.isNull())
-            image = codedPictureOf(file, edge);
+        // A PSD may have layers alone; then its preview knows more than its picture.
+        const bool isPreviewFirst = format == ImageFormat::Psd;
+        if (image.isNull() && !isPreviewFirst)
+            image = codedPictureOf(file, format, edge);
         if (image.isNull())
             image = previewOf(file, edge);
+        if (image.isNull() && isPreviewFirst)
+            image = codedPictureOf(file, format, edge);
         return image.isNull() ? coverOf(path, edge) : image;
     } catch (const std::exception &) {
         return {}; // out of memory

@@ -67,6 +67,20 @@ QByteArray sample(const QString &name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// Without layers and resources; unpacked, gray, of 16 bits.
+QByteArray psd(const QImage &image)
+{
+    QByteArray file("8BPS\0\1\0\0\0\0\0\0\0\1", 14);
+    for (const int number : {image.height(), image.width()})
+        file += QByteArray(2, '\0') + static_cast<char>(number >> 8) + static_cast<char>(number);
+    file += QByteArray("\0\x10\0\1", 4) + QByteArray(14, '\0');
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            file += QByteArray(1, static_cast<char>(qGray(image.pixel(x, y)))) + '\0';
+    }
+    return file;
+}
+
 /// A song that begins with an ID3 tag of one picture.
 QByteArray song(const QByteArray &picture)
 {
@@ -127,6 +141,8 @@ void TestThumbnailReader::pictureIsUprightAndFits_data()
         << sample(u"marked.jp2"_s) << 64 << QSize(32, 64) << u"tr"_s;
     QTest::newRow("jpeg 2000 of too few steps")
         << sample(u"flat.j2k"_s) << 64 << QSize(64, 32) << u"tl"_s;
+    QTest::newRow("psd without a preview") << psd(marked()) << 64 << QSize(64, 32) << u"tl"_s;
+    QTest::newRow("tga, packed") << sample(u"marked.tga"_s) << 64 << QSize(64, 32) << u"tl"_s;
     QTest::newRow("cover") << song(jpegFile(marked())) << 64 << QSize(64, 32) << u"tl"_s;
 }
 
