@@ -146,6 +146,10 @@ private Q_SLOTS:
         TErrorLog batch;
         entry->logErrorType(1, u"careful"_s, &batch);
         QCOMPARE(batch, entry->errLog());
+        QCOMPARE(entry->properties().keys().join(u' '),
+                 u"attributedTargetExtension attributedTargetName creationDate errLog extension "
+                 "fileName hasBeenProcessed icon imageProperties modificationDate parent size "
+                 "sourceURL targetName targetURL thePath"_s);
 
         QBuffer buffer;
         buffer.open(QIODevice::WriteOnly);

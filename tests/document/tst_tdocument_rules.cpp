@@ -195,8 +195,9 @@ void TestTDocumentRules::notifications_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("call");
     QTest::addColumn<QString>("rules");
-    QTest::newRow("double click") << u"ruleDoubleClicked"_s << u"edit rule b"_s << u"abc"_s;
-    QTest::newRow("drag of a copy") << u"startDupeDrag"_s << u"drag copy of b"_s << u"abc"_s;
+    QTest::newRow("double click") << u"ruleDoubleClicked"_s << u"edit rule b at tile"_s << u"abc"_s;
+    QTest::newRow("drag of a copy")
+        << u"startDupeDrag"_s << u"drag copy of b at tile"_s << u"abc"_s;
     QTest::newRow("delete") << u"deleteRule"_s << QString() << u"ac"_s;
 }
 
@@ -210,6 +211,7 @@ void TestTDocumentRules::notifications()
     const auto post = [&](TDocument *document) {
         m_fixture->notifications.post(
             name, {{u"theData"_s, QVariant::fromValue(document)},
+                   {u"theView"_s, u" at tile"_s},
                    {u"theModel"_s, QVariant::fromValue(m_document->ruleArray()[1])}});
     };
     post(other.get());

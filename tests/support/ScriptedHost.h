@@ -58,13 +58,13 @@ public:
         shownLog = log;
         record(QStringLiteral("error log %1").arg(log.count()));
     }
-    void editRule(const TRulePtr &rule, const QVariant &) override
+    void editRule(const TRulePtr &rule, const QVariant &view) override
     {
-        record(QStringLiteral("edit rule ") + rule->name());
+        record(QStringLiteral("edit rule ") + rule->name() + view.toString());
     }
-    void startDupeDrag(const TRulePtr &rule, const QVariant &) override
+    void startDupeDrag(const TRulePtr &rule, const QVariant &view) override
     {
-        record(QStringLiteral("drag copy of ") + rule->name());
+        record(QStringLiteral("drag copy of ") + rule->name() + view.toString());
     }
     void showProgressSheet(const std::shared_ptr<TProgressSheetController> &controller) override
     {
