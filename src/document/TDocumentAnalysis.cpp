@@ -60,7 +60,7 @@ void TDocumentAnalysis::start(Input input, bool forecastOnly)
             input.colorCode, input.duplicatesAreCritical, m_fileManager, m_mail, *this});
     m_worker.run([job, forecastOnly](const std::stop_token &stop) {
         if (!forecastOnly)
-            analyse(*job, stop);
+            backgroundRunForLog(std::make_shared<TErrorLog>(), *job, stop);
         if (!stop.stop_requested())
             forecast(*job, stop);
     });
@@ -84,12 +84,12 @@ void TDocumentAnalysis::hand(const Job &job, Work work)
     });
 }
 
-void TDocumentAnalysis::analyse(const Job &job, const std::stop_token &stop)
+void TDocumentAnalysis::backgroundRunForLog(const std::shared_ptr<TErrorLog> &log, const Job &job,
+                                            const std::stop_token &stop)
 {
     const std::size_t total = job.facts->count();
     AnalysisStepper stepper({&job.rules, job.extensionHandler.get(), job.options, job.colorCode,
                              job.duplicatesAreCritical, static_cast<qint64>(total), nullptr});
-    const auto log = std::make_shared<TErrorLog>();
     for (std::size_t first = 0; first < total; first += kPortion) {
         if (stop.stop_requested())
             return;

@@ -84,7 +84,8 @@ private:
     struct Job;
 
     void start(Input input, bool forecastOnly);
-    static void analyse(const Job &job, const std::stop_token &stop);
+    static void backgroundRunForLog(const std::shared_ptr<TErrorLog> &log, const Job &job,
+                                    const std::stop_token &stop);
     static void forecast(const Job &job, const std::stop_token &stop);
     template <typename Work>
     static void hand(const Job &job, Work work);
