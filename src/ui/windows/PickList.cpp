@@ -5,6 +5,7 @@
 #include "ui/windows/RowDelegate.h"
 #include "ui/windows/SheetParts.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 PickList::PickList(QWidget *parent)
@@ -33,6 +34,16 @@ void PickList::setPlaceholder(const QString &text)
 {
     m_placeholder = text;
     viewport()->update();
+}
+
+/// Where the keyboard is shows once a row is selected: the first step does not pass it over.
+void PickList::keyPressEvent(QKeyEvent *event)
+{
+    const bool isStep = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
+    if (isStep && currentIndex().isValid() && !selectionModel()->hasSelection())
+        selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect);
+    else
+        QListView::keyPressEvent(event);
 }
 
 void PickList::paintEvent(QPaintEvent *event)

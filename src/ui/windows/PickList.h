@@ -20,6 +20,7 @@ Q_SIGNALS:
     void rowPicked(qsizetype row);
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:

@@ -127,6 +127,7 @@ void TestRollbackViews::chooser_data()
     QTest::newRow("click, Choose") << u"click 0,Choose"_s << u"b"_s;
     QTest::newRow("double click") << u"double 1"_s << u"a"_s;
     QTest::newRow("arrow keys, Return") << u"down,down,return"_s << u"a"_s;
+    QTest::newRow("arrow key after Tab") << u"tab,back,down,return"_s << u"b"_s;
     QTest::newRow("Return without a row does nothing") << u"return,escape"_s << QString();
     QTest::newRow("below the last row") << u"click 0,below,return,Cancel"_s << QString();
     QTest::newRow("closed") << u"click 0,close"_s << QString();
@@ -142,8 +143,11 @@ void TestRollbackViews::chooser()
         log.setFileTime(QDateTime::fromSecsSinceEpoch(name == u"a"_s ? 1000 : 2000),
                         QFileDevice::FileModificationTime);
     }
-    const QHash<QString, Qt::Key> keys{
-        {u"down"_s, Qt::Key_Down}, {u"return"_s, Qt::Key_Return}, {u"escape"_s, Qt::Key_Escape}};
+    const QHash<QString, Qt::Key> keys{{u"down"_s, Qt::Key_Down},
+                                       {u"return"_s, Qt::Key_Return},
+                                       {u"escape"_s, Qt::Key_Escape},
+                                       {u"tab"_s, Qt::Key_Tab},
+                                       {u"back"_s, Qt::Key_Backtab}};
     std::vector<QString> ends;
     TRollBackWindowController controller(
         desk.mainThread, desk.worker, [&ends](const std::optional<TFileURL> &log) {
