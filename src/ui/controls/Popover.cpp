@@ -150,6 +150,14 @@ QPushButton *Popover::defaultButton() const
     return found == buttons.end() ? nullptr : *found;
 }
 
+/// The anchor itself, or what it moves with.
+bool Popover::carriesAnchor(const QObject *object) const
+{
+    const auto *widget = qobject_cast<const QWidget *>(object);
+    return m_anchor != nullptr && widget != nullptr &&
+           (widget == m_anchor || widget->isAncestorOf(m_anchor));
+}
+
 bool Popover::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
@@ -162,11 +170,8 @@ bool Popover::eventFilter(QObject *watched, QEvent *event)
         break;
     }
     case QEvent::Resize:
-        if (watched == window() || watched == m_anchor)
-            place();
-        break;
     case QEvent::Move:
-        if (watched == m_anchor)
+        if (carriesAnchor(watched))
             place();
         break;
     case QEvent::Hide:

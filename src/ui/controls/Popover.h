@@ -41,6 +41,7 @@ private:
     Popover(QWidget *content, QWidget *anchor, const QRect &part);
     void end(bool withAnchor);
     void place();
+    bool carriesAnchor(const QObject *object) const;
     QRect body() const;
     QPushButton *defaultButton() const;
 

@@ -22,7 +22,8 @@ struct OpenPopover
 {
     QWidget window;
     QLineEdit *outside = new QLineEdit(&window);
-    QWidget *anchor = new QWidget(&window);
+    QWidget *panel = new QWidget(&window);
+    QWidget *anchor = new QWidget(panel);
     QWidget *content = new QWidget;
     QLineEdit *first = new QLineEdit(content);
     QLineEdit *second = new QLineEdit(content);
@@ -33,6 +34,8 @@ struct OpenPopover
     {
         window.resize(600, 400);
         outside->setGeometry(10, 360, 100, 30);
+        panel->setGeometry(0, 0, 600, 400);
+        panel->lower();
         anchor->setGeometry(250, 20, 80, 30);
         auto *layout = new QVBoxLayout(content);
         layout->addWidget(first);
@@ -155,6 +158,9 @@ private Q_SLOTS:
     void popoverStaysInItsWindow()
     {
         OpenPopover open;
+        const QPoint place = open.popover->pos();
+        open.panel->move(-40, 8); // and the anchor with it
+        QCOMPARE(open.popover->pos(), place + QPoint(-40, 8));
         open.anchor->move(560, 350);
         open.window.resize(400, 300);
         QCoreApplication::sendPostedEvents();
