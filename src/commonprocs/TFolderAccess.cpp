@@ -108,27 +108,35 @@ void TFolderAccess::initWithCoder(const TDecoder &coder)
     m_haveAccess = coder.decodeBool(kHaveAccess);
 }
 
+bool TFolderAccessList::isListed(const TFileURL &url, const std::optional<Identity> &identity) const
+{
+    return m_paths.contains(url.path()) || (identity && m_identities.contains(*identity));
+}
+
 bool TFolderAccessList::URLexists(const TFileURL &url) const
 {
-    if (m_paths.contains(url.path()))
-        return true;
-    const auto identity = identityOf(url);
-    return identity && m_identities.contains(*identity);
+    return isListed(url, identityOf(url));
 }
 
 void TFolderAccessList::addFolder(const TFileURL &url, bool fromDrag)
 {
-    if (!URLexists(url)) // asked before the record is made, since making one may grant access
-        append(TFolderAccess::folderWithURL(url, fromDrag));
+    const auto identity = identityOf(url);
+    if (!isListed(url, identity)) // asked before the record is made, which may grant access
+        append(TFolderAccess::folderWithURL(url, fromDrag), identity);
 }
 
 void TFolderAccessList::append(const TFolderAccess &folder)
 {
-    if (URLexists(folder.theURL()))
-        return;
+    const auto identity = identityOf(folder.theURL());
+    if (!isListed(folder.theURL(), identity))
+        append(folder, identity);
+}
+
+void TFolderAccessList::append(const TFolderAccess &folder, const std::optional<Identity> &identity)
+{
     m_folders.push_back(folder);
     m_paths.insert(folder.theURL().path());
-    if (const auto identity = identityOf(folder.theURL()))
+    if (identity)
         m_identities.insert(*identity);
 }
 

@@ -8,6 +8,7 @@
 #include <QMetaType>
 #include <QSet>
 
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -68,6 +69,9 @@ public:
 
 private:
     using Identity = std::pair<quint64, quint64>;
+
+    bool isListed(const TFileURL &url, const std::optional<Identity> &identity) const;
+    void append(const TFolderAccess &folder, const std::optional<Identity> &identity);
 
     std::vector<TFolderAccess> m_folders;
     QSet<QString> m_paths;
