@@ -3,6 +3,7 @@
 
 #include "commonprocs/ByteNames.h"
 #include "document/NameGeneration.h"
+#include "document/TDocument.h"
 #include "ui/controls/ToolTip.h"
 
 #include <QCoreApplication>
@@ -73,6 +74,11 @@ bool isUnchanged(const TFileObject &file, const Forecast *forecast)
         return false;
     // An extension whose letter case the run changes is not shown when extensions are left alone.
     return !isKnown(forecast) || extension.isEmpty() || forecast->finalName.endsWith(extension);
+}
+
+bool keepsName(const TDocument &document, const TFileObject &file, const Forecast *forecast)
+{
+    return document.ruleArray().empty() || isUnchanged(file, forecast);
 }
 
 Note note(const TFileObject &file, const Forecast *forecast)

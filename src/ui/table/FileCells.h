@@ -3,6 +3,8 @@
 
 #include "document/ForecastStepper.h"
 
+class TDocument;
+
 /// What the cells of the file table say about a file. Computed whenever it is shown, since 100,000
 /// rows must not keep texts. Main thread only.
 namespace FileCells {
@@ -25,6 +27,8 @@ QString wantedName(const TFileObject &file);
 QString newName(const TFileObject &file, const Forecast *forecast);
 /// True when the recipe gives the file the name that it has.
 bool isUnchanged(const TFileObject &file, const Forecast *forecast);
+/// The same, or that there is no recipe: what is shown as the new name then is only a remark.
+bool keepsName(const TDocument &document, const TFileObject &file, const Forecast *forecast);
 Note note(const TFileObject &file, const Forecast *forecast);
 /// The worst of the file's problems; a name that the run must refuse counts as a warning.
 int level(const TFileObject &file, const Forecast *forecast);

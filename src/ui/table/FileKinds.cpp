@@ -17,9 +17,9 @@ constexpr qsizetype kStride = 64;
 
 } // namespace
 
-FileKinds::FileKinds(const TFileList &files, ForecastOf forecastOf)
-    : m_files(files)
-    , m_forecastOf(std::move(forecastOf))
+FileKinds::FileKinds(const TDocument &document)
+    : m_document(document)
+    , m_files(document.sourceObjectArray())
 {
     replaced();
 }
@@ -33,8 +33,8 @@ bool FileKinds::passes(qsizetype row, Filter filter) const
 FileKinds::Bits FileKinds::look(qsizetype row) const
 {
     const TFileObject &file = *m_files[static_cast<std::size_t>(row)];
-    const auto *forecast = m_forecastOf(file);
-    const Bits name = FileCells::isUnchanged(file, forecast) ? kUnchanged : kChanged;
+    const auto *forecast = m_document.forecastFor(file);
+    const Bits name = FileCells::keepsName(m_document, file, forecast) ? kUnchanged : kChanged;
     const Bits problems = FileCells::level(file, forecast) > 0 ? kProblems : Bits{0};
     return static_cast<Bits>(name | problems);
 }

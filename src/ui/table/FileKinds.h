@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "document/AnalysisRun.h"
-#include "document/ForecastStepper.h"
+#include "document/TDocument.h"
 
 #include <array>
-#include <functional>
 
 /// How many files of a batch change, stay as they are and have problems. One byte a file; what
 /// changed is looked at again in portions of a few milliseconds. Rows are those of the batch.
@@ -14,9 +12,9 @@ class FileKinds
 public:
     enum class Filter { All, Changed, Unchanged, Problems };
     static constexpr std::size_t kFilterCount = 4;
-    using ForecastOf = std::function<const ForecastStepper::Forecast *(const TFileObject &)>;
 
-    FileKinds(const TFileList &files, ForecastOf forecastOf);
+    /// The document outlives it.
+    explicit FileKinds(const TDocument &document);
 
     qsizetype count(Filter filter) const { return m_counts[static_cast<std::size_t>(filter)]; }
     bool passes(qsizetype row, Filter filter) const;
@@ -38,8 +36,8 @@ private:
     void put(qsizetype row, Bits bits);
     void count(Bits bits, qsizetype by);
 
+    const TDocument &m_document;
     const TFileList &m_files;
-    ForecastOf m_forecastOf;
     std::vector<Bits> m_bits;
     std::array<qsizetype, kFilterCount> m_counts{};
     qsizetype m_from = 0; ///< what has changed since it was looked at: from here

@@ -42,8 +42,7 @@ const ColumnText &columnText(int column)
 FileTableModel::FileTableModel(TDocument &document, QObject *parent)
     : QAbstractTableModel(parent)
     , m_document(document)
-    , m_kinds(document.sourceObjectArray(),
-              [&document](const TFileObject &file) { return document.forecastFor(file); })
+    , m_kinds(document)
 {
     using D = TDocument;
     using M = FileTableModel;

@@ -80,7 +80,7 @@ void NewNameDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem
         ByteNames::forDisplay(file.attributedTargetExtension().string().left(rect.width()));
     const qreal extensionWidth = extension.isEmpty() ? 0 : metrics.horizontalAdvance(extension);
     std::vector<NameLine::Piece> pieces = piecesOf(file, look().colors.ink);
-    if (file.hasBeenProcessed() || FileCells::isUnchanged(file, forecast))
+    if (file.hasBeenProcessed() || FileCells::keepsName(model.document(), file, forecast))
         dim(pieces, muted(index));
     NameLine name(pieces, look().font, std::max(kLeastName, room - extensionWidth));
 
