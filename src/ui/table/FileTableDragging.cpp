@@ -17,7 +17,8 @@ constexpr int kPictureOffset = 12;
 
 QPixmap FileTableView::dragPicture(qsizetype count) const
 {
-    const QString text = tr("%Ln file(s)", nullptr, static_cast<int>(count));
+    const QString text =
+        count == 1 ? tr("1 file") : tr("%1 files").arg(locale().toString(qlonglong{count}));
     const QSize size(fontMetrics().horizontalAdvance(text) + 2 * kPicturePadding, kPictureHeight);
     QPixmap picture(size * devicePixelRatioF());
     picture.setDevicePixelRatio(devicePixelRatioF());
