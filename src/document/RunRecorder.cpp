@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/RunRecorder.h"
 
-#include "commonprocs/ByteNames.h"
-
 namespace {
 
 constexpr QLatin1StringView kRenamedLine{"renamed %@ to %@\n"};

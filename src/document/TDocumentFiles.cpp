@@ -2,8 +2,6 @@
 #include "document/TDocument.h"
 #include "document/TDocumentUndo.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 
 namespace {

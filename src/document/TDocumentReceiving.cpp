@@ -4,8 +4,6 @@
 #include "document/TDocumentDrag.h"
 #include "document/TDocumentDrop.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 
 namespace {

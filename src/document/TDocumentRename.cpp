@@ -5,7 +5,6 @@
 #include "document/TDocumentRenaming.h"
 #include "rollback/RollbackLog.h"
 
-#include <QCoreApplication>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;

@@ -4,8 +4,6 @@
 #include "document/TDocumentUndo.h"
 #include "document/TRuleKinds.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 #include <set>
 

@@ -3,8 +3,6 @@
 #include "document/TDocument.h"
 #include "document/TDocumentSlice.h"
 
-#include <QCoreApplication>
-
 namespace {
 
 constexpr const char *kTestRun = QT_TRANSLATE_NOOP("TDocument", "Performing test run");

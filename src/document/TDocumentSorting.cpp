@@ -2,8 +2,6 @@
 #include "commonprocs/StringAdditions.h"
 #include "document/TDocument.h"
 
-#include <QCoreApplication>
-
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TLogWindowController.h"
 
-#include "commonprocs/ByteNames.h"
 #include "commonprocs/TimeUtils.h"
 #include "document/TErrorLog.h"
 

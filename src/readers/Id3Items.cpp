@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/Id3Items.h"
 
-#include "readers/GenreText.h"
 #include "readers/ItemWriter.h"
 #include "readers/TagLibText.h"
 

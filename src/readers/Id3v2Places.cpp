@@ -3,8 +3,6 @@
 
 #include <QtEndian>
 
-#include <algorithm>
-
 namespace {
 
 constexpr size_t kMostLeading = 8;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/FormatHeaders.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr qint64 kFirstChunk = 12;

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
-#include <numeric>
 
 RecoveryMatcher::RecoveryMatcher(FileManager &fileManager, const JournalContents &journal,
                                  bool sameBoot, RecoveryProgress *progress)

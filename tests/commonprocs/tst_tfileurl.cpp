@@ -2,8 +2,6 @@
 #include "commonprocs/TFileURL.h"
 #include "support/Table.h"
 
-#include <QDir>
-
 using namespace Qt::StringLiterals;
 
 class TestTFileURL : public QObject
