@@ -10,6 +10,7 @@
 #include "ui/batch/WindowMemory.h"
 #include "ui/controls/BadgeButton.h"
 #include "ui/inspector/InspectorDock.h"
+#include "ui/table/FileDrops.h"
 #include "ui/table/FilePane.h"
 #include "ui/tiles/PaletteBar.h"
 #include "ui/tiles/RecipeCard.h"
@@ -64,6 +65,7 @@ BatchWindow::BatchWindow(TDocumentServices services, ApplicationCommands &applic
 {
     setCentralWidget(makeBody());
     m_inspector->setObjectName(QStringLiteral("inspector"));
+    m_inspector->setParent(nullptr); // so that the keys come to it last
     addDockWidget(Qt::RightDockWidgetArea, m_inspector);
     m_inspector->hide();
     m_menus = new BatchMenus({*this, *m_document, m_services, m_application, *m_recipe, *m_files,
@@ -97,7 +99,7 @@ QWidget *BatchWindow::makeBody()
     cards->addWidget(m_files, 1);
     auto *foot = new QHBoxLayout;
     foot->setContentsMargins(kSide + 2, 0, kSide - kBadgeMargin, 0);
-    m_status->setParent(nullptr); // so that it comes back as the last one in the order of the keys
+    m_status->setParent(nullptr); // so that the keys come to it behind the table
     foot->addWidget(m_status);
     auto *column = new QVBoxLayout(body);
     column->setContentsMargins(0, kGap, 0, kBadgeMargin);
@@ -249,19 +251,16 @@ void BatchWindow::closeEvent(QCloseEvent *event)
 
 void BatchWindow::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (event->mimeData()->hasUrls() &&
-        !event->mimeData()->hasFormat(TDocumentDrag::fileTableType())) {
-        event->setDropAction(Qt::CopyAction);
-        event->accept();
-    }
+    const QMimeData &dragged = *event->mimeData();
+    if (!dragged.hasFormat(TDocumentDrag::fileTableType()) &&
+        FileDrops::isWelcome(dragged, *m_document))
+        FileDrops::accept(*event, *m_document);
 }
 
 /// Files that miss the table are welcome all the same.
 void BatchWindow::dropEvent(QDropEvent *event)
 {
-    if (m_document->tableViewAcceptDrop(
-            *event->mimeData(), static_cast<qsizetype>(m_document->sourceObjectArray().size()))) {
-        event->setDropAction(Qt::CopyAction);
-        event->accept();
-    }
+    if (FileDrops::accept(*event, *m_document))
+        event->setAccepted(m_document->tableViewAcceptDrop(
+            *event->mimeData(), static_cast<qsizetype>(m_document->sourceObjectArray().size())));
 }

@@ -200,6 +200,7 @@ void InspectorDock::Private::show()
     m_facts->setVisible(m_file != nullptr);
     m_filter->setEnabled(!shown.empty() || !m_filter->text().isEmpty());
     m_hint->setVisible(!shown.empty());
+    m_tree->setFocusPolicy(shown.empty() ? Qt::NoFocus : Qt::StrongFocus);
     m_tree->setEmptyText(emptyText());
     m_tree->setGroups(std::move(shown));
     showPicture();

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void enabledCommands_data();
     void enabledCommands();
     void recipeByKeys();
+    void tabGoesRound();
     void editorsComeOneAtATime();
     void rulesGoFromWindowToWindow();
     void textFieldsKeepTheirKeys();
@@ -51,44 +52,17 @@ private Q_SLOTS:
 
 void TestBatchWindow::commandsAndKeys()
 {
-    const QStringList expected{
-        u"New Batch: Ctrl+N"_s,
-        u"Add Files...: Ctrl+O"_s,
-        u"Add Folder...: Ctrl+Shift+O"_s,
-        u"Save Preset...: Ctrl+S"_s,
-        u"Delete Presets...: "_s,
-        u"Close: Ctrl+W"_s,
-        u"Quit: Ctrl+Q"_s,
-        u"Undo: Ctrl+Z"_s,
-        u"Redo: Ctrl+Shift+Z"_s,
-        u"Delete: Del"_s,
-        u"Select All: Ctrl+A"_s,
-        u"Find: Ctrl+F"_s,
-        u"Preferences...: Ctrl+,"_s,
-        u"Text: Ctrl+1"_s,
-        u"RegEx: Ctrl+0"_s,
-        u"Edit Rule: "_s,
-        u"Move Left: Alt+Left"_s,
-        u"Move Right: Alt+Right"_s,
-        u"Extension...: Ctrl+E"_s,
-        u"Color Code Results: "_s,
-        u"Live Update: "_s,
-        u"Test Run: F5"_s,
-        u"Show Test Run Log: Shift+F5"_s,
-        u"Rename: Ctrl+Return"_s,
-        u"Roll Back This Run: "_s,
-        u"Roll Back an Earlier Run...: "_s,
-        u"Folder Access...: "_s,
-        u"Metadata Inspector: Ctrl+I"_s,
-        u"Dark: "_s,
-        u"Full Screen: F11"_s,
-        u"Tavrin Help: F1"_s,
-        u"Regular Expressions: "_s,
-        u"Keys: "_s,
-        u"Welcome: "_s,
-        u"Check for Updates...: "_s,
-        u"About Tavrin: "_s,
-    };
+    const QString all(
+        u"New Batch: Ctrl+N|Add Files...: Ctrl+O|Add Folder...: Ctrl+Shift+O|"
+        u"Save Preset...: Ctrl+S|Delete Presets...: |Close: Ctrl+W|Quit: Ctrl+Q|"
+        u"Undo: Ctrl+Z|Redo: Ctrl+Shift+Z|Delete: Del|Select All: Ctrl+A|Find: Ctrl+F|"
+        u"Preferences...: Ctrl+,|Text: Ctrl+1|RegEx: Ctrl+0|Edit Rule: |Move Left: Alt+Left|"
+        u"Move Right: Alt+Right|Extension...: Ctrl+E|Color Code Results: |Live Update: |"
+        u"Test Run: F5|Show Test Run Log: Shift+F5|Rename: Ctrl+Return|Roll Back This Run: |"
+        u"Roll Back an Earlier Run...: |Folder Access...: |Metadata Inspector: Ctrl+I|"
+        u"Dark: |Full Screen: F11|Tavrin Help: F1|Regular Expressions: |Keys: |Welcome: |"
+        u"Check for Updates...: |About Tavrin: "_s);
+    const QStringList expected = all.split(u'|');
     const BatchFixture batch;
     QStringList found;
     for (const QString &line : expected) {
@@ -210,6 +184,21 @@ void TestBatchWindow::recipeByKeys()
     QVERIFY(batch.settle());
     QCOMPARE(batch.targets(), QStringList({u"Day 1"_s, u"Day 2"_s}));
     QCOMPARE(batch.command(u"Undo Add Rule"_s).isEnabled(), true);
+}
+
+void TestBatchWindow::tabGoesRound()
+{
+    const BatchFixture batch({u"a.txt"_s});
+    batch.document().addRules({textRule(u"n"_s)}, 0);
+    QVERIFY(batch.settle());
+    batch.command(u"Metadata Inspector"_s).trigger();
+    batch.files().focusTable();
+    QStringList names;
+    for (int i = 0; i < 4; ++i) {
+        batch.key(Qt::Key_Tab);
+        names += QApplication::focusWidget()->accessibleName();
+    }
+    QCOMPARE(names, (QStringList{u"Test Run"_s, u"Rename"_s, u"Close Metadata"_s, u"Text"_s}));
 }
 
 void TestBatchWindow::editorsComeOneAtATime()
@@ -374,6 +363,10 @@ void TestBatchWindow::filesDroppedAnywhere()
 {
     const BatchFixture batch;
     QMimeData data;
+    data.setUrls({QUrl(u"https://example.org/a.txt"_s)});
+    QDragEnterEvent remote({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(batch.window.get(), &remote);
+    QCOMPARE(remote.isAccepted(), false);
     batch.tree.file(u"files/sub/a.txt"_s);
     data.setUrls({QUrl::fromLocalFile(batch.tree.path(u"files"_s))});
     QDragEnterEvent enter({5, 5}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, {});
