@@ -14,7 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kChevron = 16;
 constexpr int kChevronMargin = 8; ///< at the end of the button
 constexpr int kGap = 2;           ///< from the button to its menu
 
@@ -34,17 +33,17 @@ SortButton::SortButton(QMenu &menu, QWidget *parent)
 
 QSize SortButton::sizeHint() const
 {
-    return PillButton::sizeHint() + QSize(kChevron, 0);
+    return PillButton::sizeHint() + QSize(Icons::extent(fontMetrics()), 0);
 }
 
 void SortButton::paintEvent(QPaintEvent *event)
 {
     PillButton::paintEvent(event);
-    const QRect place(width() - kChevron - kChevronMargin, (height() - kChevron) / 2, kChevron,
-                      kChevron);
+    const int side = Icons::extent(fontMetrics());
+    const QRect place(width() - side - kChevronMargin, (height() - side) / 2, side, side);
     QPainter painter(this);
     painter.drawPixmap(QStyle::visualRect(layoutDirection(), rect(), place),
-                       Icons::pixmap("chevron-down"_L1, kChevron, ThemeColors::of(palette()).muted,
+                       Icons::pixmap("chevron-down"_L1, side, ThemeColors::of(palette()).muted,
                                      devicePixelRatioF()));
 }
 

@@ -19,7 +19,6 @@ namespace {
 
 constexpr auto kBarDelay = 150ms;
 constexpr int kBarWidth = 150;
-constexpr int kIconSize = 16;
 constexpr int kApart = 8;
 constexpr int kFarApart = 24;
 constexpr int kSteps = 1000; ///< of the bar; a batch may have more files than an int counts
@@ -30,8 +29,8 @@ StatusLine::StatusLine(QWidget *parent)
     : QWidget(parent)
     , m_text(new QLabel(this))
     , m_bar(new QProgressBar(this))
-    , m_warnings(makeCount(TErrorTypes::kWarning))
-    , m_criticals(makeCount(TErrorTypes::kCritical))
+    , m_warnings(makeCount())
+    , m_criticals(makeCount())
     , m_testRun(new BadgeButton(tr("Test Run"), BadgeButton::Weight::Plain, this))
     , m_rollBack(new BadgeButton(tr("Roll Back"), BadgeButton::Weight::Plain, this))
     , m_rename(new BadgeButton(tr("Rename"), BadgeButton::Weight::Accented, this))
@@ -45,6 +44,7 @@ StatusLine::StatusLine(QWidget *parent)
     policy.setVerticalPolicy(QSizePolicy::Fixed);
     m_bar->setSizePolicy(policy);
     m_bar->hide();
+    followLook();
     m_testRun->setToolTip(tr("Works out all names anew and lists the problems; touches no file"));
     m_rollBack->setToolTip(tr("Undoes the last rename of this batch"));
     m_rename->setMinimumWidth(m_rename->sizeHint().width() * 5 / 4);
@@ -72,12 +72,10 @@ StatusLine::StatusLine(QWidget *parent)
     line->addLayout(buttons);
 }
 
-QToolButton *StatusLine::makeCount(int errLevel)
+QToolButton *StatusLine::makeCount()
 {
     auto *count = new QToolButton(this);
     count->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    count->setIcon(Icons::forLevel(errLevel));
-    count->setIconSize({kIconSize, kIconSize});
     count->setAutoRaise(true);
     count->setFocusPolicy(Qt::TabFocus);
     count->setToolTip(tr("Show the problems"));
@@ -149,11 +147,18 @@ bool StatusLine::eventFilter(QObject *watched, QEvent *event)
     return QWidget::eventFilter(watched, event);
 }
 
+void StatusLine::followLook()
+{
+    const int side = Icons::extent(fontMetrics());
+    for (QToolButton *count : {m_warnings, m_criticals})
+        count->setIconSize({side, side});
+    m_warnings->setIcon(Icons::forLevel(TErrorTypes::kWarning));
+    m_criticals->setIcon(Icons::forLevel(TErrorTypes::kCritical));
+}
+
 void StatusLine::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::PaletteChange) {
-        m_warnings->setIcon(Icons::forLevel(TErrorTypes::kWarning));
-        m_criticals->setIcon(Icons::forLevel(TErrorTypes::kCritical));
-    }
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
+        followLook();
     QWidget::changeEvent(event);
 }

@@ -42,7 +42,8 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    QToolButton *makeCount(int errLevel);
+    QToolButton *makeCount();
+    void followLook();
     void updateBar();
 
     QLabel *m_text;

@@ -12,11 +12,14 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int kUsualExtent = 16;
 
 struct Kind
 {
@@ -132,6 +135,12 @@ QPixmap pixmap(QLatin1StringView name, int size, const QColor &ink, qreal device
     QPixmap pixmap = drawn(name, (QSizeF(size, size) * devicePixelRatio).toSize(), ink);
     pixmap.setDevicePixelRatio(devicePixelRatio);
     return pixmap;
+}
+
+int extent(const QFontMetrics &metrics)
+{
+    const int fitting = metrics.height() * 7 / 8;
+    return std::max(kUsualExtent, fitting + fitting % 2); // even, so that it has a middle
 }
 
 QLatin1StringView forIdentifier(const QString &identifier)

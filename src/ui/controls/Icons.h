@@ -3,6 +3,7 @@
 
 #include "rules/TRuleModel.h"
 
+#include <QFontMetrics>
 #include <QIcon>
 #include <QPixmap>
 
@@ -14,6 +15,8 @@ namespace Icons {
 QIcon icon(QLatin1StringView name);
 /// One drawing in one colour; size in device-independent pixels, pixels by the ratio.
 QPixmap pixmap(QLatin1StringView name, int size, const QColor &ink, qreal devicePixelRatio);
+/// Side of a small icon beside a text: as usual on desktops, larger with a larger font.
+int extent(const QFontMetrics &metrics);
 /// The drawing of a kind of rule, by its drag identifier or by the rule.
 QLatin1StringView forIdentifier(const QString &identifier);
 QLatin1StringView forRule(const TRuleModel &rule);

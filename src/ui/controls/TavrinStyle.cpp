@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/controls/TavrinStyle.h"
 
+#include "ui/controls/Icons.h"
 #include "ui/controls/Theme.h"
 
 #include <QAbstractSpinBox>
-#include <QFormLayout>
+#include <QApplication>
 #include <QPainter>
-#include <QPainterPath>
 #include <QStyleOption>
 
 #include <algorithm>
@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kFieldHeight = 28;
 constexpr int kButtonHeight = 32;
-constexpr int kIndicator = 16;
+constexpr qreal kTickUnits = 15; ///< of a check box whose tick has whole measures
 constexpr int kStepperWidth = 20;
 constexpr int kChevron = 4; ///< half of its width
 constexpr int kBarHeight = 8;
@@ -35,6 +35,13 @@ constexpr int kListMargin = 8;
 bool isListOfComboBox(const QWidget *widget)
 {
     return widget != nullptr && widget->inherits("QComboBoxListView");
+}
+
+/// Of the small icons of a control.
+int extentOf(const QStyleOption *option, const QWidget *widget)
+{
+    const QFontMetrics metrics(widget != nullptr ? widget->font() : QApplication::font());
+    return Icons::extent(option != nullptr ? option->fontMetrics : metrics);
 }
 
 bool has(const QStyleOption &option, QStyle::StateFlag flag)
@@ -113,7 +120,7 @@ void drawIndicator(QPainter &painter, const QStyleOption &option, bool isRadio)
     const bool isEnabled = has(option, QStyle::State_Enabled);
     const bool isOn = has(option, QStyle::State_On);
     const bool isPartly = has(option, QStyle::State_NoChange);
-    QRectF box(0, 0, kIndicator, kIndicator);
+    QRectF box(QPointF(), QSizeF(1, 1) * Icons::extent(option.fontMetrics));
     box.moveCenter(QRectF(option.rect).center());
     box.adjust(0.5, 0.5, -0.5, -0.5);
     const qreal radius = isRadio ? box.height() / 2 : 4;
@@ -130,18 +137,19 @@ void drawIndicator(QPainter &painter, const QStyleOption &option, bool isRadio)
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(box.adjusted(-1.5, -1.5, 1.5, 1.5), radius + 1.5, radius + 1.5);
     }
+    painter.translate(box.center());
+    painter.scale(box.width() / kTickUnits, box.width() / kTickUnits);
     painter.setPen(QPen(isEnabled ? colors.accentInk : colors.muted, 2, Qt::SolidLine, Qt::RoundCap,
                         Qt::RoundJoin));
     if (isOn && isRadio) {
         painter.setBrush(painter.pen().color());
         painter.setPen(Qt::NoPen);
-        painter.drawEllipse(box.center(), 3, 3);
+        painter.drawEllipse(QPointF(), 3, 3);
     } else if (isOn) {
-        const std::array tick{box.center() + QPointF(-3.5, 0.2), box.center() + QPointF(-1, 2.8),
-                              box.center() + QPointF(3.6, -2.6)};
+        const std::array tick{QPointF(-3.5, 0.2), QPointF(-1, 2.8), QPointF(3.6, -2.6)};
         painter.drawPolyline(tick.data(), static_cast<int>(tick.size()));
     } else if (isPartly) {
-        painter.drawLine(box.center() - QPointF(3, 0), box.center() + QPointF(3, 0));
+        painter.drawLine(QPointF(-3, 0), QPointF(3, 0));
     }
     painter.restore();
 }
@@ -440,7 +448,12 @@ int TavrinStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
     case PM_IndicatorHeight:
     case PM_ExclusiveIndicatorWidth:
     case PM_ExclusiveIndicatorHeight:
-        return kIndicator + 2;
+        return extentOf(option, widget) + 2;
+    case PM_SmallIconSize:
+    case PM_ButtonIconSize:
+    case PM_ListViewIconSize:
+    case PM_LineEditIconSize:
+        return extentOf(option, widget);
     case PM_CheckBoxLabelSpacing:
     case PM_RadioButtonLabelSpacing:
         return 8;

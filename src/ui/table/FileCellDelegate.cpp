@@ -89,7 +89,7 @@ void FileCellDelegate::paintLevel(QPainter &painter, const QRect &cell,
     const FileTableModel &model = fileTableModel(index);
     const TFileObject &file = model.file(index.row());
     const int level = FileCells::level(file, model.forecast(index.row()));
-    QRect place(0, 0, TableLook::kIconSize, TableLook::kIconSize);
+    QRect place(0, 0, m_look.iconSide, m_look.iconSide);
     place.moveCenter(cell.center());
     if (level == TErrorTypes::kNone && file.hasBeenProcessed())
         return m_look.done.paint(&painter, place, Qt::AlignCenter, QIcon::Disabled);

@@ -18,7 +18,6 @@ namespace {
 /// Milliseconds without a key before names are searched.
 constexpr int kPause = 90;
 constexpr int kSearchLetters = 26;
-constexpr int kLensSize = 16;
 
 struct PillText
 {
@@ -63,10 +62,10 @@ FilterRow::FilterRow(QWidget *parent)
     m_search->setAccessibleName(tr("Search names"));
     m_search->setToolTip(tr("Select files whose old or new name contains this text"));
     m_search->setClearButtonEnabled(true);
-    m_search->setFixedWidth(fontMetrics().averageCharWidth() * kSearchLetters + 2 * kLensSize);
     m_lens = m_search->addAction(Icons::icon("search"_L1), QLineEdit::LeadingPosition);
     m_search->installEventFilter(this);
     layout->addWidget(m_search);
+    followFont();
     m_pause.setSingleShot(true);
     connect(m_search, &QLineEdit::textChanged, this, [this] { m_pause.start(kPause); });
     connect(&m_pause, &QTimer::timeout, this, &FilterRow::searchNow);
@@ -124,11 +123,18 @@ bool FilterRow::eventFilter(QObject *watched, QEvent *event)
     }
 }
 
+void FilterRow::followFont()
+{
+    const QFontMetrics metrics = fontMetrics();
+    m_search->setFixedWidth(metrics.averageCharWidth() * kSearchLetters +
+                            2 * Icons::extent(metrics));
+}
+
 void FilterRow::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange && m_lens != nullptr)
         m_lens->setIcon(Icons::icon("search"_L1));
     if (event->type() == QEvent::FontChange && m_search != nullptr)
-        m_search->setFixedWidth(fontMetrics().averageCharWidth() * kSearchLetters + 2 * kLensSize);
+        followFont();
 }

@@ -41,6 +41,7 @@ protected:
 
 private:
     void searchNow();
+    void followFont();
 
     std::array<PillButton *, FileKinds::kFilterCount> m_pills{};
     QLineEdit *m_search;

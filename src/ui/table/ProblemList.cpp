@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int kIconSize = 16;
+constexpr int kSlack = 16;
 constexpr int kTextLetters = 52;
 /// A list that is longer than this would not fit into the window.
 constexpr qsizetype kMostShown = 12;
@@ -25,7 +25,7 @@ QLabel *wrapped(const QString &text, QWidget *parent)
     label->setText(text);
     const QFontMetrics metrics = label->fontMetrics();
     const int most = metrics.averageCharWidth() * kTextLetters;
-    label->setFixedWidth(std::min(most, metrics.horizontalAdvance(text) + kIconSize));
+    label->setFixedWidth(std::min(most, metrics.horizontalAdvance(text) + kSlack));
     return label;
 }
 
@@ -49,13 +49,14 @@ ProblemList::ProblemList(const QString &fileName, const TErrorLog &log, QWidget 
     title->setMaximumWidth(QWIDGETSIZE_MAX);
     title->setWordWrap(false);
     layout->addWidget(title, 0, 0, 1, 2);
+    const int side = Icons::extent(fontMetrics());
     int row = 1;
     for (const TErrorTypes &problem : log) {
         if (row > kMostShown)
             break;
         auto *icon = new QLabel(this);
-        icon->setPixmap(Icons::forLevel(problem.errClass)
-                            .pixmap(QSize(kIconSize, kIconSize), devicePixelRatioF()));
+        icon->setPixmap(
+            Icons::forLevel(problem.errClass).pixmap(QSize(side, side), devicePixelRatioF()));
         layout->addWidget(icon, row, 0, Qt::AlignTop);
         layout->addWidget(wrapped(problem.errDesc, this), row++, 1);
     }

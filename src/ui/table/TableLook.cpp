@@ -20,6 +20,7 @@ void TableLook::follow(const QWidget &widget)
     mutedOnSelection =
         Theme::contrast(colors.muted, colors.selection) < kReadable ? colors.ink : colors.muted;
     font = widget.font();
+    iconSide = Icons::extent(widget.fontMetrics());
     noteFont = font;
     noteFont.setItalic(true);
     if (font.pointSizeF() > 0)

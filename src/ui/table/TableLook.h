@@ -14,13 +14,13 @@
 struct TableLook
 {
     static constexpr int kPadding = 8;
-    static constexpr int kIconSize = 15;
 
     ThemeColors colors;
     QColor mutedOnSelection; ///< text of lesser weight in selected rows
     QPalette palette;
     QFont font;
     QFont noteFont;
+    int iconSide = 0;
     std::array<QIcon, 3> levels;
     QIcon done; ///< for files that a run has been through
 

@@ -18,7 +18,6 @@ constexpr int kPeriod = 12; ///< before the tile, as it stands before an extensi
 constexpr int kPeriodSize = 3;
 constexpr int kPadding = 13;
 constexpr int kGap = 14;
-constexpr int kChevron = 16;
 constexpr int kInset = 2;
 
 } // namespace
@@ -59,7 +58,8 @@ QSize ExtensionTile::sizeHint() const
 {
     const int title = QFontMetrics(titleFont()).horizontalAdvance(tr("Extension"));
     const int name = fontMetrics().horizontalAdvance(text());
-    return {kPeriod + 2 * kInset + 2 * kPadding + title + kGap + name + kGap + kChevron,
+    return {kPeriod + 2 * kInset + 2 * kPadding + title + kGap + name + kGap +
+                Icons::extent(fontMetrics()),
             TileDrawing::height(fontMetrics(), true)};
 }
 
@@ -92,15 +92,16 @@ void ExtensionTile::paintEvent(QPaintEvent *)
                      tr("Extension"));
     painter.setFont(font());
     painter.setPen(colors.ink);
-    const int end = width() - kInset - kPadding - kChevron;
+    const int side = Icons::extent(fontMetrics());
+    const int end = width() - kInset - kPadding - side;
     const int nameStart = start + titleWidth + kGap;
     const QRect name(nameStart, 0, end - nameStart, height());
     painter.drawText(placed(name),
                      QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter),
                      text());
-    const QRect chevron(end, (height() - kChevron) / 2, kChevron, kChevron);
-    painter.drawPixmap(placed(chevron), Icons::pixmap("chevron-down"_L1, kChevron, colors.muted,
-                                                      devicePixelRatioF()));
+    const QRect chevron(end, (height() - side) / 2, side, side);
+    painter.drawPixmap(placed(chevron),
+                       Icons::pixmap("chevron-down"_L1, side, colors.muted, devicePixelRatioF()));
 }
 
 void ExtensionTile::keyPressEvent(QKeyEvent *event)

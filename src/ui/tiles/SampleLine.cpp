@@ -18,7 +18,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kGap = 12;
-constexpr int kArrow = 16;
 constexpr int kPadding = 8;
 constexpr int kLeastNewName = 240; ///< the note gives way to it
 constexpr QChar kPeriod = u'.';
@@ -133,12 +132,13 @@ void SampleLine::paintEvent(QPaintEvent *)
     const QFontMetrics metrics = fontMetrics();
     const int oldWidth = std::min(metrics.horizontalAdvance(m_oldName) + 1, width() * 3 / 10);
     say(m_oldName, colors.muted, placed(0, oldWidth), start);
-    const int newStart = oldWidth + kGap + kArrow + kGap;
-    QPixmap arrow = Icons::pixmap("arrow"_L1, kArrow, colors.muted, devicePixelRatioF());
+    const int side = Icons::extent(metrics);
+    const int newStart = oldWidth + kGap + side + kGap;
+    QPixmap arrow = Icons::pixmap("arrow"_L1, side, colors.muted, devicePixelRatioF());
     if (isMirrored)
         arrow = arrow.transformed(QTransform::fromScale(-1, 1));
-    painter.drawPixmap(
-        placed(oldWidth + kGap, kArrow).topLeft() + QPoint(0, (height() - kArrow) / 2), arrow);
+    painter.drawPixmap(placed(oldWidth + kGap, side).topLeft() + QPoint(0, (height() - side) / 2),
+                       arrow);
 
     if (m_newName.isEmpty())
         return say(tr("Put elements into the recipe to make a new name"), colors.muted,

@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr int kIcon = 16;
 constexpr int kIconGap = 6;
 constexpr int kLeftPadding = 13;
 constexpr int kRightPadding = 12;
@@ -80,7 +79,8 @@ QSize TileDrawing::size(const QFont &font) const
     const qreal widest = metrics.averageCharWidth() * kTextCharacters;
     const int textWidth = qCeil(std::min(metrics.horizontalAdvance(text), widest)) + kSlack;
     const int end = interlocks ? kOverhang : kInset;
-    return {kInset + kLeftPadding + kIcon + kIconGap + textWidth + kRightPadding + end,
+    return {kInset + kLeftPadding + Icons::extent(QFontMetrics(font)) + kIconGap + textWidth +
+                kRightPadding + end,
             height(QFontMetrics(font), interlocks)};
 }
 
@@ -124,10 +124,11 @@ void TileDrawing::paint(QPainter &painter, const QRect &place, const QFont &font
     const int left = isMirrored ? kRightPadding : kLeftPadding;
     const int right = isMirrored ? kLeftPadding : kRightPadding;
     const QRect content = inside.toRect().adjusted(left, 0, -right, 0);
-    const int iconX = isMirrored ? content.right() + 1 - kIcon : content.left();
-    painter.drawPixmap(QPoint(iconX, content.center().y() + 1 - kIcon / 2),
-                       Icons::pixmap(icon, kIcon, ink, painter.device()->devicePixelRatioF()));
-    const int taken = kIcon + kIconGap;
+    const int side = Icons::extent(QFontMetrics(font));
+    const int iconX = isMirrored ? content.right() + 1 - side : content.left();
+    painter.drawPixmap(QPoint(iconX, content.center().y() + 1 - side / 2),
+                       Icons::pixmap(icon, side, ink, painter.device()->devicePixelRatioF()));
+    const int taken = side + kIconGap;
     const QRect textPlace = content.adjusted(isMirrored ? 0 : taken, 0, isMirrored ? -taken : 0, 0);
     painter.setFont(font);
     painter.setPen(ink);

@@ -24,7 +24,6 @@ namespace {
 constexpr int kCharacters = 60;
 constexpr int kShownRows = 10;
 constexpr qsizetype kMostWrapped = 500;
-constexpr int kIconSize = 16;
 
 class LogModel : public QAbstractListModel
 {
@@ -132,7 +131,8 @@ public:
         setWordWrap(isShort);
         setUniformItemSizes(!isShort);
         setTextElideMode(isShort ? Qt::ElideNone : Qt::ElideMiddle);
-        setIconSize({kIconSize, kIconSize});
+        const int side = Icons::extent(fontMetrics());
+        setIconSize({side, side});
         setResizeMode(Adjust);
         setVerticalScrollMode(ScrollPerPixel);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

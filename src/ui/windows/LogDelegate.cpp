@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/windows/LogDelegate.h"
 
+#include "ui/controls/Icons.h"
 #include "ui/controls/Theme.h"
 
 #include <QApplication>
@@ -14,7 +15,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kMargin = 8;
-constexpr int kIconSize = 16;
 
 QString readableDay(QDate day)
 {
@@ -64,7 +64,8 @@ void LogDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     };
     const int line = option.fontMetrics.height();
     const ThemeColors colors = ThemeColors::of(option.palette);
-    const int left = kIconSize + kMargin;
+    const int side = Icons::extent(option.fontMetrics);
+    const int left = side + kMargin;
     const QString date = readableDate(name);
     const auto draw = [&](const QString &text, int top, const QColor &ink) {
         painter->setPen(ink);
@@ -73,7 +74,7 @@ void LogDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
         painter->drawText(rect, QStyle::visualAlignment(option.direction, Qt::AlignLeft), shown);
     };
     const int top = date.isEmpty() ? all.center().y() - line / 2 : all.top();
-    icon.paint(painter, place(0, top + (line - kIconSize) / 2, kIconSize, kIconSize));
+    icon.paint(painter, place(0, top + (line - side) / 2, side, side));
     draw(date.isEmpty() ? name : date, top, colors.ink);
     if (!date.isEmpty())
         draw(name, all.top() + line, colors.muted);

@@ -14,8 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kIconSize = 16;
-constexpr int kDotSize = 10;
 constexpr int kRoom = 8; ///< of a row beside its line of text
 constexpr QChar kIsolate{0x2068};
 constexpr QChar kEndIsolate{0x2069};
@@ -32,15 +30,16 @@ QRect contentOf(const QStyleOptionViewItem &option)
 QIcon dot(const QColor &color)
 {
     const qreal ratio = qApp->devicePixelRatio();
-    QPixmap pixmap(QSize(kIconSize, kIconSize) * ratio);
+    const int side = Icons::extent(QFontMetrics(QApplication::font()));
+    QPixmap pixmap(QSize(side, side) * ratio);
     pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
-    const int margin = (kIconSize - kDotSize) / 2;
-    painter.drawEllipse(margin, margin, kDotSize, kDotSize);
+    const int margin = side * 3 / 16;
+    painter.drawEllipse(margin, margin, side - 2 * margin, side - 2 * margin);
     return QIcon(pixmap);
 }
 
@@ -74,8 +73,9 @@ QIcon RowDelegate::icon(const TImage &image)
     if (name == "dot-red"_L1)
         return dot(colors.critical);
     if (name == "green arrow"_L1)
-        return QIcon(
-            Icons::pixmap("roll-back"_L1, kIconSize, colors.good, qApp->devicePixelRatio()));
+        return QIcon(Icons::pixmap("roll-back"_L1,
+                                   Icons::extent(QFontMetrics(QApplication::font())), colors.good,
+                                   qApp->devicePixelRatio()));
     return {};
 }
 
