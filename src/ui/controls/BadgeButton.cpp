@@ -100,15 +100,15 @@ void BadgeButton::paintBadge(QPainter &painter) const
     small.setPointSizeF(small.pointSizeF() * 0.85);
     small.setBold(true);
     painter.setFont(small);
-    const int width =
-        std::max(kBadgeHeight, QFontMetrics(small).horizontalAdvance(badgeText()) + 10);
+    const QFontMetrics metrics(small);
+    const int height = std::max(kBadgeHeight, metrics.height());
+    const int width = std::max(height, metrics.horizontalAdvance(badgeText()) + 10);
     const int x =
         isRightToLeft() ? face().left() - kOverhang : face().right() + kOverhang - width + 1;
-    const QRectF badge(x, 0, width, kBadgeHeight);
+    const QRectF badge(x, 0, width, height);
     painter.setPen(QPen(colors.window, 1.5));
     painter.setBrush(colors.critical);
-    painter.drawRoundedRect(badge.adjusted(0.75, 0.75, -0.75, -0.75), kBadgeHeight / 2.0,
-                            kBadgeHeight / 2.0);
+    painter.drawRoundedRect(badge.adjusted(0.75, 0.75, -0.75, -0.75), height / 2.0, height / 2.0);
     painter.setPen(Theme::inkOn(colors.critical));
     painter.drawText(badge, Qt::AlignCenter, badgeText());
 }
