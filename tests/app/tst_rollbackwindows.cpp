@@ -2,10 +2,10 @@
 #include "app/TDoRollBackWindowController.h"
 #include "app/TRollBackWindowController.h"
 #include "commonprocs/Sandboxing.h"
-#include "platform/PumpedMainThread.h"
 #include "rollback/RollbackLog.h"
 #include "settings/logging.h"
 #include "support/FaultyFileManager.h"
+#include "support/PumpedMainThread.h"
 #include "support/ScriptedApplicationHost.h"
 #include "support/TemporaryTree.h"
 

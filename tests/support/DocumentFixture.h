@@ -2,9 +2,9 @@
 #pragma once
 
 #include "document/TDocument.h"
-#include "platform/PumpedMainThread.h"
 #include "support/FaultyFileManager.h"
 #include "support/ManualClock.h"
+#include "support/PumpedMainThread.h"
 #include "support/Rules.h"
 #include "support/ScriptedHost.h"
 #include "support/TemporaryTree.h"
