@@ -3,8 +3,6 @@
 // ends the work, and the result is no longer than may be.
 #include "commonprocs/RegexReplacer.h"
 
-#include <QStringList>
-
 #include <cstdint>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)

@@ -12,7 +12,6 @@
 
 #include <deque>
 #include <memory>
-#include <vector>
 
 class TDoRollBackWindowController;
 class TRollBackWindowController;

@@ -3,7 +3,6 @@
 #include "cli/RuleForms.h"
 #include "cli/RuleWords.h"
 #include "document/TRuleKinds.h"
-#include "platform/TStringTable.h"
 #include "support/Table.h"
 
 using namespace Qt::StringLiterals;

@@ -3,7 +3,6 @@
 #include "settings/logging.h"
 #include "support/DocumentFixture.h"
 
-#include <QBuffer>
 #include <QTest>
 
 using namespace Qt::StringLiterals;

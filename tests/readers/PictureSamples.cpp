@@ -6,8 +6,6 @@
 #include <QBuffer>
 #include <QtEndian>
 
-#include <array>
-
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/PumpedMainThread.h"
 
-#include <utility>
-
 bool PumpedMainThread::pumpUntil(const std::function<bool()> &done, const std::stop_token &stop)
 {
     while (!done()) {

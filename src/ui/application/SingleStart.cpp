@@ -11,7 +11,6 @@
 #include <QLocalSocket>
 #include <QTimer>
 
-#include <algorithm>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>

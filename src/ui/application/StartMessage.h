@@ -4,8 +4,6 @@
 #include <QByteArray>
 #include <QStringList>
 
-#include <optional>
-
 /// What a later start tells the first one: a mark, the length of the rest in four bytes (most
 /// significant first), and absolute paths as bytes, each followed by NUL. The answer is one line.
 namespace StartMessage {

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr qint64 kMegabyte = 1000 * 1000;
+constexpr qint64 kMegabyte = qint64{1000} * 1000;
 
 } // namespace
 

@@ -7,7 +7,6 @@
 #include <QStyleFactory>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 using namespace Qt::StringLiterals;

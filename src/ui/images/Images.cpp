@@ -4,13 +4,11 @@
 #include "ui/images/ImageCanvas.h"
 
 #include <QBuffer>
-#include <QCoreApplication>
 #include <QImageWriter>
 #include <QPainterPath>
 #include <QSaveFile>
 #include <QTransform>
 
-#include <algorithm>
 #include <cstring>
 
 namespace {

@@ -11,7 +11,6 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
-#include <QTextDocument>
 #include <QVBoxLayout>
 
 #include <cmath>

@@ -6,7 +6,6 @@
 #include "ui/tiles/RecipeSelection.h"
 
 #include <QCoreApplication>
-#include <QPointer>
 #include <QWidget>
 
 class DropPlace;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TDocumentDrag.h"
 #include "metadata/TImageTagRule.h"
-#include "metadata/TVideoRule.h"
 #include "support/TemporaryTree.h"
 #include "ui/inspector/InspectorDock.h"
 #include "ui/inspector/InspectorReader.h"

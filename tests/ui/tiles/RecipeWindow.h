@@ -10,7 +10,6 @@
 #include "ui/tiles/TileStrip.h"
 
 #include <QCursor>
-#include <QPointer>
 #include <QTest>
 #include <QTimer>
 #include <QVBoxLayout>

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "RecipeWindow.h"
-#include "document/TDocumentPresets.h"
 #include "ui/controls/Theme.h"
 #include "ui/tiles/ColouredText.h"
 #include "ui/tiles/PresetPopUp.h"
