@@ -7,7 +7,6 @@
 #include <QTest>
 
 #include <cerrno>
-#include <future>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -19,7 +18,6 @@ using Action = std::function<void(DocumentFixture &)>;
 
 constexpr qsizetype kCancel = 0;
 constexpr qsizetype kRename = 1;
-constexpr qsizetype kNoAnswer = -1;
 
 /// A batch of files with a rule, analysed.
 struct Batch : DocumentFixture
@@ -64,8 +62,6 @@ private Q_SLOTS:
     void cancelling();
     void changesBeforeTheAnswer();
     void renameWaitsForTheNames();
-    void waitsForTheRecovery_data();
-    void waitsForTheRecovery();
     void editsDuringTheRun();
     void twoDocuments();
     void unchangedNames();
@@ -287,66 +283,6 @@ void TestTDocumentRename::renameWaitsForTheNames()
     QVERIFY(batch.pumpUntil(
         [&] { return batch.host.answers.empty() && !batch.document->isRenaming(); }));
     QCOMPARE(batch.onDisk().filter(u"new n"_s).size(), 200);
-}
-
-void TestTDocumentRename::waitsForTheRecovery_data()
-{
-    const Table<QString, qsizetype, QString> row("cutOff", "answer", "question");
-    const QString asked = u"and can be renamed meanwhile.|Cancel/Go On"_s;
-    const QString told = u"what is in the folders of that run.|"_s;
-    row("answers at once", u"share/a", kNoAnswer, u"");
-    row("elsewhere", u"share/a", kRename, asked);
-    row("elsewhere, cancelled", u"share/a", kCancel, asked);
-    row("in a folder of a longer name", u"files.old/a", kRename, asked);
-    row("in a folder beside the files", u"files/share/a", kRename, asked);
-    row("in the folder around them", u"a", kRename, asked);
-    row("in their own folder", u"files/a", kCancel, told);
-    row("within one of them", u"files/b.app/in/a", kCancel, told);
-}
-
-/// A folder of a run that was cut off does not answer.
-void TestTDocumentRename::waitsForTheRecovery()
-{
-    QFETCH(const QString, cutOff);
-    QFETCH(const qsizetype, answer);
-    QFETCH(const QString, question);
-    Batch batch;
-    batch.tree.folder(u"files/b.app/in"_s);
-    QVERIFY(batch.drop({u"files/b.app"_s}));
-    const QString file = batch.tree.file(cutOff);
-    const QStringList before = batch.onDisk();
-    auto journal =
-        RunJournal::create(batch.tree.folder(u"Logs"_s), batch.clock, batch.disk).value();
-    journal->addFile({TFileURL::fileURLWithPath(file), {}});
-    QVERIFY(journal->syncPlan());
-    journal->recordMove(0, "b");
-    journal.reset();
-
-    std::promise<void> answers;
-    const QString folder = TFileURL::fileURLWithPath(file).folder()->path();
-    batch.disk.before(
-        Call::OpenFolder, [&] { answers.get_future().wait(); }, folder.toUtf8());
-    batch.recovery->start(batch.tree.path(u"Logs"_s), batch.disk, batch.clock, {});
-    QVERIFY(QTest::qWaitFor([&] { return batch.recovery->folderAtHand() == folder; }));
-    if (answer == kNoAnswer)
-        answers.set_value();
-    batch.host.calls.clear();
-    batch.host.answers = {kRename};
-    if (answer != kNoAnswer)
-        batch.host.answers.push_front(answer);
-    batch.document->runRename();
-    const bool renames = answer != kCancel;
-    QVERIFY(QTest::qWaitFor([&] {
-        batch.mainThread.pump();
-        return renames ? !!batch.host.logWindow : !batch.host.calls.empty();
-    }));
-    const QString asked = batch.host.callsOf(u"sheet: An Interrupted Rename "_s).value(0);
-    QVERIFY2(question.isEmpty() || asked.endsWith(question), qPrintable(asked));
-    QCOMPARE(asked.contains(u"\"%1\" does not answer"_s.arg(folder)), !question.isEmpty());
-    QCOMPARE(batch.onDisk() == before, !renames);
-    if (answer != kNoAnswer)
-        answers.set_value();
-    QVERIFY(batch.recovery->waitFor(DocumentFixture::kPatience));
 }
 
 void TestTDocumentRename::editsDuringTheRun()
