@@ -52,9 +52,13 @@ QSize NewNameDelegate::sizeHint(const QStyleOptionViewItem &option, const QModel
     QSize size = FileCellDelegate::sizeHint(option, index);
     const FileTableModel &model = fileTableModel(index);
     const QString note = FileCells::note(model.file(index.row()), model.forecast(index.row())).text;
-    if (!note.isEmpty())
-        size.rwidth() += kNoteGap + QFontMetrics(look().noteFont).horizontalAdvance(note);
+    size.rwidth() += noteWidth(note);
     return size;
+}
+
+int NewNameDelegate::noteWidth(const QString &note) const
+{
+    return note.isEmpty() ? 0 : kNoteGap + QFontMetrics(look().noteFont).horizontalAdvance(note);
 }
 
 void NewNameDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem &option,
@@ -63,9 +67,7 @@ void NewNameDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem
     const FileTableModel &model = fileTableModel(index);
     const TFileObject &file = model.file(index.row());
     const auto *forecast = model.forecast(index.row());
-    const FileCells::Note note = FileCells::note(file, forecast);
     const QFontMetricsF metrics(look().font);
-    const QFontMetrics noteMetrics(look().noteFont);
     const auto place = [&](qreal left, qreal width) {
         return QStyle::visualRect(option.direction, rect,
                                   QRect(rect.left() + static_cast<int>(std::lround(left)),
@@ -73,9 +75,8 @@ void NewNameDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem
                                         rect.height()));
     };
 
-    const int noteWidth =
-        note.text.isEmpty() ? 0 : kNoteGap + noteMetrics.horizontalAdvance(note.text);
-    const qreal room = rect.width() - std::min<qreal>(noteWidth, kNoteShare * rect.width());
+    const QString note = FileCells::note(file, forecast).text;
+    const qreal room = rect.width() - std::min<qreal>(noteWidth(note), kNoteShare * rect.width());
     const QString extension =
         ByteNames::forDisplay(file.attributedTargetExtension().string().left(rect.width()));
     const qreal extensionWidth = extension.isEmpty() ? 0 : metrics.horizontalAdvance(extension);
@@ -100,12 +101,20 @@ void NewNameDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem
     painter.setLayoutDirection(option.direction);
 
     const qreal used = name.width() + extensionWidth + kNoteGap;
-    if (note.text.isEmpty() || used >= rect.width())
-        return;
+    if (!note.isEmpty() && used < rect.width())
+        paintNote(painter, option, place(used, rect.width() - used), index);
+}
+
+void NewNameDelegate::paintNote(QPainter &painter, const QStyleOptionViewItem &option,
+                                const QRect &place, const QModelIndex &index) const
+{
+    const FileTableModel &model = fileTableModel(index);
+    const FileCells::Note note =
+        FileCells::note(model.file(index.row()), model.forecast(index.row()));
     painter.setFont(look().noteFont);
     painter.setPen(note.isRefusal ? look().colors.extension : muted(index));
-    const QRect noteRect = place(used, rect.width() - used);
     const Qt::Alignment side = QStyle::visualAlignment(option.direction, Qt::AlignLeft);
-    painter.drawText(noteRect, static_cast<int>(side | Qt::AlignVCenter) | Qt::TextSingleLine,
-                     noteMetrics.elidedText(note.text, Qt::ElideRight, noteRect.width()));
+    painter.drawText(
+        place, static_cast<int>(side | Qt::AlignVCenter) | Qt::TextSingleLine,
+        QFontMetrics(look().noteFont).elidedText(note.text, Qt::ElideRight, place.width()));
 }

@@ -17,4 +17,11 @@ public:
 protected:
     void paintContent(QPainter &painter, const QStyleOptionViewItem &option, const QRect &rect,
                       const QModelIndex &index) const override;
+
+private:
+    /// With the gap before it; 0 for none.
+    int noteWidth(const QString &note) const;
+    /// What the run would write instead, shortened to its place.
+    void paintNote(QPainter &painter, const QStyleOptionViewItem &option, const QRect &place,
+                   const QModelIndex &index) const;
 };
