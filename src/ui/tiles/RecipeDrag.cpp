@@ -126,7 +126,7 @@ Picture picture(const std::vector<TileDrawing> &tiles, std::size_t pressed, cons
 {
     const std::size_t shown = std::min(tiles.size(), kTilesShown);
     const QString more = shown < tiles.size() ? u"+%1"_s.arg(tiles.size() - shown) : QString();
-    const QFont font = recipe.font();
+    const QFont &font = recipe.font();
     std::vector<QRect> places;
     int x = 0;
     for (std::size_t i = 0; i < shown; ++i) {
