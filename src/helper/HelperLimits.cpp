@@ -11,9 +11,6 @@
 
 namespace {
 
-constexpr rlim_t kMemory = rlim_t{1024} * 1024 * 1024;
-constexpr rlim_t kDescriptors = 64;
-
 void limit(__rlimit_resource resource, rlim_t most)
 {
     const rlimit limits{most, most};
@@ -32,6 +29,8 @@ void limitHelper(int lastDescriptor, int niceness)
     [[maybe_unused]] const int nice = ::nice(niceness);
     limit(RLIMIT_CORE, 0);
 #ifndef TAVRIN_SANITIZED
+    constexpr rlim_t kMemory = rlim_t{1024} * 1024 * 1024;
+    constexpr rlim_t kDescriptors = 64;
     // Sanitizers reserve terabytes of addresses, and write their reports to files.
     limit(RLIMIT_AS, kMemory);
     limit(RLIMIT_FSIZE, 0);
