@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/EditorForm.h"
 
+#include "ui/controls/AccessibleLabel.h"
 #include "ui/controls/Theme.h"
 
 #include <QHBoxLayout>
@@ -103,6 +104,8 @@ EditorForm::Row EditorForm::addRow(const QString &label, std::initializer_list<Q
             control->setAccessibleName(QString(label).remove(u'&'));
         isFilled = isFilled || stretches(control);
         line->addWidget(control, stretches(control) ? control->sizeHint().width() : 0);
+        if (qobject_cast<QComboBox *>(control) != nullptr)
+            AccessibleLabel::add(*control);
     }
     if (!isFilled)
         line->addStretch();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/tiles/RecipeCard.h"
 
+#include "ui/controls/AccessibleLabel.h"
 #include "ui/controls/Theme.h"
 #include "ui/tiles/ExtensionTile.h"
 #include "ui/tiles/PresetPopUp.h"
@@ -60,6 +61,7 @@ public:
         grid->setVerticalSpacing(kMargin);
         grid->setColumnStretch(kTilesColumn, 1);
         presetColumn->addWidget(presets);
+        AccessibleLabel::add(*presets);
         presetColumn->addStretch();
         grid->addWidget(label, 0, 0, Qt::AlignTop);
         grid->addLayout(presetColumn, 0, 1);

@@ -82,10 +82,11 @@ struct EditorStage : DocumentFixture
     /// What a control is called by those who do not see it.
     static QString nameOf(QWidget *control)
     {
-        // Pop-ups answer with their text.
-        return control->accessibleName().isEmpty()
-                   ? QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name)
-                   : control->accessibleName();
+        // Pop-ups answer with what is chosen in them.
+        const QAccessibleInterface *const spoken = QAccessible::queryAccessibleInterface(control);
+        const auto labels = spoken->relations(QAccessible::Label);
+        return labels.isEmpty() ? spoken->text(QAccessible::Name)
+                                : labels.front().first->text(QAccessible::Name);
     }
     /// A control that can be seen.
     template <class Control = QWidget>
