@@ -208,10 +208,9 @@ void RegexPairsView::insertSnippet(const QString &snippet, int cursorBack, bool 
     Q_EMIT pairsEdited();
 }
 
+/// As wide without a row, so that nothing moves aside when the first one comes.
 QSize RegexPairsView::sizeHint() const
 {
-    if (m_rows.empty())
-        return {0, 0};
     const QSize one = minimumSizeHint();
     const int others = std::clamp(count() - 1, 0, kVisibleRows - 1);
     const int letter = QFontMetrics(EditorLabel::codeFont(font())).averageCharWidth();
@@ -221,6 +220,5 @@ QSize RegexPairsView::sizeHint() const
 
 QSize RegexPairsView::minimumSizeHint() const
 {
-    return m_rows.empty() ? QSize(0, 0)
-                          : QSize(kLeastWidth, m_rows.front().body->sizeHint().height());
+    return {kLeastWidth, m_rows.empty() ? 0 : m_rows.front().body->sizeHint().height()};
 }

@@ -156,7 +156,6 @@ void TEditRegExRuleViewController::refresh()
     const QString text = problem();
     m_problem->setText(text);
     m_problem->setVisible(!text.isEmpty());
-    m_pairs->setVisible(m_pairs->count() > 0);
     m_up->setEnabled(m_pairs->currentRow() > 0);
     m_down->setEnabled(m_pairs->currentRow() + 1 < m_pairs->count());
     m_replacesAll->setEnabled(regex().source() > 0);
