@@ -15,6 +15,7 @@
 #include "ui/windows/UiSettings.h"
 #include "ui/windows/UpdateNotice.h"
 #include "ui/windows/WelcomeWindow.h"
+#include "ui/windows/WindowKeys.h"
 
 #include <QApplication>
 
@@ -24,9 +25,15 @@ namespace {
 
 constexpr QPoint kBeside{24, 24};
 
-/// Shows a window that keeps everything else waiting.
-void showModally(QDialog &dialog)
+void addKeys(QWidget &window, ApplicationCommands &application)
 {
+    WindowKeys::add(window, [&application] { application.quitRequested(); });
+}
+
+/// Shows a window that keeps everything else waiting.
+void showModally(QDialog &dialog, ApplicationCommands &application)
+{
+    addKeys(dialog, application);
     dialog.setWindowModality(Qt::ApplicationModal);
     dialog.show();
     dialog.raise();
@@ -44,10 +51,12 @@ void take(QDialog *dialog)
 
 /// A window that is open comes to the front; else a new one, which deletes itself.
 template <typename Window>
-void showOnce(QPointer<QDialog> &window, QWidget *parent)
+void showOnce(QPointer<QDialog> &window, QWidget *parent, ApplicationCommands &application)
 {
-    if (!window)
+    if (!window) {
         window = new Window(parent);
+        addKeys(*window, application);
+    }
     window->show();
     window->raise();
     window->activateWindow();
@@ -182,6 +191,7 @@ void ApplicationHost::showFirstRun()
             showWelcomeWindow();
         },
         currentBatch()); // deletes itself
+    addKeys(*m_firstRun, *this);
     m_firstRun->show();
 }
 
@@ -225,23 +235,23 @@ void ApplicationHost::checkForUpdates()
 
 void ApplicationHost::showWelcome()
 {
-    showOnce<WelcomeWindow>(m_welcome, currentBatch());
+    showOnce<WelcomeWindow>(m_welcome, currentBatch(), *this);
 }
 
 void ApplicationHost::showHelp(HelpWindow::Topic topic)
 {
-    showOnce<HelpWindow>(m_help, currentBatch());
+    showOnce<HelpWindow>(m_help, currentBatch(), *this);
     static_cast<HelpWindow &>(*m_help).turnTo(topic);
 }
 
 void ApplicationHost::showAbout()
 {
-    showOnce<AboutDialog>(m_about, currentBatch());
+    showOnce<AboutDialog>(m_about, currentBatch(), *this);
 }
 
 void ApplicationHost::showPreferences()
 {
-    showOnce<PreferencesWindow>(m_preferences, currentBatch());
+    showOnce<PreferencesWindow>(m_preferences, currentBatch(), *this);
 }
 
 void ApplicationHost::newBatch()
@@ -324,7 +334,7 @@ void ApplicationHost::rollBackLog(const TFileURL &log)
 void ApplicationHost::showRollBackChooser(TRollBackWindowController &chooser)
 {
     m_chooser = new RollBackChooserWindow(chooser, currentBatch());
-    showModally(*m_chooser);
+    showModally(*m_chooser, *this);
 }
 
 void ApplicationHost::closeRollBackChooser()
@@ -336,7 +346,7 @@ void ApplicationHost::closeRollBackChooser()
 void ApplicationHost::showRollBackWindow(TDoRollBackWindowController &runner)
 {
     m_rollBack = new RollBackWindow(runner, currentBatch());
-    showModally(*m_rollBack);
+    showModally(*m_rollBack, *this);
 }
 
 void ApplicationHost::closeRollBackWindow()

@@ -14,6 +14,7 @@
 #include "ui/windows/Placing.h"
 #include "ui/windows/PresetRemovalWindow.h"
 #include "ui/windows/ProgressSheet.h"
+#include "ui/windows/WindowKeys.h"
 
 BatchHost::BatchHost(BatchWindow &window)
     : m_window(window)
@@ -148,6 +149,8 @@ void BatchHost::showLogWindow(const std::shared_ptr<TLogWindowController> &log)
 {
     auto *window = new LogWindow(log);
     m_logs.push_back(window);
+    WindowKeys::add(*window,
+                    [&application = m_window.m_application] { application.quitRequested(); });
     Placing::centre(*window, m_window);
     window->show();
 }

@@ -11,8 +11,8 @@
 #include <QFile>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QScreen>
 #include <QScrollBar>
-#include <QShortcut>
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <QTextTable>
@@ -20,6 +20,7 @@
 #include <QTreeWidgetItemIterator>
 #include <QUrl>
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -41,6 +42,7 @@ constexpr qreal kAboveHeading = 20;
 constexpr qreal kBelowHeading = 6;
 constexpr qreal kLineHeight = 120; ///< percent
 constexpr qreal kPictureWidth = 520;
+constexpr int kBesidePage = 72; ///< frames, margins and the scroll bar
 constexpr int kBlockNumber = RowDelegate::kInkRole + 1;
 
 QString page(QLatin1StringView name)
@@ -139,12 +141,15 @@ HelpWindow::HelpWindow(QWidget *parent)
     auto *layout = new QHBoxLayout(this);
     layout->addWidget(SheetParts::framed(m_headings, this));
     layout->addWidget(SheetParts::framed(m_text, this), 1);
-    resize(SheetParts::sizeOf(this, kCharacters, kLines));
     fill();
+    const int page = static_cast<int>(kPictureWidth + 2 * kPageMargin) + kBesidePage;
+    const QSize usual = SheetParts::sizeOf(this, kCharacters, kLines);
+    const int most = screen()->availableGeometry().width() - kBesidePage;
+    resize(std::clamp(m_headings->width() + page, usual.width(), std::max(usual.width(), most)),
+           usual.height());
     connect(m_headings, &QTreeWidget::currentItemChanged, this,
             [this](const QTreeWidgetItem *current) { scrollTo(current); });
     connect(m_text, &QTextBrowser::anchorClicked, this, &HelpWindow::followLink);
-    connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
     m_text->setFocus();
 }
 

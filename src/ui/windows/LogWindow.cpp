@@ -125,7 +125,6 @@ void LogWindow::Private::addShortcuts()
     });
     add(QKeySequence::FindNext, [this] { find({}, false); });
     add(QKeySequence::FindPrevious, [this] { find(QTextDocument::FindBackward, false); });
-    add(QKeySequence::Close, [this] { m_window->close(); });
     add(QKeySequence(Qt::Key_Escape), [this] { m_window->close(); });
 }
 
