@@ -77,7 +77,9 @@ endfunction()
 
 # tavrin_test(name SOURCES... LINK... [ON_DISPLAY]): one Qt Test program, run by ctest in a fixed
 # locale and zone. Windows are offscreen, which carries no drags; those ON_DISPLAY have a virtual
-# X display of their own, and are left out where there is none.
+# X display of their own, and are left out where there is none. TAVRIN_RACES is the file in
+# tests/support that names what the thread sanitizer sees wrongly.
+set(TAVRIN_RACES tsan.supp)
 find_program(TAVRIN_XVFB_RUN xvfb-run)
 function(tavrin_test name)
     cmake_parse_arguments(ARG "ON_DISPLAY" "" "SOURCES;LINK" ${ARGN})
@@ -97,5 +99,5 @@ function(tavrin_test name)
         set(command "${TAVRIN_XVFB_RUN}" -a "$<TARGET_FILE:${name}>")
     endif()
     add_test(NAME ${name} COMMAND ${command})
-    set_tests_properties(${name} PROPERTIES ENVIRONMENT "LC_ALL=C.UTF-8;TZ=UTC;QT_QPA_PLATFORM=${platform};TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp" TIMEOUT 300)
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "LC_ALL=C.UTF-8;TZ=UTC;QT_QPA_PLATFORM=${platform};TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/${TAVRIN_RACES};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp" TIMEOUT 300)
 endfunction()
