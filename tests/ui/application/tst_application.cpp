@@ -82,6 +82,8 @@ private Q_SLOTS:
     void beginsWithAPreset();
     void laterStarts();
     void endsWithTheLastWindow();
+    void quitsFromEveryWindow_data();
+    void quitsFromEveryWindow();
     void quitsDuringARename();
 };
 
@@ -196,6 +198,33 @@ void TestApplication::endsWithTheLastWindow()
     QCOMPARE(quitting.size(), 0);
     QVERIFY(program.window() != nullptr);
     program.window()->close();
+    QTRY_COMPARE(quitting.size(), 1);
+}
+
+void TestApplication::quitsFromEveryWindow_data()
+{
+    QTest::addColumn<QString>("command");
+    for (const char *const command : {"New Batch", "Preferences...", "Tavrin Help", "Welcome",
+                                      "About Tavrin", "Roll Back an Earlier Run..."})
+        QTest::newRow(command) << QString::fromLatin1(command);
+}
+
+/// Ctrl+W closes what the command has opened, Ctrl+Q everything.
+void TestApplication::quitsFromEveryWindow()
+{
+    QFETCH(const QString, command);
+    const Program program;
+    QSignalSpy quitting(program.host.get(), &ApplicationHost::quitting);
+    const QWidget *const batch = program.window();
+    for (const Qt::Key pressed : {Qt::Key_W, Qt::Key_Q}) {
+        program.trigger(command);
+        QTRY_VERIFY(QApplication::activeWindow() != nullptr &&
+                    QApplication::activeWindow() != batch);
+        QCOMPARE(quitting.size(), 0);
+        const QPointer<QWidget> opened = QApplication::activeWindow();
+        QTest::keyClick(opened, pressed, Qt::ControlModifier);
+        QTRY_VERIFY(!opened || !opened->isVisible());
+    }
     QTRY_COMPARE(quitting.size(), 1);
 }
 
