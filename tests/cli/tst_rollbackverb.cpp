@@ -253,7 +253,10 @@ private Q_SLOTS:
                      cli.batchPath()));
         answers.set_value();
         QVERIFY(QTest::qWaitFor([&] { // the thread that was left alone is done with the disk
-            return !cli.tree.list(u"data/Tavrin/Logs/.running"_s).filter(u".finished"_s).isEmpty();
+            return !cli.tree.list(u"data/Tavrin/Logs/.running"_s)
+                        .filter(u".finished"_s)
+                        .isEmpty() &&
+                   disk.openFolders() == 0;
         }));
         QCOMPARE(cli.names(), QStringList{u"moved.txt"_s});
     }
