@@ -108,27 +108,31 @@ void TFolderAccess::initWithCoder(const TDecoder &coder)
     m_haveAccess = coder.decodeBool(kHaveAccess);
 }
 
-bool TFolderAccessList::isListed(const TFileURL &url, const std::optional<Identity> &identity) const
+bool TFolderAccessList::isListed(const std::optional<Identity> &identity) const
 {
-    return m_paths.contains(url.path()) || (identity && m_identities.contains(*identity));
+    return identity && m_identities.contains(*identity);
 }
 
 bool TFolderAccessList::URLexists(const TFileURL &url) const
 {
-    return isListed(url, identityOf(url));
+    return m_paths.contains(url.path()) || isListed(identityOf(url));
 }
 
 void TFolderAccessList::addFolder(const TFileURL &url, bool fromDrag)
 {
+    if (m_paths.contains(url.path()))
+        return;
     const auto identity = identityOf(url);
-    if (!isListed(url, identity)) // asked before the record is made, which may grant access
+    if (!isListed(identity)) // asked before the record is made, which may grant access
         append(TFolderAccess::folderWithURL(url, fromDrag), identity);
 }
 
 void TFolderAccessList::append(const TFolderAccess &folder)
 {
+    if (m_paths.contains(folder.theURL().path()))
+        return;
     const auto identity = identityOf(folder.theURL());
-    if (!isListed(folder.theURL(), identity))
+    if (!isListed(identity))
         append(folder, identity);
 }
 

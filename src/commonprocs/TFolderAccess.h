@@ -70,7 +70,7 @@ public:
 private:
     using Identity = std::pair<quint64, quint64>;
 
-    bool isListed(const TFileURL &url, const std::optional<Identity> &identity) const;
+    bool isListed(const std::optional<Identity> &identity) const;
     void append(const TFolderAccess &folder, const std::optional<Identity> &identity);
 
     std::vector<TFolderAccess> m_folders;
