@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/FormatHeaders.h"
+#include "readers/ImageFormat.h"
 #include "readers/MemorySource.h"
 
 #include <algorithm>
@@ -9,7 +10,6 @@ namespace {
 constexpr qint64 kFirstEntry = 6;
 constexpr qint64 kLargestHeader = qint64{64} * 1024;
 constexpr quint64 kInfoSize = 40;
-constexpr char kPng[] = "\x89PNG\r\n\x1A\n";
 /// In front of the bitmaps of files of their own, which those of icons leave out.
 constexpr qsizetype kFileHeader = 14;
 
@@ -25,10 +25,9 @@ ImageFacts readIcoHeader(ByteSource &source)
     const QByteArray picture =
         source.bytes(start, std::clamp<qint64>(source.size() - start, 0,
                                                std::min(number(8, 4), kLargestHeader)));
-    if (picture.startsWith(kPng)) {
-        MemorySource png(picture);
+    MemorySource png(picture);
+    if (imageFormatOf(png) == ImageFormat::Png)
         return readPngHeader(png);
-    }
     MemorySource bitmap(QByteArray(kFileHeader, '\0') + picture);
     if (bitmap.little(kFileHeader, 4) != kInfoSize)
         return {};
