@@ -27,10 +27,15 @@ QRect contentOf(const QStyleOptionViewItem &option)
     return option.rect.adjusted(kInset, room, -kInset, -room);
 }
 
+int iconSide()
+{
+    return Icons::extent(QFontMetrics(QApplication::font()));
+}
+
 QIcon dot(const QColor &color)
 {
     const qreal ratio = qApp->devicePixelRatio();
-    const int side = Icons::extent(QFontMetrics(QApplication::font()));
+    const int side = iconSide();
     QPixmap pixmap(QSize(side, side) * ratio);
     pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
@@ -73,9 +78,8 @@ QIcon RowDelegate::icon(const TImage &image)
     if (name == "dot-red"_L1)
         return dot(colors.critical);
     if (name == "green arrow"_L1)
-        return QIcon(Icons::pixmap("roll-back"_L1,
-                                   Icons::extent(QFontMetrics(QApplication::font())), colors.good,
-                                   qApp->devicePixelRatio()));
+        return QIcon(
+            Icons::pixmap("roll-back"_L1, iconSide(), colors.good, qApp->devicePixelRatio()));
     return {};
 }
 
