@@ -35,7 +35,7 @@ KNOWN = {"whichProperty": [0, 1, 2, 2, 3, 3, 4, 5], "padding": [0, 1, 2, 3, 5, 9
          "dateFormat": [0, 1, *range(4, 17), -1],  # 2 and 3 are the system's own
          "separatorIndex": range(10),
          "startValue": [*range(-9, 15), 99, 3999], "increment": [1, 2, 0, -1, 77, 1000],
-         "regEx": PATTERNS, "rePattern": TEMPLATES, "theText": TEXTS, "replacer": TEXTS,
+         "rePattern": TEMPLATES, "theText": TEXTS, "replacer": TEXTS,
          "stringToLookFor": ["a", "b", "1", "é", "SS", "σ", "Tavrin", "scene", " ", "."]}
 for key in ("maxSize", "useColumn", "parentLevel", "dropFromBeginning", "dropFromEnd"):
     KNOWN[key] = AMOUNTS
@@ -82,6 +82,8 @@ class Choices(random.Random):
         if key == "mapArray":
             return [{"original": self.choice(ENDINGS), "target": self.choice([*ENDINGS, "a/b"])}
                     for _ in range(self.randint(0, 4))]
+        if key == "regEx":  # to Python, letters behind a backslash mean other things
+            return self.choice([*PATTERNS, self.text().replace("\\", "")])
         if isinstance(default, str):
             return self.choice([*KNOWN.get(key, []), self.text(), self.text()])
         return self.choice((True, False, 0, 1) if isinstance(default, bool) else
