@@ -290,7 +290,7 @@ def run(recipe, folders):
             recipe.report(1, "Rules evaluated to empty name. SafeName used")
         base, extension = map(without_halves, (base, recipe.extension(entry)))
         if recipe.options.get("keepUnchanged") and to_disk(join(base, extension)) == entry.old:
-            yield join(base, extension), None, []
+            yield join(base, extension), None, recipe.problems
             continue
         there, free, number = folders[entry.folder], base, 0
         # Tested with the dot, also without extension; what leads out of the folder is refused as
