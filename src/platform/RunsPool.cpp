@@ -3,6 +3,17 @@
 
 void RunsPool::share(TAttributedString &text)
 {
+    if (text.isEmpty())
+        return;
+    if (text.m_text == m_last)
+        text.m_text = m_last;
+    else
+        m_last = text.m_text;
+    shareRuns(text);
+}
+
+void RunsPool::shareRuns(TAttributedString &text)
+{
     constexpr std::size_t kFactor = 31;
     if (!text.m_runs)
         return;

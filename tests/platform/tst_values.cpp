@@ -121,16 +121,19 @@ private Q_SLOTS:
         QVERIFY(TAttributedString(u"xy"_s, {}, {}).runs().empty());
     }
 
-    void runsAreShared()
+    void equalTextsShare()
     {
         RunsPool pool;
         TAttributedString text(u"ab"_s, kRed, {});
         TAttributedString equal(u"xy"_s, kRed, {});
-        TAttributedString longer(u"xyz"_s, kRed, {});
-        for (TAttributedString *each : {&text, &equal, &longer})
+        TAttributedString longer(QString(3, u'z'), kRed, {});
+        TAttributedString same(QString(3, u'z'), kBlue, {});
+        for (TAttributedString *each : {&text, &equal, &longer, &same})
             pool.share(*each);
         QCOMPARE(&text.runs(), &equal.runs());
         QVERIFY(longer.runs() != text.runs());
+        QCOMPARE(same.string().constData(), longer.string().constData());
+        QVERIFY(same.runs() != longer.runs());
         equal.append(u"z", kBlue);
         QCOMPARE(text, TAttributedString(u"ab"_s, kRed, {}));
     }
