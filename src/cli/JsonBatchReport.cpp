@@ -9,7 +9,7 @@ void writeProblem(JsonWriter &json, const TErrorTypes &problem)
 {
     json.beginObject();
     json.key("level"_L1).value(qint64{problem.errClass});
-    json.key("text"_L1).value(problem.errDesc);
+    json.key("text"_L1).value(problem.errDesc.toString());
     json.endObject();
 }
 

@@ -74,7 +74,7 @@ void printRecord(Console &console, const TRenameTRX &record, const QString &rest
     for (const TErrorTypes &problem : record.errorLog) {
         const QByteArray mark =
             problem.errClass == TErrorTypes::kCritical ? "critical: " : "warning: ";
-        const QByteArray text = mark + displayed(problem.errDesc) + '\n';
+        const QByteArray text = mark + displayed(problem.errDesc.toString()) + '\n';
         if (console.isQuiet())
             console.problemLine(displayed(record.renamedURL.path()) + ": " + text);
         else

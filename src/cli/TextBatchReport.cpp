@@ -39,7 +39,7 @@ void TextBatchReport::batchProblems(const TErrorLog &problems, const TErrorLog &
         return;
     for (const TErrorTypes &problem : problems) {
         const bool ofFile = std::find(file.begin(), file.end(), problem) != file.end();
-        const std::pair key(problem.errClass, problem.errDesc);
+        const std::pair key(problem.errClass, problem.errDesc.toString());
         if (!ofFile &&
             (m_batchProblems.size() < kMostBatchProblems || m_batchProblems.contains(key)))
             ++m_batchProblems[key];
@@ -67,7 +67,7 @@ void TextBatchReport::problem(const TFileItem &item, QByteArrayView mark, const 
 void TextBatchReport::problems(const TFileItem &item, const TErrorLog &log)
 {
     for (const TErrorTypes &entry : log)
-        problem(item, markForLevel(entry.errClass), entry.errDesc);
+        problem(item, markForLevel(entry.errClass), entry.errDesc.toString());
 }
 
 void TextBatchReport::previewed(const TFileItem &item, const TAnalysisResult &analysis,

@@ -8,7 +8,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView kDuplicateError{"Duplicate: \"%@\" is already used. Check %@"};
+/// The path of the file follows.
+constexpr QLatin1StringView kDuplicateError{"Duplicate: \"%@\" is already used. Check "};
 
 } // namespace
 
@@ -53,7 +54,8 @@ void AnalysisStepper::step(TFileObject &file, TErrorLog &batchLog)
                                      m_settings.options, m_settings.colorCode);
     TAttributedString extension = NameGeneration::processExtensionForFile(
         *m_settings.extensionHandler, file, m_settings.extensionLog, dict);
-    m_runs.share(name);
+    m_names.share(name);
+    m_extensions.share(extension);
     m_lastLength = name.string().size();
     file.setTarget(std::move(name));
     file.setAttributedTargetExtension(extension);
@@ -62,7 +64,7 @@ void AnalysisStepper::step(TFileObject &file, TErrorLog &batchLog)
     if (m_keys->addKey(file.targetName(), file.extension()))
         file.logErrorType(
             m_settings.duplicatesAreCritical ? TErrorTypes::kCritical : TErrorTypes::kWarning,
-            formatted(kDuplicateError, {file.targetName(), file.thePath()}), &batchLog);
+            file.withPath(formatted(kDuplicateError, {file.targetName()})), &batchLog);
 }
 
 TAnalysisResult AnalysisStepper::step(const TFileItem &item,

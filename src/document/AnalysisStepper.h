@@ -51,7 +51,8 @@ private:
     Settings m_settings;
     TFileObject m_file;
     std::unique_ptr<DuplicateKeys> m_keys;
-    RunsPool m_runs;
+    RunsPool m_names;
+    RunsPool m_extensions;
     qsizetype m_index = 0;
     qsizetype m_lastLength = 0; ///< of the name before
 };

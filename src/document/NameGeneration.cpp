@@ -12,16 +12,16 @@ constexpr QLatin1StringView kNoRulesName{"No Rules"};
 constexpr QLatin1StringView kEmptyNameError{"Rules evaluate to empty name."};
 constexpr TColor kExtensionColor{255, 0, 0};
 
-/// The text of a problem that every file of a batch may have: one for all of them.
-const QString &noRulesError()
+/// A problem that every file of a batch may have: one text for all of them.
+const TErrorText &noRulesError()
 {
-    static const QString text(kNoRulesError);
+    static const TErrorText text{QString(kNoRulesError)};
     return text;
 }
 
-const QString &emptyNameError()
+const TErrorText &emptyNameError()
 {
-    static const QString text(kEmptyNameError);
+    static const TErrorText text{QString(kEmptyNameError)};
     return text;
 }
 

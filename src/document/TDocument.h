@@ -6,9 +6,9 @@
 #include "document/AnalysisRun.h"
 #include "document/BatchSorting.h"
 #include "document/FolderGrants.h"
-#include "document/ForecastStepper.h"
 #include "document/RenameGuard.h"
 #include "document/TDocumentAnalysis.h"
+#include "document/TDocumentForecasts.h"
 #include "document/TDocumentHost.h"
 #include "document/TDocumentMail.h"
 #include "document/TDocumentPresets.h"
@@ -17,7 +17,6 @@
 #include "platform/RunsPool.h"
 #include "rollback/TRenameTRX.h"
 
-#include <QHash>
 #include <QMimeData>
 #include <QObject>
 #include <QUndoStack>
@@ -97,9 +96,12 @@ public:
     bool isRenaming() const { return m_isRenaming; }
     /// A drop is still being added.
     bool isReceivingDrop() const { return !m_drops.empty(); }
-    /// What the run would write for an entry of the batch; null while that is not known, and when
-    /// it is no other name than the one that is shown.
-    const ForecastStepper::Forecast *forecastFor(const TFileObject &file) const;
+    /// What the run would write for an entry of the batch; nothing while that is not known, and
+    /// when it is no other name than the one that is shown.
+    std::optional<ForecastStepper::Forecast> forecastFor(const TFileObject &file) const
+    {
+        return m_forecasts.find(file);
+    }
 
     // Files
     /// A drop on the file table. False when the pasteboard holds nothing that is accepted.
@@ -334,6 +336,7 @@ private:
     quint64 m_dropVersion = 0;                ///< of the list when that row was right
     std::shared_ptr<TFileObject> m_dropAfter; ///< the file before that row
     TFileList m_dropped;                      ///< made, but not in the list yet
+    TErrorLog m_droppedProblems;              ///< of those, so that they share their texts
     RunsPool m_droppedRuns;                   ///< of their names
     qsizetype m_droppedLength = 0;            ///< of the last of their names
 
@@ -358,7 +361,7 @@ private:
     bool m_isForecastOnly = false;      ///< what is collected for
     std::shared_ptr<TestRun> m_testRun; ///< null when none is under way
     quint64 m_testRunVersion = 0;       ///< of the batch that it is over
-    QHash<const TFileObject *, ForecastStepper::Forecast> m_forecasts;
+    TDocumentForecasts m_forecasts;
     quint64 m_analysisVersion = 0; ///< of the list that the newest analysis is over
     qint64 m_remainingAOps = 0;
     bool m_liveUpdate = true;

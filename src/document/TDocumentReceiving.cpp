@@ -126,14 +126,14 @@ void TDocument::addDropped(const TFileItem &item, qsizetype total)
     dict.batchSize = total;
     const auto index = static_cast<qsizetype>(m_sourceObjectArray.size() + m_dropped.size()) + 1;
     dict.likelyLength = m_droppedLength;
-    TAttributedString name = NameGeneration::applyRuleSet(&m_ruleArray, *file, index, nullptr, dict,
-                                                          m_theOptions, m_colorCode);
+    TAttributedString name = NameGeneration::applyRuleSet(
+        &m_ruleArray, *file, index, &m_droppedProblems, dict, m_theOptions, m_colorCode);
     m_droppedRuns.share(name);
     m_droppedLength = name.string().size();
     file->setTarget(std::move(name));
     file->setAttributedTargetExtension(NameGeneration::processExtensionForFile(
         *m_theExtensionHandler, *file, m_errorLog ? &*m_errorLog : nullptr, dict));
-    m_forecasts.remove(file.get());
+    m_forecasts.remove(*file);
     m_theFoldersWeUse.addParentFolderIfNeededForURL(item.url);
     m_dropped.push_back(std::move(file));
 }
@@ -163,6 +163,7 @@ void TDocument::showDropped()
         m_gathering.add(std::move(file));
     m_remainingAOps += count;
     m_dropped.clear();
+    m_droppedProblems.clear();
 }
 
 void TDocument::dropFinished()
@@ -190,6 +191,7 @@ void TDocument::cancelDrops()
     m_drop.reset();
     m_drops.clear();
     m_dropped.clear();
+    m_droppedProblems.clear();
     m_dropAfter.reset();
     m_gathering.resume();
 }

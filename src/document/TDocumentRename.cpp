@@ -224,7 +224,7 @@ void TDocument::finishedRenameOp(TFileObject &file, const TRenameReport &report)
         file.setHasBeenProcessed(true);
         file.setTargetURL(TFileURL(file.sourceURL().folder(), report.finalName));
     }
-    m_forecasts.insert(&file, {report.finalName, report.failure, report.unchanged});
+    m_forecasts.insert(file, {report.finalName, report.failure, report.unchanged});
     if (!m_theProgressSheet)
         return; // the user has seen the end of the run already
     if (m_theProgressSheet->abortRequest()) {

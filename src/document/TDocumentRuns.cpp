@@ -10,16 +10,6 @@ constexpr const char *kTestRun = QT_TRANSLATE_NOOP("TDocument", "Performing test
 /// What is known of so many files is collected at once; of more, in portions.
 constexpr std::size_t kCollectedAtOnce = 1000;
 
-/// True when the run would write what the list shows anyway, as it does for most files: nothing
-/// then has to be kept.
-bool isAsShown(const TFileObject &file, const ForecastStepper::Forecast &forecast)
-{
-    if (forecast.unchanged || !forecast.refusal.isEmpty())
-        return false;
-    return forecast.finalName ==
-           file.attributedTargetName().string() + NameGeneration::wantedExtension(file);
-}
-
 } // namespace
 
 TDocumentAnalysis::Output TDocument::analysisOutput()
@@ -200,7 +190,7 @@ void TDocument::applyResults(qsizetype first, std::vector<TAnalysisResult> &resu
         if (!m_forecasts.isEmpty() &&
             (entry.attributedTargetName().string() != result.targetName.string() ||
              entry.attributedTargetExtension() != result.targetExtension))
-            m_forecasts.remove(&entry);
+            m_forecasts.remove(entry);
         entry.setTarget(std::move(result.targetName));
         entry.setAttributedTargetExtension(result.targetExtension);
     }
@@ -214,19 +204,10 @@ void TDocument::applyForecasts(qsizetype first, std::vector<ForecastStepper::For
     if (first == 0)
         m_forecasts.clear();
     auto file = files.begin() + first;
-    for (const ForecastStepper::Forecast &forecast : forecasts) {
-        const TFileObject &entry = **file++;
-        if (!isAsShown(entry, forecast))
-            m_forecasts.insert(&entry, forecast);
-    }
+    for (const ForecastStepper::Forecast &forecast : forecasts)
+        m_forecasts.insert(**file++, forecast);
     if (m_analysisVersion == m_listVersion)
         Q_EMIT filesChanged(first, first + static_cast<qsizetype>(forecasts.size()) - 1);
-}
-
-const ForecastStepper::Forecast *TDocument::forecastFor(const TFileObject &file) const
-{
-    const auto found = m_forecasts.constFind(&file);
-    return found == m_forecasts.cend() ? nullptr : &*found;
 }
 
 void TDocument::cancelAnalysis()

@@ -2,12 +2,29 @@
 #include "document/TErrorLog.h"
 
 #include <algorithm>
+#include <span>
 
 using namespace Qt::StringLiterals;
 
-const TErrorTypes &TErrorLog::addErrorOfType(int errClass, const QString &description)
+namespace {
+
+/// As many problems as a file often has.
+constexpr std::size_t kRecent = 4;
+
+} // namespace
+
+const TErrorTypes &TErrorLog::addErrorOfType(int errClass, const TErrorText &description)
 {
     return m_entries.emplace_back(TErrorTypes::newErrorWithClass(errClass, description));
+}
+
+void TErrorLog::shareText(TErrorText &text) const
+{
+    const std::span entries(m_entries);
+    for (const TErrorTypes &recent : entries.last(std::min(kRecent, entries.size()))) {
+        if (text.share(recent.errDesc))
+            return;
+    }
 }
 
 qsizetype TErrorLog::numberOfErrorsWithType(int errClass) const

@@ -21,7 +21,9 @@ public:
     void append(const TErrorTypes &entry) { m_entries.push_back(entry); }
 
     /// Makes an entry, appends it and returns it.
-    const TErrorTypes &addErrorOfType(int errClass, const QString &description);
+    const TErrorTypes &addErrorOfType(int errClass, const TErrorText &description);
+    /// Lets a text share memory with the one of a recent entry that says the same.
+    void shareText(TErrorText &text) const;
     /// Entries with exactly that level.
     qsizetype numberOfErrorsWithType(int errClass) const;
     /// The highest level; 0 for an empty log.

@@ -11,7 +11,7 @@ constexpr QLatin1StringView kErrClass{"errClass"};
 
 } // namespace
 
-TErrorTypes TErrorTypes::newErrorWithClass(int errClass, const QString &desc)
+TErrorTypes TErrorTypes::newErrorWithClass(int errClass, const TErrorText &desc)
 {
     return {errClass, desc};
 }
@@ -23,7 +23,7 @@ TArchiveClass TErrorTypes::archiveClass()
 
 void TErrorTypes::encodeWithCoder(TEncoder &coder) const
 {
-    coder.encodeString(kErrDesc, errDesc);
+    coder.encodeString(kErrDesc, errDesc.toString());
     coder.encodeInteger(kErrClass, errClass);
 }
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "document/TErrorText.h"
 #include "platform/TCoder.h"
-
-#include <QString>
 
 /// One problem found for a file or a batch. Problems are data: nothing throws.
 struct TErrorTypes
@@ -13,9 +12,9 @@ struct TErrorTypes
     static constexpr int kCritical = 2; ///< the name is unusable
 
     int errClass = kNone;
-    QString errDesc;
+    TErrorText errDesc;
 
-    static TErrorTypes newErrorWithClass(int errClass, const QString &desc);
+    static TErrorTypes newErrorWithClass(int errClass, const TErrorText &desc);
     static TArchiveClass archiveClass();
     void encodeWithCoder(TEncoder &coder) const;
     void initWithCoder(const TDecoder &coder);

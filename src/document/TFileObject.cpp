@@ -279,11 +279,19 @@ QString TFileObject::avLyrics() const
     return m_side ? m_side->avLyrics : QString();
 }
 
-void TFileObject::logErrorType(int errClass, const QString &description, TErrorLog *secondLog)
+void TFileObject::logErrorType(int errClass, TErrorText description, TErrorLog *secondLog)
 {
-    const TErrorTypes &entry = m_errLog.addErrorOfType(errClass, description);
-    if (secondLog)
-        secondLog->append(entry);
+    if (secondLog) {
+        secondLog->shareText(description);
+        secondLog->append({errClass, description});
+    }
+    m_errLog.append({errClass, std::move(description)});
+}
+
+TErrorText TFileObject::withPath(const QString &text) const
+{
+    return m_side && m_side->thePath ? TErrorText(text + *m_side->thePath)
+                                     : TErrorText(text, m_item.url);
 }
 
 QVariantMap TFileObject::properties() const

@@ -77,7 +77,9 @@ public:
     void setErrLog(TErrorLog log) { m_errLog = std::move(log); }
     void clearErrLog() { m_errLog.clear(); }
     /// Appends to the file's log, and the same entry to secondLog when given.
-    void logErrorType(int errClass, const QString &description, TErrorLog *secondLog);
+    void logErrorType(int errClass, TErrorText description, TErrorLog *secondLog);
+    /// For a description: the text with the file's path behind it.
+    TErrorText withPath(const QString &text) const;
     /// The most critical level; 0 when nothing was logged.
     int errLevel() const { return m_errLog.mostCriticalError(); }
 

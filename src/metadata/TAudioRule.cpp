@@ -15,7 +15,7 @@ constexpr QStringView kInitialTag = u"title";
 constexpr QStringView kEditor = u"TEditAudioTagRuleViewController";
 
 constexpr QStringView kPrefix = u"%@ Meta data request: %@ -- ";
-constexpr QStringView kNoValue = u"No value for '%@' in meta data. Default text used. File: %@";
+constexpr QStringView kNoValue = u"No value for '%@' in meta data. Default text used. File: ";
 
 } // namespace
 
@@ -55,7 +55,7 @@ QVariant TAudioRule::tagValue(TFileObject &file, TErrorLog *errorLog) const
     QVariant value = file.ID3()->value(theTag());
     if (!value.isValid()) {
         file.logErrorType(TErrorTypes::kWarning,
-                          formatted(kNoValue, {theTag(), file.sourceURL().path()}), errorLog);
+                          TErrorText(formatted(kNoValue, {theTag()}), file.sourceURL()), errorLog);
     }
     return value;
 }

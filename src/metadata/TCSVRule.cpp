@@ -13,10 +13,10 @@ constexpr QStringView kDefaultText = u"(csv err)";
 constexpr QStringView kNoDataTile = u"CSV:!!no Data !!";
 constexpr auto kColumnTile = "CSV: Col(%ld)"_L1;
 
-constexpr auto kNoTable = "No CSV loaded. Default text used. File: %@"_L1;
-constexpr auto kNoRow = "CSV table: Row %ld does not exist. Default used. File: %@"_L1;
+constexpr auto kNoTable = "No CSV loaded. Default text used. File: "_L1;
+constexpr auto kNoRow = "CSV table: Row %ld does not exist. Default used. File: "_L1;
 constexpr auto kNoColumn =
-    "CSV table: Column %ld does not exist for row %ld. Default used. File: %@"_L1;
+    "CSV table: Column %ld does not exist for row %ld. Default used. File: "_L1;
 
 } // namespace
 
@@ -71,19 +71,19 @@ QString TCSVRule::processWithFileObject(TFileObject &file, TErrorLog *errorLog,
     if (m_defaultText.isNull())
         m_defaultText = u""_s;
     const auto useDefault = [&](QLatin1StringView format, std::initializer_list<QString> values) {
-        file.logErrorType(TErrorTypes::kWarning, formatted(format, values), errorLog);
+        file.logErrorType(TErrorTypes::kWarning, file.withPath(formatted(format, values)),
+                          errorLog);
         return m_defaultText;
     };
     if (!m_theRows)
-        return useDefault(kNoTable, {file.thePath()});
+        return useDefault(kNoTable, {});
     const quint64 row = rowForCounter();
     ++m_globalCounter;
     if (row >= m_theRows->size())
-        return useDefault(kNoRow, {QString::number(row), file.thePath()});
+        return useDefault(kNoRow, {QString::number(row)});
     const QStringList &cells = (*m_theRows)[row];
     if (m_useColumn < 0 || m_useColumn >= cells.size()) {
-        return useDefault(kNoColumn,
-                          {QString::number(m_useColumn), QString::number(row), file.thePath()});
+        return useDefault(kNoColumn, {QString::number(m_useColumn), QString::number(row)});
     }
     const QString &text = cells[m_useColumn];
     return m_trimQuotes ? withoutOuterQuotes(text) : text;

@@ -18,9 +18,9 @@ constexpr QStringView kEditor = u"TEditImageTagRuleViewController";
 
 constexpr QStringView kPrefix = u"Image Meta data request: %@:%@ -- ";
 constexpr QStringView kKind = u"an image";
-constexpr QStringView kNoCategory = u"%@No '%@' meta data. Default text used. File: %@";
+constexpr QStringView kNoCategory = u"%@No '%@' meta data. Default text used. File: ";
 constexpr QStringView kNoValue =
-    u"No value for '%@' in its '%@' meta data. Default text used. File: %@";
+    u"No value for '%@' in its '%@' meta data. Default text used. File: ";
 
 } // namespace
 
@@ -61,17 +61,17 @@ QVariant TImageTagRule::tagValue(TFileObject &file, TErrorLog *errorLog) const
     if (!hasMetadata(metadata, TypeIdentifiers::kImage, kKind, file, errorLog))
         return {};
     const auto warn = [&](const QString &problem) {
-        file.logErrorType(TErrorTypes::kWarning, problem, errorLog);
+        file.logErrorType(TErrorTypes::kWarning, TErrorText(problem, file.sourceURL()), errorLog);
         return QVariant();
     };
     const QString key = metadataCategory();
     const bool isGeneral = key.isEmpty();
     if (!isGeneral && !metadata->hasDictionary(key)) {
-        return warn(formatted(kNoCategory, {messagePrefix(), m_category, file.sourceURL().path()}));
+        return warn(formatted(kNoCategory, {messagePrefix(), m_category}));
     }
     QVariant value = isGeneral ? metadata->value(theTag()) : metadata->value(key, theTag());
     if (!value.isValid())
-        return warn(formatted(kNoValue, {theTag(), m_category, file.sourceURL().path()}));
+        return warn(formatted(kNoValue, {theTag(), m_category}));
     return value;
 }
 

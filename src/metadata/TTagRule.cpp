@@ -21,10 +21,10 @@ constexpr QStringView kDictionary = u"NSDictionary";
 constexpr QStringView kDate = u"NSDate";
 constexpr QStringView kData = u"NSData";
 constexpr QStringView kNull = u"NSNull";
-constexpr QStringView kOtherKind = u"%@File is not %@. Default text used. File: %@";
+constexpr QStringView kOtherKind = u"%@File is not %@. Default text used. File: ";
 constexpr QStringView kNotRead =
     u"%@ meta data not yet processed, not yet ready to run. Default text used";
-constexpr QStringView kNoMetadata = u"%@No meta data. Default text used. File: %@";
+constexpr QStringView kNoMetadata = u"%@No meta data. Default text used. File: ";
 constexpr QChar kElementSeparator = u'.';
 constexpr int kSignificantDigits = 16;
 constexpr std::size_t kLongestNumber = 32;
@@ -98,20 +98,19 @@ QString TTagRule::processWithFileObject(TFileObject &file, TErrorLog *errorLog,
 bool TTagRule::hasMetadata(const TMetadataPtr &metadata, QLatin1StringView type, QStringView kind,
                            TFileObject &file, TErrorLog *errorLog) const
 {
-    const auto report = [&](int level, const QString &problem) {
+    const auto report = [&](int level, const TErrorText &problem) {
         file.logErrorType(level, problem, errorLog);
         return false;
     };
-    const auto path = [&file] { return file.sourceURL().path(); };
-
+    const TFileURL url = file.sourceURL();
     if (!fileConformsTo(file.item(), type)) {
         return report(TErrorTypes::kWarning,
-                      formatted(kOtherKind, {messagePrefix(), kind.toString(), path()}));
+                      {formatted(kOtherKind, {messagePrefix(), kind.toString()}), url});
     }
     if (!metadata)
-        return report(TErrorTypes::kCritical, formatted(kNotRead, {path()}));
+        return report(TErrorTypes::kCritical, formatted(kNotRead, {url.path()}));
     if (metadata->isEmpty())
-        return report(TErrorTypes::kWarning, formatted(kNoMetadata, {messagePrefix(), path()}));
+        return report(TErrorTypes::kWarning, {formatted(kNoMetadata, {messagePrefix()}), url});
     return true;
 }
 

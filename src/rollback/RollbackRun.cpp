@@ -159,7 +159,7 @@ void RollbackRun::rollBack(qsizetype index, const Restored &restored)
     TRenameTRX &record = m_transactions[static_cast<std::size_t>(index)];
     record.errorLog.clear();
     if (record.renamedExistsWithStatus != kRenamedFound) {
-        record.errorLog.addErrorOfType(TErrorTypes::kCritical, kSkipped);
+        record.errorLog.addErrorOfType(TErrorTypes::kCritical, QString(kSkipped));
         return;
     }
     TFileURL target;

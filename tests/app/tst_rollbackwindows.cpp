@@ -90,7 +90,7 @@ struct RollbackWindow
         }
         text += window->cell(0, Window::kStatusColumn).image.name();
         for (const TErrorTypes &error : *window->clicked(0, 1))
-            text += u"|%1 %2"_s.arg(error.errClass).arg(error.errDesc);
+            text += u"|%1 %2"_s.arg(error.errClass).arg(error.errDesc.toString());
         return text.remove(tree.path() + u'/');
     }
 };

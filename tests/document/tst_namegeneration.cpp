@@ -26,7 +26,7 @@ QStringList texts(const TErrorLog &log)
 {
     QStringList result;
     for (const TErrorTypes &entry : log)
-        result += QString::number(entry.errClass) + u' ' + entry.errDesc;
+        result += QString::number(entry.errClass) + u' ' + entry.errDesc.toString();
     return result;
 }
 

@@ -8,6 +8,8 @@
 
 #include <QBuffer>
 
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 class TestRecords : public QObject
@@ -34,6 +36,26 @@ private Q_SLOTS:
         QTEST(log.currentStatus(), "status");
         QTEST(log.currentStatusImage().name(), "image");
         QCOMPARE(log.numberOfErrorsWithType(1), levels.count(1));
+    }
+
+    void problemsShareTheirTexts()
+    {
+        TErrorLog batch;
+        std::array<TFileObject, 2> files;
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            const QString path = u"/f/%1.txt"_s.arg(i);
+            files[i].assign({TFileURL::fileURLWithPath(path), {}});
+            for (const auto &text : {QString(9, u'x'), QString(9, u'y')})
+                files[i].logErrorType(1, text, &batch);
+            files[i].logErrorType(2, files[i].withPath(u"no "_s), &batch);
+            QCOMPARE(files[i].errLog().entries()[2].errDesc.toString(), u"no "_s + path);
+        }
+        for (const std::size_t i : {0U, 1U, 2U}) {
+            const QString first = batch.entries()[i].errDesc.toString();
+            const QString second = batch.entries()[i + 3].errDesc.toString();
+            QCOMPARE(first.constData() == second.constData(), i < 2);
+            QCOMPARE(second, files[1].errLog().entries()[i].errDesc.toString());
+        }
     }
 
     void entryOfARealFile_data()

@@ -170,7 +170,8 @@ private Q_SLOTS:
         QCOMPARE(done.renamedURL.path(), folder + u"n.x"_s);
         QVERIFY(done.renameComplete && done.insured);
         QVERIFY(!failed.renameComplete && failed.insured);
-        QCOMPARE(failed.errorLog.begin()->errDesc, u"'n' is not unique. Modified to 'n-1'"_s);
+        QCOMPARE(failed.errorLog.begin()->errDesc.toString(),
+                 u"'n' is not unique. Modified to 'n-1'"_s);
     }
 
     void unchangedNames()

@@ -228,7 +228,7 @@ void TestTDocumentRename::problemsOfARun()
     QVERIFY(std::all_of(files.begin(), files.end(),
                         [](const auto &file) { return file->hasBeenProcessed(); }));
     QCOMPARE(files[3]->errLevel(), 1);
-    QVERIFY(files[3]->errLog().entries()[0].errDesc.startsWith(
+    QVERIFY(files[3]->errLog().entries()[0].errDesc.toString().startsWith(
         "'n' is not unique. Modified to 'n-"_L1));
     QVERIFY(!batch.document->forecastFor(*files[1])->refusal.isEmpty());
     const auto records = batch.records();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TDocumentHelpers.h"
 #include "support/DocumentFixture.h"
+#include "support/Table.h"
 
 #include <QTest>
 
@@ -24,31 +25,30 @@ private Q_SLOTS:
     void newestRunWins();
     void partialRun();
     void forecast();
+    void keptForecasts_data();
+    void keptForecasts();
     void destructionDuringRuns();
 };
 
 void TestTDocumentRuns::progress_data()
 {
-    QTest::addColumn<int>("files");
-    QTest::addColumn<QStringList>("calls");
-    QTest::newRow("none") << 0 << QStringList{u"progress 0/0"_s};
-    QTest::newRow("49") << 49 << QStringList{u"progress 0/49"_s};
-    QTest::newRow("120") << 120
-                         << QStringList{u"progress 0/120"_s, u"progress 50/120"_s,
-                                        u"progress 100/120"_s};
+    const Table<int, QString> row("files", "calls");
+    row("none", 0, u"progress 0/0");
+    row("49", 49, u"progress 0/49");
+    row("120", 120, u"progress 0/120|progress 50/120|progress 100/120");
 }
 
 void TestTDocumentRuns::progress()
 {
     QFETCH(const int, files);
-    QFETCH(QStringList, calls);
+    QFETCH(QString, calls);
     DocumentFixture fixture;
     QVERIFY(fixture.drop(fixture.makeFiles(u"%1"_s, files)));
     fixture.host.calls.clear();
     fixture.document->doBackgroundRun();
     QVERIFY(fixture.settle());
-    calls += {u"hide progress"_s, u"badge %1"_s.arg(files)};
-    QCOMPARE(fixture.host.calls, calls);
+    calls += u"|hide progress|badge %1"_s.arg(files);
+    QCOMPARE(fixture.host.calls.join(u'|'), calls);
 }
 
 void TestTDocumentRuns::gathering()
@@ -141,7 +141,7 @@ void TestTDocumentRuns::errorsAndBadge()
     QCOMPARE(fixture.host.badge, 2);
     QCOMPARE(fixture.document->sourceObjectArray()[0]->errLevel(), 0);
     QCOMPARE(fixture.document->sourceObjectArray()[2]->errLevel(), 2);
-    QVERIFY(fixture.document->errorLog()->entries()[0].errDesc.startsWith(
+    QVERIFY(fixture.document->errorLog()->entries()[0].errDesc.toString().startsWith(
         "Duplicate: \"n\" is already used. Check "_L1));
 }
 
@@ -277,16 +277,56 @@ void TestTDocumentRuns::forecast()
     const TFileList &files = fixture.document->sourceObjectArray();
     const auto finalNameIs = [&](std::size_t row, const QString &name) {
         return fixture.pumpUntil([&] {
-            const auto *forecast = fixture.document->forecastFor(*files[row]);
-            return forecast != nullptr && forecast->finalName == name;
+            const auto forecast = fixture.document->forecastFor(*files[row]);
+            return forecast && forecast->finalName == name;
         });
     };
     QVERIFY(finalNameIs(1, u"n-1.x"_s));
-    QVERIFY(fixture.document->forecastFor(*files[0]) == nullptr); // as shown
+    QVERIFY(!fixture.document->forecastFor(*files[0])); // as shown
     fixture.document->setLiveUpdate(false);
     fixture.document->addRules({textRule(u"m"_s)}, 0);
     fixture.document->testRun();
     QVERIFY(finalNameIs(1, u"mn-1.x"_s));
+}
+
+void TestTDocumentRuns::keptForecasts_data()
+{
+    const Table<QString, QString, QString, QString, bool> row("shown", "extension", "finalName",
+                                                              "refusal", "isKept");
+    row("as shown", u"n", u"", u"n.txt", u"", false);
+    row("nothing known", u"n", u"", QString(), u"", false);
+    row("numbered", u"n", u"", u"n-12.txt", u"", true);
+    row("number with zeros", u"n", u"", u"n-012.txt", u"", true);
+    row("number without end", u"n", u"", u"n-4294967297.txt", u"", true);
+    row("no number", u"n", u"", u"n-.txt", u"", true);
+    row("blanks go", u" n ", u"", u"n.txt", u"", true);
+    row("blanks go, numbered", u" n ", u"", u"n-1.txt", u"", true);
+    row("other extension", u"n", u"", u"n.TXT", u"", true);
+    row("new extension", u"n", u".md", u"n-1.md", u"", true);
+    row("shorter than what is shown", u"n.b", u".b", u"n.b", u"", true);
+    row("refused", u"n", u"", u"n.txt", u"no", true);
+}
+
+void TestTDocumentRuns::keptForecasts()
+{
+    QFETCH(QString, shown);
+    QFETCH(QString, extension);
+    QFETCH(QString, finalName);
+    QFETCH(QString, refusal);
+    TFileObject file(TFileItem{TFileURL::fileURLWithPath(u"/f/a.txt"_s), {}});
+    file.setTarget(TAttributedString(shown));
+    file.setAttributedTargetExtension(TAttributedString(extension));
+    TDocumentForecasts forecasts;
+    for (const auto &before : {u"x"_s, u"n-7.txt"_s}) {
+        forecasts.insert(file, {before, {}, false});
+        forecasts.insert(file, {finalName, refusal, false});
+        const auto found = forecasts.find(file);
+        QTEST(found.has_value(), "isKept");
+        QCOMPARE(found ? found->finalName : finalName, finalName);
+        QCOMPARE(found ? found->refusal : refusal, refusal);
+    }
+    forecasts.remove(file);
+    QVERIFY(forecasts.isEmpty());
 }
 
 void TestTDocumentRuns::destructionDuringRuns()

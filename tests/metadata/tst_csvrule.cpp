@@ -36,7 +36,7 @@ QString evaluated(TCSVRule &rule, int files, QStringList *problems = nullptr)
             texts << u"(file and run do not agree)"_s;
         for (const TErrorTypes &error : runLog) {
             if (problems != nullptr)
-                *problems << u"%1 %2"_s.arg(error.errClass).arg(error.errDesc);
+                *problems << u"%1 %2"_s.arg(error.errClass).arg(error.errDesc.toString());
         }
     }
     return texts.join(' '_L1);

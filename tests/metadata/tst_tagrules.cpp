@@ -147,7 +147,7 @@ private Q_SLOTS:
         QCOMPARE(rule.processWithFileObject(file, &log, dict), expected);
         QCOMPARE(file.errLog(), log);
         QCOMPARE(log.currentStatus(), level);
-        QCOMPARE(log.isEmpty() ? QString() : log.entries().front().errDesc, problem);
+        QCOMPARE(log.isEmpty() ? QString() : log.entries().front().errDesc.toString(), problem);
         QVERIFY(log.count() <= 1);
     }
 
@@ -196,7 +196,7 @@ private Q_SLOTS:
         QCOMPARE(rule->processWithFileObject(file, &log, dict), expected);
         QCOMPARE(file.errLog(), log);
         QCOMPARE(log.currentStatus(), level);
-        QCOMPARE(log.isEmpty() ? QString() : log.entries().front().errDesc, problem);
+        QCOMPARE(log.isEmpty() ? QString() : log.entries().front().errDesc.toString(), problem);
         QVERIFY(log.count() <= 1);
     }
 

@@ -35,7 +35,7 @@ QStringList told(const TemporaryTree &tree, const RollbackRun &run)
     for (const TRenameTRX &record : run.transactions()) {
         QStringList texts;
         for (const TErrorTypes &error : record.errorLog)
-            texts += u"%1 %2"_s.arg(error.errClass).arg(error.errDesc);
+            texts += u"%1 %2"_s.arg(error.errClass).arg(error.errDesc.toString());
         result += QString::number(record.renamedExistsWithStatus) + u": "_s +
                   texts.join(u" | "_s).remove(tree.path() + u'/');
     }
@@ -276,7 +276,7 @@ private Q_SLOTS:
         RollbackRun run(disk, records(tree, {original + u'>' + renamed}));
         run.processLog({});
         QCOMPARE(run.transactions()[0].renamedExistsWithStatus, RollbackRun::kNothing);
-        QVERIFY(run.transactions()[0].errorLog.entries().front().errDesc.endsWith(
+        QVERIFY(run.transactions()[0].errorLog.entries().front().errDesc.toString().endsWith(
             u"did not complete successfully"_s));
         run.performRollBack({}, false, false);
         QCOMPARE(tree.list(), before);

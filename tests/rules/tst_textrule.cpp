@@ -79,7 +79,7 @@ private Q_SLOTS:
         TRuleDict dict;
         QCOMPARE(rule.processWithFileObject(file, &log, dict), u"(error)"_s);
         QCOMPARE(file.errLog(), log);
-        QCOMPARE(log.begin()->errDesc, u"abstract rule called"_s);
+        QCOMPARE(log.begin()->errDesc.toString(), u"abstract rule called"_s);
         QCOMPARE(log.currentStatus(), TErrorTypes::kCritical);
         QString name = u"so far"_s;
         QVERIFY(!rule.postProcessResult(name, &log, dict));
@@ -174,7 +174,7 @@ private Q_SLOTS:
         QCOMPARE(rule->processWithFileObject(file, &log, dict), u""_s);
         QCOMPARE(rule->processWithFileObject(file, nullptr, dict), u""_s);
         QCOMPARE(levels(log), std::vector<int>{TErrorTypes::kWarning});
-        QCOMPARE(log.begin()->errDesc, u"Text constant is empty"_s);
+        QCOMPARE(log.begin()->errDesc.toString(), u"Text constant is empty"_s);
         QVERIFY(file.errLog().isEmpty());
 
         rule->setProperties({{u"theText"_s, u" "_s}});

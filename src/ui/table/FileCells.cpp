@@ -30,9 +30,9 @@ QString text(const char *source)
     return QCoreApplication::translate(kContext, source);
 }
 
-bool isKnown(const FileCells::Forecast *forecast)
+bool isKnown(const FileCells::Forecast &forecast)
 {
-    return forecast != nullptr && !forecast->finalName.isNull();
+    return forecast && !forecast->finalName.isNull();
 }
 
 } // namespace
@@ -55,14 +55,14 @@ QString wantedName(const TFileObject &file)
     return shownName(file) + NameGeneration::wantedExtension(file);
 }
 
-QString newName(const TFileObject &file, const Forecast *forecast)
+QString newName(const TFileObject &file, const Forecast &forecast)
 {
     return isKnown(forecast) ? forecast->finalName : wantedName(file);
 }
 
-bool isUnchanged(const TFileObject &file, const Forecast *forecast)
+bool isUnchanged(const TFileObject &file, const Forecast &forecast)
 {
-    if (forecast != nullptr && forecast->unchanged)
+    if (forecast && forecast->unchanged)
         return true;
     const QString name = shownName(file);
     const QString &current = currentName(file);
@@ -76,12 +76,12 @@ bool isUnchanged(const TFileObject &file, const Forecast *forecast)
     return !isKnown(forecast) || extension.isEmpty() || forecast->finalName.endsWith(extension);
 }
 
-bool keepsName(const TDocument &document, const TFileObject &file, const Forecast *forecast)
+bool keepsName(const TDocument &document, const TFileObject &file, const Forecast &forecast)
 {
     return document.ruleArray().empty() || isUnchanged(file, forecast);
 }
 
-Note note(const TFileObject &file, const Forecast *forecast)
+Note note(const TFileObject &file, const Forecast &forecast)
 {
     if (!isKnown(forecast))
         return {};
@@ -92,16 +92,16 @@ Note note(const TFileObject &file, const Forecast *forecast)
     return {text(kSavedAs).arg(ByteNames::forDisplay(forecast->finalName)), false};
 }
 
-int level(const TFileObject &file, const Forecast *forecast)
+int level(const TFileObject &file, const Forecast &forecast)
 {
-    const bool isRefused = forecast != nullptr && !forecast->refusal.isEmpty();
+    const bool isRefused = forecast && !forecast->refusal.isEmpty();
     return std::max(file.errLevel(), isRefused ? TErrorTypes::kWarning : TErrorTypes::kNone);
 }
 
-TErrorLog problems(const TFileObject &file, const Forecast *forecast)
+TErrorLog problems(const TFileObject &file, const Forecast &forecast)
 {
     TErrorLog log = file.errLog();
-    if (forecast != nullptr && !forecast->refusal.isEmpty())
+    if (forecast && !forecast->refusal.isEmpty())
         log.addErrorOfType(TErrorTypes::kWarning, text(kWouldFail).arg(forecast->refusal));
     return log;
 }
@@ -117,7 +117,7 @@ QString dateText(TDate date)
     return locale.toString(moment, QLocale::ShortFormat);
 }
 
-QString stateText(const TFileObject &file, const Forecast *forecast)
+QString stateText(const TFileObject &file, const Forecast &forecast)
 {
     switch (level(file, forecast)) {
     case TErrorTypes::kWarning:
@@ -130,18 +130,18 @@ QString stateText(const TFileObject &file, const Forecast *forecast)
     }
 }
 
-QString stateToolTip(const TFileObject &file, const Forecast *forecast)
+QString stateToolTip(const TFileObject &file, const Forecast &forecast)
 {
     const TErrorLog log = problems(file, forecast);
     QStringList lines;
     for (const TErrorTypes &problem : log)
-        lines.append(problem.errDesc);
+        lines.append(problem.errDesc.toString());
     if (lines.isEmpty() && file.hasBeenProcessed())
         lines.append(text(kProcessed));
     return ToolTip::of(lines.join(u'\n'));
 }
 
-QString newNameToolTip(const TFileObject &file, const Forecast *forecast)
+QString newNameToolTip(const TFileObject &file, const Forecast &forecast)
 {
     QString tip = ByteNames::forDisplay(shownName(file)) +
                   ByteNames::forDisplay(file.attributedTargetExtension().string());

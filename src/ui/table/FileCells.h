@@ -3,13 +3,16 @@
 
 #include "document/ForecastStepper.h"
 
+#include <optional>
+
 class TDocument;
 
 /// What the cells of the file table say about a file. Computed whenever it is shown, since 100,000
 /// rows must not keep texts. Main thread only.
 namespace FileCells {
 
-using Forecast = ForecastStepper::Forecast;
+/// Nothing when it is not known, or what is shown.
+using Forecast = std::optional<ForecastStepper::Forecast>;
 
 /// What stands behind a new name when the run would write something else.
 struct Note
@@ -24,23 +27,23 @@ const QString &currentName(const TFileObject &file);
 QString shownName(const TFileObject &file);
 QString wantedName(const TFileObject &file);
 /// The name on disk after the run, as far as that is known.
-QString newName(const TFileObject &file, const Forecast *forecast);
+QString newName(const TFileObject &file, const Forecast &forecast);
 /// True when the recipe gives the file the name that it has.
-bool isUnchanged(const TFileObject &file, const Forecast *forecast);
+bool isUnchanged(const TFileObject &file, const Forecast &forecast);
 /// The same, or that there is no recipe: what is shown as the new name then is only a remark.
-bool keepsName(const TDocument &document, const TFileObject &file, const Forecast *forecast);
-Note note(const TFileObject &file, const Forecast *forecast);
+bool keepsName(const TDocument &document, const TFileObject &file, const Forecast &forecast);
+Note note(const TFileObject &file, const Forecast &forecast);
 /// The worst of the file's problems; a name that the run must refuse counts as a warning.
-int level(const TFileObject &file, const Forecast *forecast);
+int level(const TFileObject &file, const Forecast &forecast);
 /// The file's problems, and why the run would refuse its name.
-TErrorLog problems(const TFileObject &file, const Forecast *forecast);
+TErrorLog problems(const TFileObject &file, const Forecast &forecast);
 
 QString dateText(TDate date);
 /// In words: the level, or that a run has been through the file.
-QString stateText(const TFileObject &file, const Forecast *forecast);
+QString stateText(const TFileObject &file, const Forecast &forecast);
 /// The file's problems, one a line; for a file without any, what is to be known of its state.
-QString stateToolTip(const TFileObject &file, const Forecast *forecast);
+QString stateToolTip(const TFileObject &file, const Forecast &forecast);
 /// The whole new name, and why the run would write something else than the new name that is shown.
-QString newNameToolTip(const TFileObject &file, const Forecast *forecast);
+QString newNameToolTip(const TFileObject &file, const Forecast &forecast);
 
 } // namespace FileCells

@@ -33,7 +33,7 @@ bool FileKinds::passes(qsizetype row, Filter filter) const
 FileKinds::Bits FileKinds::look(qsizetype row) const
 {
     const TFileObject &file = *m_files[static_cast<std::size_t>(row)];
-    const auto *forecast = m_document.forecastFor(file);
+    const auto forecast = m_document.forecastFor(file);
     const Bits name = FileCells::keepsName(m_document, file, forecast) ? kUnchanged : kChanged;
     const Bits problems = FileCells::level(file, forecast) > 0 ? kProblems : Bits{0};
     return static_cast<Bits>(name | problems);

@@ -65,7 +65,7 @@ const TFileObject &FileTableModel::file(int row) const
     return *m_document.sourceObjectArray()[static_cast<std::size_t>(documentRow(row))];
 }
 
-const ForecastStepper::Forecast *FileTableModel::forecast(int row) const
+std::optional<ForecastStepper::Forecast> FileTableModel::forecast(int row) const
 {
     return m_document.forecastFor(file(row));
 }

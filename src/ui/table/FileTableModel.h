@@ -23,7 +23,7 @@ public:
 
     const TDocument &document() const { return m_document; }
     const TFileObject &file(int row) const;
-    const ForecastStepper::Forecast *forecast(int row) const;
+    std::optional<ForecastStepper::Forecast> forecast(int row) const;
     qsizetype documentRow(int row) const;
     /// The first row that is at the document row or behind it; the number of rows at the end.
     int rowAtOrAfter(qsizetype documentRow) const;

@@ -66,7 +66,7 @@ void NewNameDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem
 {
     const FileTableModel &model = fileTableModel(index);
     const TFileObject &file = model.file(index.row());
-    const auto *forecast = model.forecast(index.row());
+    const auto forecast = model.forecast(index.row());
     const QFontMetricsF metrics(look().font);
     const auto place = [&](qreal left, qreal width) {
         return QStyle::visualRect(option.direction, rect,

@@ -58,7 +58,7 @@ ProblemList::ProblemList(const QString &fileName, const TErrorLog &log, QWidget 
         icon->setPixmap(
             Icons::forLevel(problem.errClass).pixmap(QSize(side, side), devicePixelRatioF()));
         layout->addWidget(icon, row, 0, Qt::AlignTop);
-        layout->addWidget(wrapped(problem.errDesc, this), row++, 1);
+        layout->addWidget(wrapped(problem.errDesc.toString(), this), row++, 1);
     }
     if (log.count() > kMostShown)
         layout->addWidget(

@@ -42,16 +42,17 @@ public:
         const TErrorTypes &entry = m_log.entries()[static_cast<std::size_t>(index.row())];
         switch (role) {
         case Qt::DisplayRole:
-            return SheetParts::breakable(entry.errDesc);
+            return SheetParts::breakable(entry.errDesc.toString());
         case Qt::EditRole:
-            return ByteNames::withoutLoneSurrogates(entry.errDesc);
+            return ByteNames::withoutLoneSurrogates(entry.errDesc.toString());
         case Qt::DecorationRole:
             return Icons::forLevel(entry.errClass);
         case Qt::ToolTipRole:
-            return m_log.count() > kMostWrapped ? QVariant(ByteNames::forDisplay(entry.errDesc))
-                                                : QVariant();
+            return m_log.count() > kMostWrapped
+                       ? QVariant(ByteNames::forDisplay(entry.errDesc.toString()))
+                       : QVariant();
         case Qt::AccessibleTextRole:
-            return levelName(entry.errClass) + ": "_L1 + entry.errDesc;
+            return levelName(entry.errClass) + ": "_L1 + entry.errDesc.toString();
         default:
             return {};
         }

@@ -86,7 +86,7 @@ QString RecordsModel::toolTip(const QModelIndex &index) const
     }
     QString text = statusName(record.renamedExistsWithStatus);
     for (const TErrorTypes &problem : record.errorLog)
-        text += u'\n' + ByteNames::forDisplay(problem.errDesc);
+        text += u'\n' + ByteNames::forDisplay(problem.errDesc.toString());
     return text;
 }
 

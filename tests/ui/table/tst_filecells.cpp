@@ -111,19 +111,19 @@ void TestFileCells::newNames()
     file.setTargetName(target);
     file.setAttributedTargetName(TAttributedString(target));
     file.setAttributedTargetExtension(TAttributedString(extension));
-    FileCells::Forecast forecast{final, {}, false};
-    QTEST(FileCells::isUnchanged(file, &forecast), "isUnchanged");
-    QTEST(FileCells::note(file, &forecast).text, "note");
-    QCOMPARE(FileCells::level(file, &forecast), 0);
-    forecast = {u"x"_s, u"It cannot be."_s, false};
-    QVERIFY(FileCells::note(file, &forecast).isRefusal);
-    QCOMPARE(FileCells::level(file, &forecast), TErrorTypes::kWarning);
-    QVERIFY(FileCells::newNameToolTip(file, &forecast).contains(u"It cannot be."_s));
-    QVERIFY(FileCells::stateToolTip(file, nullptr).isEmpty());
+    FileCells::Forecast forecast{{final, {}, false}};
+    QTEST(FileCells::isUnchanged(file, forecast), "isUnchanged");
+    QTEST(FileCells::note(file, forecast).text, "note");
+    QCOMPARE(FileCells::level(file, forecast), 0);
+    forecast = {{u"x"_s, u"It cannot be."_s, false}};
+    QVERIFY(FileCells::note(file, forecast).isRefusal);
+    QCOMPARE(FileCells::level(file, forecast), TErrorTypes::kWarning);
+    QVERIFY(FileCells::newNameToolTip(file, forecast).contains(u"It cannot be."_s));
+    QVERIFY(FileCells::stateToolTip(file, {}).isEmpty());
     file.setHasBeenProcessed(true);
-    QCOMPARE(FileCells::stateText(file, nullptr), u"Processed"_s);
-    QVERIFY(FileCells::stateToolTip(file, nullptr).contains(u"when files are added"_s));
-    QCOMPARE(FileCells::stateText(file, &forecast), u"Warning"_s);
+    QCOMPARE(FileCells::stateText(file, {}), u"Processed"_s);
+    QVERIFY(FileCells::stateToolTip(file, {}).contains(u"when files are added"_s));
+    QCOMPARE(FileCells::stateText(file, forecast), u"Warning"_s);
 }
 
 void TestFileCells::linesFitTheirRoom_data()

@@ -396,7 +396,7 @@ void TestFilePane::contextMenu()
     Shown shown({u"in/a.txt"_s, u"in/b.txt"_s});
     QVERIFY(shown.batch.useRules({textRule(u"new"_s)}));
     QVERIFY(shown.batch.pumpUntil(
-        [&] { return shown.doc().forecastFor(*shown.doc().sourceObjectArray()[1]) != nullptr; }));
+        [&] { return shown.doc().forecastFor(*shown.doc().sourceObjectArray()[1]).has_value(); }));
     shown.pane->selectRows({0, 1});
     const auto trigger = [&shown](const QString &text) {
         QAction *action = shown.command(text);
@@ -437,7 +437,8 @@ void TestFilePane::problemsOpenBesideTheirRow()
         QVERIFY(label->textFormat() == Qt::PlainText || label->text().isEmpty());
         texts += label->text();
     }
-    const QString problem = shown.doc().sourceObjectArray()[1]->errLog().entries().front().errDesc;
+    const QString problem =
+        shown.doc().sourceObjectArray()[1]->errLog().entries().front().errDesc.toString();
     QVERIFY2(texts.contains(problem), qPrintable(texts.join(u'|')));
     const QString tip = shown.model->index(1, Column::Status).data(Qt::ToolTipRole).toString();
     QVERIFY2(tip.contains(problem.toHtmlEscaped()), qPrintable(tip));
