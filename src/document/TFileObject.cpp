@@ -80,7 +80,6 @@ struct TFileObject::Side
     std::optional<QString> parent;
     std::optional<QString> targetName; ///< unset while the shown one is the target name
     std::optional<TImage> icon;
-    TFileURL targetURL;
     QVariant avMetadata;
     QString avLyrics;
 };
@@ -134,6 +133,7 @@ void TFileObject::assign(const TFileItem &item, TMetadataPtr imageProperties, TM
     m_isTargetShown = false;
     m_targetExtension = QString();
     m_errLog.clear();
+    m_targetURL.reset();
     m_side.reset();
     m_hasBeenProcessed = false;
 }
@@ -191,12 +191,12 @@ TFileURL TFileObject::sourceURL() const
 
 TFileURL TFileObject::targetURL() const
 {
-    return m_side ? m_side->targetURL : TFileURL();
+    return m_targetURL ? *m_targetURL : TFileURL();
 }
 
 void TFileObject::setTargetURL(const TFileURL &url)
 {
-    side().targetURL = url;
+    m_targetURL = url.isValid() ? std::make_unique<TFileURL>(url) : nullptr;
 }
 
 QString TFileObject::targetName() const
@@ -425,7 +425,7 @@ void TFileObject::initWithCoder(const TDecoder &coder)
     TImage image;
     coder.decodeObject(kIcon, [&image](const TDecoder &d) { image.initWithCoder(d); });
     side().icon = image;
-    side().targetURL = TFileURL::fromString(coder.decodeUrl(kTargetURL));
+    setTargetURL(TFileURL::fromString(coder.decodeUrl(kTargetURL)));
     side().avMetadata = coder.decodeVariant(kAvMetadata);
     side().avLyrics = coder.decodeString(kAvLyrics);
     m_attributedTargetName = decodeText(kAttributedTargetName);

@@ -100,6 +100,7 @@ private:
     TAttributedString m_attributedTargetName;
     QString m_targetExtension; ///< with its period; shown in red
     TErrorLog m_errLog;
+    std::unique_ptr<TFileURL> m_targetURL; ///< null while there is none
     std::unique_ptr<Side> m_side;
     bool m_isTargetShown = false; ///< the target name is the text of the attributed one
     bool m_hasBeenProcessed = false;
