@@ -194,8 +194,6 @@ public:
     void saveRollBackLog(const std::vector<TRenameTRX> &transactions);
     /// Undoes the last run of this document.
     void rollBackThis();
-    /// Asks the user to grant one of the folders of the batch.
-    void grantFolder(const TFileURL &folder);
 
 Q_SIGNALS:
     void filesAboutToBeInserted(qsizetype first, qsizetype last);
@@ -311,6 +309,7 @@ private:
     void tellOfRecovery();
     void makePlan();
     void confirmRename(const QString &problem);
+    void askOnce(const TDialogHost::Question &question, TDialogHost::Answered answered);
     void renameAnswered(qsizetype button);
     void startRename();
     void finishedRenameOp(TFileObject &file, const TRenameReport &report);

@@ -93,12 +93,6 @@ void TDocument::runRename()
     }
 }
 
-void TDocument::grantFolder(const TFileURL &folder)
-{
-    if (m_grants)
-        m_grants->ask(m_theFoldersWeUse, folder, [](bool) {});
-}
-
 void TDocument::askForFolder()
 {
     if (m_grants)
@@ -138,14 +132,23 @@ void TDocument::tellOfRecovery()
                                    {}};
     if (isElsewhere)
         question.buttons = {text(kCancel), text(kGoOn)};
+    askOnce(question, [this, isElsewhere](qsizetype button) {
+        if (isElsewhere && button == kRenameButton)
+            return makePlan();
+        m_isPreparing = false;
+    });
+}
+
+/// An answer counts once, and not at all after another question.
+void TDocument::askOnce(const TDialogHost::Question &question, TDialogHost::Answered answered)
+{
     tell(&TDocumentHost::ask, question,
-         [this, mail = m_mail, isElsewhere, number = ++m_confirmation](qsizetype button) {
+         [this, mail = m_mail, answered = std::move(answered),
+          number = ++m_confirmation](qsizetype button) {
              if (!mail->isOpen() || number != m_confirmation)
                  return;
-             ++m_confirmation; // an answer counts once
-             if (isElsewhere && button == kRenameButton)
-                 return makePlan();
-             m_isPreparing = false;
+             ++m_confirmation;
+             answered(button);
          });
 }
 
@@ -173,21 +176,16 @@ void TDocument::confirmRename(const QString &problem)
         m_renaming.reset();
         return runRename();
     }
-    tell(&TDocumentHost::ask,
-         TDialogHost::Question{TDialogHost::Form::StopSheet,
-                               answer.title,
-                               answer.text,
-                               problem.isEmpty() ? QString() : text(kNoUndo, {problem}),
-                               {text(kCancel), text(kRename)}},
-         [this, mail = m_mail, number = ++m_confirmation](qsizetype button) {
-             if (mail->isOpen() && number == m_confirmation)
-                 renameAnswered(button);
-         });
+    askOnce({TDialogHost::Form::StopSheet,
+             answer.title,
+             answer.text,
+             problem.isEmpty() ? QString() : text(kNoUndo, {problem}),
+             {text(kCancel), text(kRename)}},
+            [this](qsizetype button) { renameAnswered(button); });
 }
 
 void TDocument::renameAnswered(qsizetype button)
 {
-    ++m_confirmation; // an answer counts once
     if (m_isClosing || button != kRenameButton) {
         m_renaming.reset();
     } else if (m_confirmVersion != m_batchVersion) {
