@@ -11,6 +11,12 @@ namespace {
 /// As many problems as a file often has.
 constexpr std::size_t kRecent = 4;
 
+/// Of the place for an argument with which the text begins; 0 when it begins with none.
+qsizetype placeLength(QStringView text)
+{
+    return text.startsWith("%@"_L1) ? 2 : text.startsWith("%ld"_L1) ? 3 : 0;
+}
+
 } // namespace
 
 const TErrorTypes &TErrorLog::addErrorOfType(int errClass, const TErrorText &description)
@@ -78,17 +84,17 @@ QString formatted(QStringView format, std::initializer_list<QString> arguments)
     for (const QString &argument : arguments)
         length += argument.size();
     text.reserve(length);
-    auto argument = arguments.begin();
-    for (qsizetype i = 0; i < format.size(); ++i) {
-        const QStringView rest = format.sliced(i);
-        const qsizetype place = rest.startsWith("%@"_L1) ? 2 : rest.startsWith("%ld"_L1) ? 3 : 0;
-        if (place == 0 || argument == arguments.end()) {
-            text += format[i];
-            continue;
-        }
-        text += *argument++;
-        i += place - 1;
+    for (const QString &argument : arguments) {
+        qsizetype place = format.indexOf(u'%');
+        while (place >= 0 && placeLength(format.sliced(place)) == 0)
+            place = format.indexOf(u'%', place + 1);
+        if (place < 0)
+            break;
+        text += format.first(place);
+        text += argument;
+        format = format.sliced(place + placeLength(format.sliced(place)));
     }
+    text += format;
     return text;
 }
 

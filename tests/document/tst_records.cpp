@@ -38,6 +38,13 @@ private Q_SLOTS:
         QCOMPARE(log.numberOfErrorsWithType(1), levels.count(1));
     }
 
+    void formats()
+    {
+        QCOMPARE(formatted(u"%@: %ld%", {u"%@"_s, u"2"_s}), u"%@: 2%"_s);
+        QCOMPARE(formatted("5% of %%@, %@"_L1, {u"a"_s}), u"5% of %a, %@"_s);
+        QCOMPARE(formatted(u"none", {u"a"_s}), u"none"_s);
+    }
+
     void problemsShareTheirTexts()
     {
         TErrorLog batch;
