@@ -38,8 +38,8 @@ Popover *EditorPopovers::open(QWidget *content, QWidget *anchor)
 
 void EditorPopovers::openEditor(QWidget *editor, QWidget *tile)
 {
+    m_recipe.setEditedTile(tile); // first, since the popover opens where it stands
     Popover *popover = open(editor, tile);
-    m_recipe.setEditedTile(tile);
     connect(popover, &Popover::closed, &m_recipe, [this, popover] {
         if (m_current == nullptr || m_current == popover)
             m_recipe.setEditedTile(nullptr);

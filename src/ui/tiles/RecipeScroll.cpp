@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/tiles/RecipeScroll.h"
 
+#include <QEvent>
+
 #include <algorithm>
 
 namespace {
@@ -21,7 +23,11 @@ RecipeScroll::RecipeScroll(TileStrip *strip, QWidget *parent)
     setWidget(strip);
     viewport()->setAutoFillBackground(false);
     strip->setAutoFillBackground(false);
-    connect(strip, &TileStrip::rearranged, this, &RecipeScroll::fit);
+    connect(strip, &TileStrip::rearranged, this, [this] {
+        fit();
+        QEvent layOutNow(QEvent::LayoutRequest); // what is revealed next may be in a new line
+        event(&layOutNow);
+    });
     connect(strip, &TileStrip::currentMoved, this, &RecipeScroll::reveal);
     fit();
 }

@@ -116,6 +116,8 @@ void TileStrip::setEditedTile(const RuleTile *tile)
 {
     m_edited = tile == nullptr ? nullptr : tile->rule();
     showMarks();
+    if (tile != nullptr)
+        Q_EMIT currentMoved(tile->geometry());
 }
 
 void TileStrip::showMarks()

@@ -27,7 +27,7 @@ public:
     const RecipeSelection &selection() const { return m_selection; }
     /// Null when the rule has no tile.
     RuleTile *tileOf(const TRulePtr &rule) const;
-    /// Null for a tile of something else.
+    /// Null for a tile of something else. Brings it into view, at once.
     void setEditedTile(const RuleTile *tile);
     /// Gives the keyboard to the current tile, or to the place for the first one.
     void focusRecipe();
@@ -47,7 +47,7 @@ Q_SIGNALS:
     void selectionChanged();
     /// More or fewer lines may be needed.
     void rearranged();
-    /// Where the keyboard went.
+    /// Where the keyboard went, or the tile that is being edited.
     void currentMoved(const QRect &place);
 
 protected:
