@@ -50,6 +50,7 @@ void CSVTableView::addHeaders()
     QHeaderView *columns = horizontalHeader();
     columns->setSectionsClickable(true);
     columns->setHighlightSections(true);
+    columns->setTextElideMode(Qt::ElideRight);
     columns->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     columns->setDefaultSectionSize(kColumnCharacters * fontMetrics().averageCharWidth());
     columns->setStretchLastSection(true);
