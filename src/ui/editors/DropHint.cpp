@@ -9,6 +9,7 @@ namespace {
 
 constexpr int kLines = 6;
 constexpr int kMargin = 16;
+constexpr auto kTextFlags = static_cast<int>(Qt::AlignCenter) | static_cast<int>(Qt::TextWordWrap);
 
 } // namespace
 
@@ -30,6 +31,11 @@ QSize DropHint::sizeHint() const
     return {0, kLines * fontMetrics().height()};
 }
 
+QSize DropHint::minimumSizeHint() const
+{
+    return {0, fontMetrics().height() + kMargin};
+}
+
 void DropHint::paintEvent(QPaintEvent *)
 {
     const ThemeColors colors = ThemeColors::of(palette());
@@ -40,6 +46,7 @@ void DropHint::paintEvent(QPaintEvent *)
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), Theme::kFieldRadius,
                             Theme::kFieldRadius);
     painter.setPen(m_isLit ? colors.ink : colors.muted);
-    painter.drawText(rect().adjusted(kMargin, kMargin, -kMargin, -kMargin),
-                     Qt::AlignCenter | Qt::TextWordWrap, m_text);
+    const QRect room = rect().adjusted(kMargin, kMargin / 2, -kMargin, -kMargin / 2);
+    const bool fits = painter.boundingRect(room, kTextFlags, m_text).height() <= room.height();
+    painter.drawText(room, kTextFlags, fits ? m_text : m_text.section(u'\n', 0, 0));
 }

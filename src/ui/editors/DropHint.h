@@ -4,7 +4,7 @@
 #include <QWidget>
 
 /// A dashed frame with a few words that invites to drop something; it lights up while something
-/// that fits is held over it.
+/// that fits is held over it. Where there is little room only the first line of the text is shown.
 class DropHint : public QWidget
 {
     Q_OBJECT
@@ -14,6 +14,7 @@ public:
 
     void setLit(bool isLit);
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
