@@ -140,7 +140,7 @@ void BatchMenus::addBatchMenu(QMenuBar &bar)
     menu->addMenu(new OptionsMenu(document, menu));
     menu->addSeparator();
     menu->addAction(tr("&Test Run"), Qt::Key_F5, &document, &TDocument::testRun);
-    m_showLog = menu->addAction(tr("&Show Test Run Log"), Qt::SHIFT | Qt::Key_F5, &document,
+    m_showLog = menu->addAction(tr("S&how Test Run Log"), Qt::SHIFT | Qt::Key_F5, &document,
                                 &TDocument::showTestRunLog);
     menu->addSeparator();
     m_rename =
@@ -201,6 +201,7 @@ void BatchMenus::update()
     m_cut->setEnabled(m_edit.canCopy());
     m_copy->setEnabled(m_edit.canCopy());
     m_paste->setEnabled(m_edit.canPaste());
+    m_delete->setText(m_edit.removeText());
     m_delete->setEnabled(m_edit.canRemove());
     m_selectAll->setEnabled(m_edit.canSelectAll());
     m_editRule->setEnabled(m_rules.canEdit());

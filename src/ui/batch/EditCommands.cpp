@@ -2,7 +2,7 @@
 #include "ui/batch/EditCommands.h"
 
 #include "document/TDocumentDrag.h"
-#include "ui/batch/EditorPopovers.h"
+#include "ui/controls/Popover.h"
 #include "ui/table/FilePane.h"
 #include "ui/tiles/RecipeCard.h"
 #include "ui/tiles/RecipeCommands.h"
@@ -11,6 +11,7 @@
 #include <QClipboard>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QMenuBar>
 #include <QMimeData>
 
 EditCommands::EditCommands(const BatchParts &parts, QObject *parent)
@@ -25,13 +26,23 @@ EditCommands::EditCommands(const BatchParts &parts, QObject *parent)
 
 void EditCommands::focusChanged(QWidget *now)
 {
-    if (now == nullptr || now->window() != &m_parts.window)
+    if (now == nullptr || now->window() != &m_parts.window || now == m_parts.window.menuBar())
         return;
-    if (m_parts.recipe.isAncestorOf(now) || now == &m_parts.recipe)
-        m_area = Area::Rules;
-    else if (m_parts.files.isAncestorOf(now))
-        m_area = Area::Files;
+    m_area = areaOf(*now);
     Q_EMIT changed();
+}
+
+EditCommands::Area EditCommands::areaOf(const QWidget &now) const
+{
+    if (m_parts.recipe.tiles().isAncestorOf(&now))
+        return Area::Rules;
+    if (&now == &m_parts.files.table())
+        return Area::Files;
+    for (const QWidget *around = &now; around != nullptr; around = around->parentWidget()) {
+        if (qobject_cast<const Popover *>(around) != nullptr)
+            return Area::Popover;
+    }
+    return Area::Elsewhere;
 }
 
 QWidget *EditCommands::textField() const
@@ -42,17 +53,9 @@ QWidget *EditCommands::textField() const
     return isText ? focus : nullptr;
 }
 
-bool EditCommands::isElsewhere() const
-{
-    const Popover *popover = m_parts.editors.current();
-    return popover != nullptr && popover->isVisible() &&
-           popover->isAncestorOf(QApplication::focusWidget());
-}
-
 bool EditCommands::canCopy() const
 {
-    return textField() != nullptr ||
-           (!isElsewhere() && m_area == Area::Rules && m_rules.hasSelection());
+    return textField() != nullptr || (m_area == Area::Rules && m_rules.hasSelection());
 }
 
 bool EditCommands::canPaste() const
@@ -60,24 +63,32 @@ bool EditCommands::canPaste() const
     if (textField() != nullptr)
         return true;
     const QMimeData *data = QApplication::clipboard()->mimeData();
-    return data != nullptr && !isElsewhere() && (RecipeCommands::canPaste() || data->hasUrls());
+    return data != nullptr && m_area != Area::Popover &&
+           (RecipeCommands::canPaste() || data->hasUrls());
 }
 
 bool EditCommands::canRemove() const
 {
     if (textField() != nullptr)
         return true;
-    if (isElsewhere())
-        return false;
-    return m_area == Area::Rules ? m_rules.hasSelection() : !m_parts.files.selectedRows().empty();
+    return m_area == Area::Rules ? m_rules.hasSelection()
+                                 : m_area == Area::Files && !m_parts.files.selectedRows().empty();
+}
+
+QString EditCommands::removeText() const
+{
+    if (textField() != nullptr || !canRemove())
+        return tr("&Delete");
+    return m_area == Area::Rules ? tr("&Delete from Recipe") : tr("&Delete from List");
 }
 
 bool EditCommands::canSelectAll() const
 {
     if (textField() != nullptr)
         return true;
-    return m_area == Area::Rules ? !m_parts.document.ruleArray().empty()
-                                 : !m_parts.document.sourceObjectArray().empty();
+    if (m_area == Area::Rules)
+        return !m_parts.document.ruleArray().empty();
+    return m_area != Area::Popover && !m_parts.document.sourceObjectArray().empty();
 }
 
 void EditCommands::cut()
@@ -103,7 +114,7 @@ void EditCommands::paste()
         return;
     }
     const QMimeData *data = QApplication::clipboard()->mimeData();
-    if (data == nullptr || isElsewhere())
+    if (data == nullptr || m_area == Area::Popover)
         return;
     if (RecipeCommands::canPaste())
         m_rules.paste();
@@ -116,14 +127,18 @@ void EditCommands::remove()
 {
     if (auto *line = qobject_cast<QLineEdit *>(textField()))
         line->del();
-    else if (textField() == nullptr && !isElsewhere())
-        m_area == Area::Rules ? m_rules.deleteSelected() : m_parts.files.removeSelected();
+    else if (textField() == nullptr && m_area == Area::Rules)
+        m_rules.deleteSelected();
+    else if (textField() == nullptr && m_area == Area::Files)
+        m_parts.files.removeSelected();
 }
 
 void EditCommands::selectAll()
 {
     if (QWidget *field = textField())
         QMetaObject::invokeMethod(field, "selectAll");
-    else if (!isElsewhere())
-        m_area == Area::Rules ? m_parts.recipe.selectAllRules() : m_parts.files.selectAllFiles();
+    else if (m_area == Area::Rules)
+        m_parts.recipe.selectAllRules();
+    else if (m_area != Area::Popover)
+        m_parts.files.selectAllFiles();
 }

@@ -7,8 +7,9 @@
 
 class RecipeCommands;
 
-/// The commands that mean what the keyboard is at: a text field, the recipe or the file table. What
-/// had the keyboard last among these counts, so that menus know what they are for.
+/// The commands that mean what the keyboard is at: a text field, the tiles of the recipe or the
+/// file table. Elsewhere there is nothing to take away: who has moved on to a button does not look
+/// at what is selected behind it. While a menu has the keyboard, what had it before counts.
 class EditCommands : public QObject
 {
     Q_OBJECT
@@ -19,6 +20,8 @@ public:
     bool canCopy() const;
     bool canPaste() const;
     bool canRemove() const;
+    /// What removing means at the moment.
+    QString removeText() const;
     bool canSelectAll() const;
     void cut();
     void copy();
@@ -31,15 +34,14 @@ Q_SIGNALS:
     void changed();
 
 private:
-    enum class Area { Files, Rules };
+    enum class Area { Elsewhere, Popover, Files, Rules };
 
     void focusChanged(QWidget *now);
+    Area areaOf(const QWidget &now) const;
     /// The text field with the keyboard; null when there is none in this window.
     QWidget *textField() const;
-    /// The keyboard is in a popover or a sheet, to which rules and files are nothing.
-    bool isElsewhere() const;
 
     const BatchParts m_parts;
     RecipeCommands &m_rules;
-    Area m_area = Area::Files;
+    Area m_area = Area::Elsewhere;
 };

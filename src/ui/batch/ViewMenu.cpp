@@ -94,7 +94,7 @@ void ViewMenu::addAppearances()
 
 void ViewMenu::addFullScreen(QMainWindow &window)
 {
-    QAction *fullScreen = addAction(tr("&Full Screen"));
+    QAction *fullScreen = addAction(tr("F&ull Screen"));
     fullScreen->setCheckable(true);
     fullScreen->setShortcut(Qt::Key_F11);
     connect(fullScreen, &QAction::triggered, &window,

@@ -169,6 +169,9 @@ void FilePane::Private::showTableOrInvitation()
     filters->setVisible(!isEmpty);
     if (isEmpty)
         filters->chooseAll(); // the next files are not to be hidden
+    // A page that is not shown asks for no room.
+    const auto policy = isEmpty ? QSizePolicy::Preferred : QSizePolicy::Ignored;
+    invitation->setSizePolicy(policy, policy);
     pages->setCurrentWidget(isEmpty ? static_cast<QWidget *>(invitation) : tablePage);
 }
 
@@ -275,6 +278,11 @@ void FilePane::focusTable()
 {
     if (!m_private->isSearching)
         m_private->table->setFocus(Qt::OtherFocusReason);
+}
+
+const QWidget &FilePane::table() const
+{
+    return *m_private->table;
 }
 
 void FilePane::addControl(QWidget *control)

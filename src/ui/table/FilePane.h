@@ -29,6 +29,7 @@ public:
     /// The file under the keyboard's cursor; null when there is none.
     std::shared_ptr<TFileObject> currentFile() const;
     void focusTable();
+    const QWidget &table() const;
     QLineEdit *searchField() const;
     /// The buttons that choose which files are shown.
     QList<PillButton *> filters() const;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/table/FileTableView.h"
 
+#include "document/TDocumentDrag.h"
 #include "ui/table/FileCells.h"
 #include "ui/table/FileTableHeader.h"
 #include "ui/table/NewNameDelegate.h"
@@ -255,8 +256,30 @@ void FileTableView::paintEvent(QPaintEvent *event)
     painter.drawEllipse(QPointF(4, line), 3, 3);
 }
 
+/// Past the next row that is shown, as a drag would.
+void FileTableView::moveSelected(bool up)
+{
+    const auto &ranges = m_selection->rows().ranges();
+    if (ranges.empty())
+        return;
+    const auto past = static_cast<int>(up ? ranges.front().first - 1 : ranges.back().last + 1);
+    if (past < 0 || past >= m_model.rowCount())
+        return;
+    m_document.tableViewAcceptDrop(
+        *TDocumentDrag::dataForFileRows(selectedRows(), m_document.myUUID()),
+        m_model.documentRow(past) + (up ? 0 : 1));
+    scrollTo(currentIndex());
+}
+
 void FileTableView::keyPressEvent(QKeyEvent *event)
 {
+    const bool isUp = event->key() == Qt::Key_Up;
+    if ((event->modifiers() & ~Qt::KeypadModifier) == Qt::AltModifier &&
+        (isUp || event->key() == Qt::Key_Down)) {
+        moveSelected(isUp);
+        event->accept();
+        return;
+    }
     if (event->matches(QKeySequence::Delete)) {
         removeSelected();
         event->accept();

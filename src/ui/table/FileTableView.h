@@ -26,6 +26,7 @@ public:
     void removeSelected();
     /// Moves the cursor to the next selected row, and from the last one to the first.
     void goToNextSelected();
+    void moveSelected(bool up);
     void keyboardSearch(const QString &search) override;
     /// Where the row's problem icon is, in the viewport.
     QRect problemRect(int row) const;

@@ -18,6 +18,7 @@ namespace {
 /// Milliseconds without a key before names are searched.
 constexpr int kPause = 90;
 constexpr int kSearchLetters = 26;
+constexpr int kLeastSearchLetters = 12;
 
 struct PillText
 {
@@ -64,7 +65,7 @@ FilterRow::FilterRow(QWidget *parent)
     m_search->setClearButtonEnabled(true);
     m_lens = m_search->addAction(Icons::icon("search"_L1), QLineEdit::LeadingPosition);
     m_search->installEventFilter(this);
-    layout->addWidget(m_search);
+    layout->addWidget(m_search, 1); // up to its width, then the room before it
     followFont();
     m_pause.setSingleShot(true);
     connect(m_search, &QLineEdit::textChanged, this, [this] { m_pause.start(kPause); });
@@ -126,8 +127,9 @@ bool FilterRow::eventFilter(QObject *watched, QEvent *event)
 void FilterRow::followFont()
 {
     const QFontMetrics metrics = fontMetrics();
-    m_search->setFixedWidth(metrics.averageCharWidth() * kSearchLetters +
-                            2 * Icons::extent(metrics));
+    const int icons = 2 * Icons::extent(metrics);
+    m_search->setMinimumWidth(metrics.averageCharWidth() * kLeastSearchLetters + icons);
+    m_search->setMaximumWidth(metrics.averageCharWidth() * kSearchLetters + icons);
 }
 
 void FilterRow::changeEvent(QEvent *event)

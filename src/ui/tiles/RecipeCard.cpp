@@ -157,6 +157,11 @@ QWidget *RecipeCard::presetPopUp() const
     return m_private->presets;
 }
 
+const QWidget &RecipeCard::tiles() const
+{
+    return *m_private->strip;
+}
+
 void RecipeCard::setEditedTile(QWidget *tile)
 {
     m_private->strip->setEditedTile(qobject_cast<RuleTile *>(tile));

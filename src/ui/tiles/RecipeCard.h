@@ -27,6 +27,8 @@ public:
     QWidget *tileOf(const TRulePtr &rule) const;
     QWidget *extensionTile() const;
     QWidget *presetPopUp() const;
+    /// Around the tiles of the rules.
+    const QWidget &tiles() const;
     /// The outlined tile, whose editor is open; null: none.
     void setEditedTile(QWidget *tile);
     RecipeCommands &commands() const;

@@ -25,16 +25,9 @@ class TestBatchWindow : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void commandsAndKeys();
     void filtersByMenu();
-    void noKeyMeansTwoThings();
-    void enabledCommands_data();
-    void enabledCommands();
-    void recipeByKeys();
-    void tabGoesRound();
     void editorsComeOneAtATime();
     void rulesGoFromWindowToWindow();
-    void textFieldsKeepTheirKeys();
     void sorting_data();
     void sorting();
     void addPanels_data();
@@ -50,29 +43,6 @@ private Q_SLOTS:
     void fitsASmallScreen();
 };
 
-void TestBatchWindow::commandsAndKeys()
-{
-    const QString all(
-        u"New Batch: Ctrl+N|Add Files...: Ctrl+O|Add Folder...: Ctrl+Shift+O|"
-        u"Save Preset...: Ctrl+S|Delete Presets...: |Close: Ctrl+W|Quit: Ctrl+Q|"
-        u"Undo: Ctrl+Z|Redo: Ctrl+Shift+Z|Delete: Del|Select All: Ctrl+A|Find: Ctrl+F|"
-        u"Preferences...: Ctrl+,|Text: Ctrl+1|RegEx: Ctrl+0|Edit Rule: |Move Left: Alt+Left|"
-        u"Move Right: Alt+Right|Extension...: Ctrl+E|Color Code Results: |Live Update: |"
-        u"Test Run: F5|Show Test Run Log: Shift+F5|Rename: Ctrl+Return|Roll Back This Run: |"
-        u"Roll Back an Earlier Run...: |Folder Access...: |Metadata Inspector: Ctrl+I|"
-        u"Dark: |Full Screen: F11|Tavrin Help: F1|Regular Expressions: |Keys: |Welcome: |"
-        u"Check for Updates...: |About Tavrin: "_s);
-    const QStringList expected = all.split(u'|');
-    const BatchFixture batch;
-    QStringList found;
-    for (const QString &line : expected) {
-        const QString text = line.section(u':', 0, 0);
-        found +=
-            text + ": "_L1 + batch.command(text).shortcut().toString(QKeySequence::PortableText);
-    }
-    QCOMPARE(found, expected);
-}
-
 void TestBatchWindow::filtersByMenu()
 {
     const BatchFixture batch({u"a.txt"_s, u"b.txt"_s});
@@ -87,118 +57,6 @@ void TestBatchWindow::filtersByMenu()
     }
     QCOMPARE(checked, QStringList(u"Problems"_s));
     QCOMPARE(WindowTools::button(batch.files(), u"Problems"_s)->isChecked(), true);
-}
-
-/// A key that two actions of a window claim does nothing at all.
-void TestBatchWindow::noKeyMeansTwoThings()
-{
-    const BatchFixture batch;
-    QStringList keys;
-    for (const QAction *action : WindowTools::commands(*batch.window->menuBar())) {
-        for (const QKeySequence &key : action->shortcuts())
-            keys += key.toString();
-    }
-    QStringList once = keys;
-    once.removeDuplicates();
-    QCOMPARE(keys.size(), once.size());
-}
-
-void TestBatchWindow::enabledCommands_data()
-{
-    QTest::addColumn<int>("files");
-    QTest::addColumn<int>("rules");
-    QTest::addColumn<QString>("focus");
-    QTest::addColumn<QStringList>("disabled");
-    const QStringList rules{u"Cut"_s, u"Copy"_s, u"Edit Rule"_s, u"Move Left"_s, u"Move Right"_s};
-    const QStringList always{u"Undo"_s, u"Redo"_s, u"Roll Back This Run"_s};
-    const QStringList noFiles{u"Sort"_s, u"Folder Access..."_s};
-    QTest::newRow("empty") << 0 << 0 << u"files"_s
-                           << always + rules + noFiles +
-                                  QStringList{u"Delete"_s, u"Select All"_s, u"Save Preset..."_s,
-                                              u"Show Test Run Log"_s};
-    QTest::newRow("files") << 2 << 0 << u"files"_s
-                           << rules + QStringList{u"Redo"_s, u"Roll Back This Run"_s, u"Delete"_s,
-                                                  u"Save Preset..."_s};
-    QTest::newRow("a selected rule")
-        << 0 << 1 << u"rules"_s
-        << QStringList{u"Redo"_s, u"Roll Back This Run"_s, u"Move Left"_s, u"Move Right"_s} +
-               noFiles;
-    QTest::newRow("last of two rules")
-        << 2 << 2 << u"rules"_s << QStringList{u"Redo"_s, u"Roll Back This Run"_s, u"Move Right"_s};
-    QTest::newRow("search field") << 0 << 0 << u"search"_s
-                                  << always + noFiles +
-                                         QStringList{u"Edit Rule"_s, u"Move Left"_s,
-                                                     u"Move Right"_s, u"Save Preset..."_s,
-                                                     u"Show Test Run Log"_s};
-}
-
-void TestBatchWindow::enabledCommands()
-{
-    QFETCH(const int, files);
-    QFETCH(const int, rules);
-    QFETCH(const QString, focus);
-    QFETCH(QStringList, disabled);
-    QStringList names;
-    for (int i = 0; i < files; ++i)
-        names += u"f%1.txt"_s.arg(i);
-    const BatchFixture batch(names);
-    for (int i = 0; i < rules; ++i)
-        batch.document().addRules({textRule(QString::number(i))}, i);
-    if (focus == "rules"_L1)
-        batch.recipe().focusRecipe();
-    else if (focus == "search"_L1)
-        batch.key(Qt::Key_F, Qt::ControlModifier);
-    QApplication::clipboard()->clear();
-    QVERIFY(batch.settle());
-    QStringList found;
-    for (const QAction *action : WindowTools::commands(*batch.window->menuBar())) {
-        const QString text = WindowTools::plain(action->text());
-        if (!action->isEnabled() && text != "Paste"_L1)
-            found += text;
-    }
-    found.sort();
-    disabled += u"New name"_s; // the column that cannot be hidden
-    disabled.sort();
-    QCOMPARE(found, disabled);
-}
-
-void TestBatchWindow::recipeByKeys()
-{
-    const BatchFixture batch({u"b.txt"_s, u"a.txt"_s});
-    batch.key(Qt::Key_1, Qt::ControlModifier);
-    batch.type(u"Day "_s);
-    batch.key(Qt::Key_Return);
-    batch.key(Qt::Key_3, Qt::ControlModifier);
-    batch.key(Qt::Key_Escape);
-    QVERIFY(batch.settle());
-    QCOMPARE(batch.targets(), QStringList({u"Day 1"_s, u"Day 2"_s}));
-    batch.recipe().focusRecipe();
-    batch.key(Qt::Key_Left, Qt::AltModifier);
-    QVERIFY(batch.settle());
-    QCOMPARE(batch.targets(), QStringList({u"1Day "_s, u"2Day "_s}));
-    batch.key(Qt::Key_Delete);
-    QVERIFY(batch.settle());
-    QCOMPARE(batch.rules(), QStringList(u"Text"_s));
-    batch.key(Qt::Key_Z, Qt::ControlModifier);
-    batch.key(Qt::Key_Z, Qt::ControlModifier);
-    QVERIFY(batch.settle());
-    QCOMPARE(batch.targets(), QStringList({u"Day 1"_s, u"Day 2"_s}));
-    QCOMPARE(batch.command(u"Undo Add Rule"_s).isEnabled(), true);
-}
-
-void TestBatchWindow::tabGoesRound()
-{
-    const BatchFixture batch({u"a.txt"_s});
-    batch.document().addRules({textRule(u"n"_s)}, 0);
-    QVERIFY(batch.settle());
-    batch.command(u"Metadata Inspector"_s).trigger();
-    batch.files().focusTable();
-    QStringList names;
-    for (int i = 0; i < 4; ++i) {
-        batch.key(Qt::Key_Tab);
-        names += QApplication::focusWidget()->accessibleName();
-    }
-    QCOMPARE(names, (QStringList{u"Test Run"_s, u"Rename"_s, u"Close Metadata"_s, u"Text"_s}));
 }
 
 void TestBatchWindow::editorsComeOneAtATime()
@@ -236,28 +94,6 @@ void TestBatchWindow::rulesGoFromWindowToWindow()
     QApplication::clipboard()->setText(u"text"_s); // neither rules nor files
     QVERIFY(to.settle());
     QCOMPARE(to.command(u"Paste"_s).isEnabled(), false);
-}
-
-/// In a text field the keys of the menus belong to the text.
-void TestBatchWindow::textFieldsKeepTheirKeys()
-{
-    const BatchFixture batch({u"a.txt"_s});
-    batch.files().selectAllFiles();
-    batch.key(Qt::Key_1, Qt::ControlModifier);
-    auto *field = qobject_cast<QLineEdit *>(QApplication::focusWidget());
-    QVERIFY(field != nullptr);
-    field->setText(u"abc"_s);
-    field->setCursorPosition(0);
-    batch.key(Qt::Key_Delete);
-    QCOMPARE(field->text(), u"bc"_s);
-    QVERIFY(batch.settle());
-    batch.command(u"Delete"_s).trigger();
-    QCOMPARE(field->text(), u"c"_s);
-    batch.command(u"Select All"_s).trigger();
-    batch.command(u"Cut"_s).trigger();
-    QCOMPARE(QApplication::clipboard()->text(), u"c"_s);
-    QCOMPARE(batch.document().sourceObjectArray().size(), 1U);
-    QCOMPARE(batch.rules(), QStringList(u"Text"_s));
 }
 
 void TestBatchWindow::sorting_data()
