@@ -3,6 +3,7 @@
 
 #include "app/TAppDelegate.h"
 #include "platform/QtMainThread.h"
+#include "ui/application/ContextMenuKey.h"
 #include "ui/batch/ApplicationCommands.h"
 #include "ui/batch/BatchWindow.h"
 
@@ -76,6 +77,7 @@ private:
     void batchFinished(BatchWindow *batch);
     void quitIfDone();
 
+    ContextMenuKey m_contextMenuKey;
     Notifications m_notifications;
     RunningSystem m_system;
     QtMainThread m_mainThread; ///< what was posted and never ran refers to the above

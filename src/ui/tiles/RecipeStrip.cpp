@@ -283,9 +283,8 @@ void RecipeStrip::startCopyDrag(const TRulePtr &rule)
 
 void RecipeStrip::contextMenuEvent(QContextMenuEvent *event)
 {
-    qsizetype place = placeAt(event->pos());
-    if (event->reason() == QContextMenuEvent::Keyboard)
-        place = selection().current();
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const qsizetype place = isByKey ? selection().current() : placeAt(event->pos());
     if (place >= 0 && !selection().isSelected(tiles()[static_cast<std::size_t>(place)]->rule())) {
         editSelection().selectOnly(place);
         selectionEdited();
@@ -307,5 +306,8 @@ void RecipeStrip::contextMenuEvent(QContextMenuEvent *event)
     menu->actions().constLast()->setEnabled(RecipeCommands::canPaste());
     menu->addSeparator();
     add("trash"_L1, tr("&Delete"), [this] { m_commands.deleteSelected(); });
-    menu->popup(event->globalPos());
+    // By key below its tile, so that it can be seen whose it is.
+    const RuleTile *const tile = isByKey && rule ? tileOf(rule) : nullptr;
+    menu->popup(tile == nullptr ? event->globalPos()
+                                : tile->mapToGlobal(tile->rect().bottomLeft()));
 }

@@ -6,6 +6,7 @@
 #include "ui/application/ApplicationHost.h"
 #include "ui/controls/Popover.h"
 #include "ui/table/FilePane.h"
+#include "ui/tiles/RecipeCard.h"
 #include "ui/windows/AboutDialog.h"
 #include "ui/windows/FirstRunDialog.h"
 #include "ui/windows/LogWindow.h"
@@ -16,6 +17,7 @@
 #include "ui/windows/WelcomeWindow.h"
 
 #include <QDropEvent>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTableView>
@@ -81,6 +83,8 @@ private Q_SLOTS:
     void firstStart();
     void beginsWithAPreset();
     void laterStarts();
+    void contextMenusByKey_data();
+    void contextMenusByKey();
     void endsWithTheLastWindow();
     void quitsFromEveryWindow_data();
     void quitsFromEveryWindow();
@@ -186,6 +190,39 @@ void TestApplication::laterStarts()
     first->findChild<FilePane *>()->focusTable();
     program.host->open({TFileURL::fileURLWithPath(program.tree.file(u"files/b.txt"_s))});
     QTRY_COMPARE(first->document().sourceObjectArray().size(), 2U);
+}
+
+void TestApplication::contextMenusByKey_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::newRow("tile") << u"Duplicate"_s;
+    QTest::newRow("file") << u"Copy New Name"_s;
+    QTest::newRow("text field") << u"Select All"_s;
+}
+
+void TestApplication::contextMenusByKey()
+{
+    QFETCH(const QString, command);
+    const Program program({u"a.txt"_s});
+    BatchWindow &window = *program.window();
+    window.document().addRules({TRuleKinds::ruleForIdentifier(u"Counter"_s)}, 0);
+    auto &files = *window.findChild<FilePane *>();
+    files.selectAllFiles();
+    const QLatin1StringView place(QTest::currentDataTag());
+    if (place == "tile"_L1)
+        window.findChild<RecipeCard *>()->focusRecipe();
+    else if (place == "file"_L1)
+        files.focusTable();
+    else
+        files.searchField()->setFocus();
+    key(Qt::Key_F10, Qt::ShiftModifier);
+    const QWidget *const menu = QApplication::activePopupWidget();
+    QVERIFY(menu != nullptr);
+    QStringList texts;
+    for (const QAction *action : menu->actions())
+        texts += WindowTools::plain(action->text());
+    QVERIFY(texts.contains(command));
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
 }
 
 void TestApplication::endsWithTheLastWindow()
