@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMark = 16;
+constexpr int kAroundMark = 6;
 constexpr qreal kRadius = 4;
 
 /// Behind the whole row, with round corners at its ends alone.
@@ -34,6 +34,11 @@ void paintGround(QPainter &painter, const QStyleOptionViewItem &option, const QC
 }
 
 } // namespace
+
+int TagDelegate::indentation(const QFontMetrics &metrics)
+{
+    return Icons::extent(metrics) + kAroundMark;
+}
 
 void TagDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                         const QModelIndex &index) const
@@ -59,9 +64,9 @@ void TagDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     const QVariant ink = index.data(Qt::ForegroundRole);
     painter->setFont(item.font);
     painter->setPen(ink.isValid() ? ink.value<QColor>() : colors.ink);
-    const int indentation = index.column() == 0 ? kIndentation : 0;
-    const QRect room = QStyle::visualRect(item.direction, item.rect,
-                                          item.rect.adjusted(indentation, 0, -kPadding, 0));
+    const int start = index.column() == 0 ? indentation(item.fontMetrics) : 0;
+    const QRect room =
+        QStyle::visualRect(item.direction, item.rect, item.rect.adjusted(start, 0, -kPadding, 0));
     painter->drawText(room, static_cast<int>(Qt::AlignVCenter) | Qt::AlignLeading,
                       item.fontMetrics.elidedText(item.text, Qt::ElideRight, room.width()));
     painter->restore();
@@ -73,10 +78,11 @@ void TagDelegate::paintMark(QPainter &painter, const QStyleOptionViewItem &optio
 {
     const QColor ink = ThemeColors::of(option.palette).muted;
     const QRect &cell = option.rect;
-    const QRect place(cell.left() + (kIndentation - kMark) / 2,
-                      cell.top() + (cell.height() - kMark) / 2, kMark, kMark);
+    const int side = Icons::extent(option.fontMetrics);
+    const QRect place(cell.left() + kAroundMark / 2, cell.top() + (cell.height() - side) / 2, side,
+                      side);
     painter.drawPixmap(QStyle::visualRect(option.direction, cell, place),
-                       Icons::pixmap(drawing, kMark, ink, painter.device()->devicePixelRatioF()));
+                       Icons::pixmap(drawing, side, ink, painter.device()->devicePixelRatioF()));
 }
 
 QSize TagDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const

@@ -12,9 +12,10 @@ class TagDelegate : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    /// How far titles and names stand from the tree's edge, and texts from the end of their cell.
-    static constexpr int kIndentation = 22;
+    /// From texts to the end of their cell.
     static constexpr int kPadding = 8;
+    /// How far titles and names stand from the tree's edge, behind their marks.
+    static int indentation(const QFontMetrics &metrics);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;

@@ -29,9 +29,8 @@ constexpr int kColumnGap = 4;
 constexpr double kMostForNames = 0.6; ///< of the width
 constexpr int kTileHeight = 28;
 constexpr int kTilePadding = 10;
-constexpr int kTileIcon = 16;
 constexpr int kTileGap = 6;
-constexpr int kMostTile = 320;
+constexpr int kMostCharacters = 40;
 
 } // namespace
 
@@ -216,21 +215,22 @@ QPixmap TagTree::picture(const TRuleModel &rule) const
 {
     const QColor ground = Theme::tileColor(rule.theColor(), palette());
     const QColor ink = Theme::inkOn(ground);
-    const int room = kMostTile - 2 * kTilePadding - kTileIcon - kTileGap;
+    const int side = Icons::extent(fontMetrics());
+    const int room = fontMetrics().averageCharWidth() * kMostCharacters;
     const QString name = fontMetrics().elidedText(rule.name(), Qt::ElideMiddle, room);
     const int textWidth = fontMetrics().horizontalAdvance(name);
     const int height = std::max(kTileHeight, fontMetrics().height() + kTileGap);
-    const QSize size(2 * kTilePadding + kTileIcon + kTileGap + textWidth, height);
+    const QSize size(2 * kTilePadding + side + kTileGap + textWidth, height);
     ImageCanvas canvas(size, devicePixelRatioF());
     canvas->setPen(Qt::NoPen);
     canvas->setBrush(ground);
     canvas->drawRoundedRect(QRect(QPoint(), size), Theme::kFieldRadius, Theme::kFieldRadius);
-    canvas->drawPixmap(kTilePadding, (height - kTileIcon) / 2,
-                       Icons::pixmap(Icons::forRule(rule), kTileIcon, ink, devicePixelRatioF()));
+    canvas->drawPixmap(kTilePadding, (height - side) / 2,
+                       Icons::pixmap(Icons::forRule(rule), side, ink, devicePixelRatioF()));
     canvas->setPen(ink);
     canvas->setFont(font());
-    canvas->drawText(QRect(kTilePadding + kTileIcon + kTileGap, 0, textWidth, height),
-                     Qt::AlignVCenter, name);
+    canvas->drawText(QRect(kTilePadding + side + kTileGap, 0, textWidth, height), Qt::AlignVCenter,
+                     name);
     return QPixmap::fromImage(canvas.finish());
 }
 
@@ -260,10 +260,10 @@ void TagTree::divide()
         for (const TagEntry &entry : group.entries)
             widest = std::max(widest, fontMetrics().horizontalAdvance(entry.name));
     }
-    header()->resizeSection(
-        TagModel::NameColumn,
-        std::min(TagDelegate::kIndentation + widest + kColumnGap + TagDelegate::kPadding,
-                 static_cast<int>(viewport()->width() * kMostForNames)));
+    header()->resizeSection(TagModel::NameColumn,
+                            std::min(TagDelegate::indentation(fontMetrics()) + widest + kColumnGap +
+                                         TagDelegate::kPadding,
+                                     static_cast<int>(viewport()->width() * kMostForNames)));
 }
 
 void TagTree::changeEvent(QEvent *event)

@@ -13,7 +13,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kPadding = 20;
-constexpr int kIcon = 16;
 constexpr int kLeastWidth = 48;
 constexpr float kDashOpacity = 0.6F;
 
@@ -62,8 +61,9 @@ void DropPlace::paintEvent(QPaintEvent *)
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, accessibleName());
         return;
     }
-    painter.drawPixmap(rect().center() + QPoint(1, 1) - QPoint(kIcon / 2, kIcon / 2),
-                       Icons::pixmap("plus"_L1, kIcon, colors.muted, devicePixelRatioF()));
+    const int side = Icons::extent(fontMetrics());
+    painter.drawPixmap(rect().center() + QPoint(1, 1) - QPoint(side / 2, side / 2),
+                       Icons::pixmap("plus"_L1, side, colors.muted, devicePixelRatioF()));
 }
 
 void DropPlace::focusInEvent(QFocusEvent *)

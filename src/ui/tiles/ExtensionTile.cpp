@@ -10,15 +10,26 @@
 #include <QPainter>
 #include <QStyle>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kPeriod = 12; ///< before the tile, as it stands before an extension
-constexpr int kPeriodSize = 3;
 constexpr int kPadding = 13;
 constexpr int kGap = 14;
 constexpr int kInset = 2;
+
+/// Of the period that stands before the tile as it does before an extension.
+int periodSize(const QFontMetrics &metrics)
+{
+    return std::max(3, metrics.height() / 5);
+}
+
+int roomForPeriod(const QFontMetrics &metrics)
+{
+    return 4 * periodSize(metrics);
+}
 
 } // namespace
 
@@ -58,7 +69,7 @@ QSize ExtensionTile::sizeHint() const
 {
     const int title = QFontMetrics(titleFont()).horizontalAdvance(tr("Extension"));
     const int name = fontMetrics().horizontalAdvance(text());
-    return {kPeriod + 2 * kInset + 2 * kPadding + title + kGap + name + kGap +
+    return {roomForPeriod(fontMetrics()) + 2 * kInset + 2 * kPadding + title + kGap + name + kGap +
                 Icons::extent(fontMetrics()),
             TileDrawing::height(fontMetrics(), true)};
 }
@@ -73,10 +84,12 @@ void ExtensionTile::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(colors.extension);
-    const int foot = rect().center().y() + fontMetrics().ascent() / 2 - kPeriodSize;
-    painter.drawEllipse(placed({2, foot, kPeriodSize, kPeriodSize}));
+    const int period = periodSize(fontMetrics());
+    const int foot = rect().center().y() + fontMetrics().ascent() / 2 - period;
+    painter.drawEllipse(placed({2, foot, period, period}));
 
-    const QRect frame = placed(rect().adjusted(kPeriod + kInset, kInset, -kInset, -kInset));
+    const int left = roomForPeriod(fontMetrics()) + kInset;
+    const QRect frame = placed(rect().adjusted(left, kInset, -kInset, -kInset));
     const bool isLit = hasFocus() || m_isEdited;
     painter.setPen(QPen(isLit ? colors.accent : colors.extension, isLit ? 2 : 1.5));
     painter.setBrush(isDown() || underMouse() ? colors.field : colors.card);
@@ -85,7 +98,7 @@ void ExtensionTile::paintEvent(QPaintEvent *)
 
     const QFont title = titleFont();
     const int titleWidth = QFontMetrics(title).horizontalAdvance(tr("Extension"));
-    const int start = kPeriod + kInset + kPadding;
+    const int start = left + kPadding;
     painter.setFont(title);
     painter.setPen(colors.extension);
     painter.drawText(placed({start, 0, titleWidth + 1, height()}), Qt::AlignCenter,
