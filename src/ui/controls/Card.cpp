@@ -3,6 +3,7 @@
 
 #include "ui/controls/Theme.h"
 
+#include <QEvent>
 #include <QPainter>
 
 Card::Card(QWidget *parent)
@@ -10,12 +11,26 @@ Card::Card(QWidget *parent)
 {
 }
 
+void Card::showFocusOf(QWidget *view)
+{
+    m_view = view;
+    view->installEventFilter(this);
+}
+
+bool Card::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        update();
+    return QWidget::eventFilter(watched, event);
+}
+
 void Card::paintEvent(QPaintEvent *)
 {
     const ThemeColors colors = ThemeColors::of(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(colors.border, 1));
+    const bool isLit = m_view != nullptr && m_view->hasFocus();
+    painter.setPen(isLit ? QPen(colors.accent, 1.5) : QPen(colors.border, 1));
     painter.setBrush(colors.card);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Theme::kCardRadius,
                             Theme::kCardRadius);

@@ -11,6 +11,8 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -29,6 +31,14 @@ bool isCellEditor(const QWidget &field)
            qobject_cast<const QAbstractItemView *>(viewport->parentWidget()) != nullptr;
 }
 
+bool giveFocus(QWidget *widget)
+{
+    if (widget == nullptr || !widget->isVisible() || !widget->isEnabled())
+        return false;
+    widget->setFocus(Qt::PopupFocusReason);
+    return true;
+}
+
 } // namespace
 
 Popover *Popover::open(QWidget *content, QWidget *anchor, const QRect &part)
@@ -39,13 +49,19 @@ Popover *Popover::open(QWidget *content, QWidget *anchor, const QRect &part)
 Popover::Popover(QWidget *content, QWidget *anchor, const QRect &part)
     : QWidget(anchor->window())
     , m_content(content)
+    , m_scroll(new QScrollArea(this))
     , m_anchor(anchor)
     , m_part(part)
     , m_focusBefore(QApplication::focusWidget())
 {
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName(content->accessibleName());
-    content->setParent(this);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setFocusPolicy(Qt::NoFocus);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setWidget(content);
+    for (QWidget *clear : {m_scroll->viewport(), content})
+        clear->setAutoFillBackground(false); // the popover's own ground shows
     qApp->installEventFilter(this);
     connect(anchor, &QObject::destroyed, this, [this] { end(true); });
     place();
@@ -84,16 +100,14 @@ void Popover::end(bool withAnchor)
     if (hadFocus)
         focus->clearFocus(); // else hiding hands it to whichever widget is next
     hide();
-    if (hadFocus && m_focusBefore != nullptr) {
-        const auto giveBack = [before = m_focusBefore.data()] {
-            if (before->isVisible())
-                before->setFocus(Qt::PopupFocusReason);
-        };
-        // With the anchor the whole window may be going away, and what had the focus with it.
-        if (withAnchor)
-            QMetaObject::invokeMethod(m_focusBefore.data(), giveBack, Qt::QueuedConnection);
-        else
-            giveBack();
+    if (hadFocus && withAnchor) {
+        // The whole window may be going away, and what had the focus with it.
+        if (m_focusBefore != nullptr)
+            QMetaObject::invokeMethod(
+                m_focusBefore.data(), [before = m_focusBefore.data()] { giveFocus(before); },
+                Qt::QueuedConnection);
+    } else if (hadFocus && !giveFocus(m_focusBefore)) {
+        giveFocus(m_anchor); // what had it has gone meanwhile, as the last problem's button does
     }
     Q_EMIT closed();
     deleteLater();
@@ -118,7 +132,9 @@ void Popover::place()
     const QRect target(m_anchor->mapTo(around, part.topLeft()), part.size());
     const QRect room = around->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
     const QSize frame(2 * (kShadow + kPadding), 2 * (kShadow + kPadding) + kArrow);
-    const QSize least = m_content->minimumSizeHint() + frame;
+    QSize least = m_content->minimumSizeHint() + frame;
+    if (least.height() > room.height() + 2 * kShadow)
+        least.rwidth() += m_scroll->verticalScrollBar()->sizeHint().width();
     const QSize wanted = (m_content->sizeHint() + frame).expandedTo(least);
     const int below = room.bottom() - target.bottom() + kShadow;
     const int above = target.top() - room.top() + kShadow;
@@ -136,7 +152,7 @@ void Popover::place()
     setGeometry(QRect(QPoint(x, y), size));
     const int corner = kShadow + static_cast<int>(Theme::kCardRadius) + kArrow;
     m_arrowX = std::clamp(target.center().x() - x, corner, std::max(corner, width() - corner));
-    m_content->setGeometry(body().adjusted(kPadding, kPadding, -kPadding, -kPadding));
+    m_scroll->setGeometry(body().adjusted(kPadding, kPadding, -kPadding, -kPadding));
     update();
 }
 
@@ -179,7 +195,7 @@ bool Popover::eventFilter(QObject *watched, QEvent *event)
             end(true);
         break;
     case QEvent::LayoutRequest:
-        if (watched == m_content)
+        if (watched == m_content || watched == m_scroll->viewport())
             place();
         break;
     case QEvent::KeyPress: {

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QPushButton;
+class QScrollArea;
 
 /// A small surface over its window, with an arrow to what it is about. It takes the keyboard when
 /// opened, keeps Tab to itself and gives the keyboard back when closed. Closes on Escape, on Return
@@ -46,6 +47,7 @@ private:
     QPushButton *defaultButton() const;
 
     QWidget *m_content;
+    QScrollArea *m_scroll; ///< around the content, which may be higher than the window
     QPointer<QWidget> m_anchor;
     QRect m_part;
     QPointer<QWidget> m_focusBefore;

@@ -109,9 +109,10 @@ void drawButton(QPainter &painter, const QStyleOption &option)
     const bool isFocused =
         has(option, QStyle::State_HasFocus) && has(option, QStyle::State_KeyboardFocusChange);
     const QColor edge = (isDefault || isOn) && isEnabled ? colors.accent : colors.border;
-    drawFace(painter, option.rect, fill,
-             isFocused ? QPen(isDefault ? colors.accentInk : colors.accent, 1.5)
-                       : QPen(isFlat ? QColor(Qt::transparent) : edge));
+    const QPen pen(isFlat ? QColor(Qt::transparent) : edge);
+    drawFace(painter, option.rect, fill, isFocused ? QPen(colors.accent, 1.5) : pen);
+    if (isFocused && isDefault) // within, since the edge has the accent already
+        drawFace(painter, option.rect.adjusted(2, 2, -2, -2), fill, QPen(colors.accentInk, 1.5));
 }
 
 void drawIndicator(QPainter &painter, const QStyleOption &option, bool isRadio)
@@ -119,21 +120,19 @@ void drawIndicator(QPainter &painter, const QStyleOption &option, bool isRadio)
     const ThemeColors colors = ThemeColors::of(option.palette);
     const bool isEnabled = has(option, QStyle::State_Enabled);
     const bool isOn = has(option, QStyle::State_On);
-    const bool isPartly = has(option, QStyle::State_NoChange);
+    const bool isMarked = isOn || has(option, QStyle::State_NoChange);
     QRectF box(QPointF(), QSizeF(1, 1) * Icons::extent(option.fontMetrics));
     box.moveCenter(QRectF(option.rect).center());
     box.adjust(0.5, 0.5, -0.5, -0.5);
     const qreal radius = isRadio ? box.height() / 2 : 4;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor fill =
-        isOn || isPartly ? (isEnabled ? colors.accent : colors.border) : colors.field;
-    const QColor strong = has(option, QStyle::State_HasFocus) ? colors.accent : colors.muted;
-    painter.setPen(QPen(isOn || isPartly ? fill : strong, 1));
+    const QColor fill = !isMarked ? colors.field : isEnabled ? colors.accent : colors.border;
+    painter.setPen(QPen(isMarked ? fill : colors.muted, 1));
     painter.setBrush(fill);
     painter.drawRoundedRect(box, radius, radius);
-    if (has(option, QStyle::State_HasFocus) && isOn) {
-        painter.setPen(QPen(colors.ink, 1));
+    if (has(option, QStyle::State_HasFocus)) {
+        painter.setPen(QPen(isMarked ? colors.ink : colors.accent, 1));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(box.adjusted(-1.5, -1.5, 1.5, 1.5), radius + 1.5, radius + 1.5);
     }
@@ -148,7 +147,7 @@ void drawIndicator(QPainter &painter, const QStyleOption &option, bool isRadio)
     } else if (isOn) {
         const std::array tick{QPointF(-3.5, 0.2), QPointF(-1, 2.8), QPointF(3.6, -2.6)};
         painter.drawPolyline(tick.data(), static_cast<int>(tick.size()));
-    } else if (isPartly) {
+    } else if (isMarked) {
         painter.drawLine(QPointF(-3, 0), QPointF(3, 0));
     }
     painter.restore();
@@ -263,18 +262,22 @@ void TavrinStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
         drawFrame(*painter, option->rect, edge);
         return;
     }
+    case PE_PanelItemViewRow: // beside an item of a tree, which its delegate paints
+        if (!has(*option, State_Selected))
+            break;
+        painter->fillRect(option->rect, ThemeColors::of(option->palette).selection);
+        return;
     case PE_PanelButtonCommand:
         drawButton(*painter, *option);
         return;
     case PE_IndicatorCheckBox:
-        drawIndicator(*painter, *option, false);
-        return;
     case PE_IndicatorRadioButton:
-        drawIndicator(*painter, *option, true);
+        drawIndicator(*painter, *option, element == PE_IndicatorRadioButton);
         return;
     default:
-        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        break;
     }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
 void TavrinStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
@@ -307,9 +310,8 @@ void TavrinStyle::drawControl(ControlElement element, const QStyleOption *option
         painter->fillRect(option->rect, colors.card);
         const auto *header = qstyleoption_cast<const QStyleOptionHeader *>(option);
         if (header == nullptr || header->orientation == Qt::Horizontal)
-            painter->fillRect(
-                QRect(option->rect.left(), option->rect.bottom(), option->rect.width(), 1),
-                colors.border);
+            painter->fillRect(QRect(option->rect.bottomLeft(), QSize(option->rect.width(), 1)),
+                              colors.border);
         return;
     }
     default:
@@ -363,9 +365,8 @@ QRect TavrinStyle::subControlRect(ComplexControl control, const QStyleOptionComp
     QRect part;
     if (control == CC_SpinBox) {
         const auto *spin = qstyleoption_cast<const QStyleOptionSpinBox *>(option);
-        const bool hasButtons =
-            spin != nullptr && spin->buttonSymbols != QAbstractSpinBox::NoButtons;
-        const int stepper = hasButtons ? kStepperWidth : 0;
+        const bool isBare = spin == nullptr || spin->buttonSymbols == QAbstractSpinBox::NoButtons;
+        const int stepper = isBare ? 0 : kStepperWidth;
         const int middle = all.top() + all.height() / 2;
         switch (subControl) {
         case SC_SpinBoxUp:

@@ -7,13 +7,25 @@
 #include <QStyleFactory>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr double kReadable = 4.5;
+/// What a desktop may ask of its users, in what is of use and in what is not.
+constexpr double kLeast = 3;
+constexpr double kLeastDisabled = 2;
+constexpr std::array<std::pair<QPalette::ColorRole, QPalette::ColorRole>, 5> kInks{{
+    {QPalette::WindowText, QPalette::Window},
+    {QPalette::Text, QPalette::Base},
+    {QPalette::ButtonText, QPalette::Button},
+    {QPalette::HighlightedText, QPalette::Highlight},
+    {QPalette::ToolTipText, QPalette::ToolTipBase},
+}};
 constexpr QRgb kDarkInk = 0xff1c1f23;
 constexpr QRgb kLightInk = 0xfffdfdfd;
 
@@ -102,7 +114,7 @@ bool isPlainDesktop(const QPalette &desktop)
 /// Quiet, but not where the palette asks for all the contrast there is.
 double borderStrength(const ThemeColors &colors)
 {
-    constexpr double kFull = 20;
+    constexpr double kFull = 19; // yellow on black is one of them
     constexpr double kStrong = 0.6;
     if (Theme::contrast(colors.window, colors.ink) > kFull &&
         Theme::contrast(colors.card, colors.ink) > kFull)
@@ -157,7 +169,7 @@ void apply(Scheme scheme)
     }
     switch (scheme) {
     case Scheme::Desktop:
-        QApplication::setPalette(isPlain ? paletteOf(kLight) : desktop);
+        QApplication::setPalette(isPlain ? paletteOf(kLight) : legible(desktop));
         break;
     case Scheme::Light:
         QApplication::setPalette(paletteOf(kLight));
@@ -166,6 +178,35 @@ void apply(Scheme scheme)
         QApplication::setPalette(paletteOf(kDark));
         break;
     }
+}
+
+QPalette legible(QPalette palette)
+{
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        const double least = group == QPalette::Disabled ? kLeastDisabled : kLeast;
+        const auto isLegible = [&](QPalette::ColorRole ink, QPalette::ColorRole ground) {
+            return contrast(palette.color(group, ink), palette.color(group, ground)) >= least;
+        };
+        // Cards carry the texts of windows and those of lists, so both must suit them.
+        if (group != QPalette::Disabled && !isLegible(QPalette::WindowText, QPalette::Base))
+            palette.setColor(group, QPalette::Base, palette.color(group, QPalette::Window));
+        const QColor stripe = palette.color(group, QPalette::AlternateBase);
+        if (contrast(palette.color(group, QPalette::WindowText), stripe) < kReadable)
+            palette.setColor(group, QPalette::AlternateBase, palette.color(group, QPalette::Base));
+        for (const auto &[ink, ground] : kInks) {
+            const QColor behind = palette.color(group, ground);
+            const QColor clear = inkOn(behind);
+            if (!isLegible(ink, ground))
+                palette.setColor(group, ink,
+                                 group == QPalette::Disabled ? mixed(behind, clear, 0.5) : clear);
+        }
+        const QColor field = palette.color(group, QPalette::Base);
+        const QColor hint = palette.color(group, QPalette::PlaceholderText);
+        if (contrast(mixed(field, hint, hint.alphaF()), field) < least)
+            palette.setColor(group, QPalette::PlaceholderText,
+                             mixed(field, palette.color(group, QPalette::Text), 0.6));
+    }
+    return palette;
 }
 
 Scheme scheme()

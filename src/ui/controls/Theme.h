@@ -43,6 +43,9 @@ inline constexpr int kRowHeight = 24;
 /// Tavrin's.
 void apply(Scheme scheme);
 Scheme scheme();
+/// A desktop's palette with what could not be read on its ground made legible: some schemes leave
+/// the colours of disabled things, or of windows around lists, to chance.
+QPalette legible(QPalette palette);
 
 /// As WCAG 2 defines it: 1 to 21.
 double contrast(const QColor &first, const QColor &second);

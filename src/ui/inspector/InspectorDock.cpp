@@ -83,7 +83,7 @@ InspectorDock::Private::Private(InspectorDock &dock)
     m_filter = new QLineEdit(content);
     auto *const card = new Card(content);
     m_tree = new TagTree(card);
-    m_hint = new QLabel(tr("Drag a tag into the recipe, or double-click it."), content);
+    m_hint = new QLabel(tr("Drag a tag into the recipe, double-click it or press Enter."), content);
 
     dock.setTitleBarWidget(new DockTitle(dock));
     m_filter->setPlaceholderText(tr("Search tags"));
@@ -93,6 +93,7 @@ InspectorDock::Private::Private(InspectorDock &dock)
     auto *const cardLayout = new QVBoxLayout(card);
     cardLayout->setContentsMargins(kTreeMargin, kTreeMargin, kTreeMargin, kTreeMargin);
     cardLayout->addWidget(m_tree);
+    card->showFocusOf(m_tree);
     auto *const layout = new QVBoxLayout(content);
     layout->setContentsMargins(kMargin, 0, kMargin, kMargin);
     layout->setSpacing(kGap);

@@ -85,6 +85,7 @@ QWidget *framed(QWidget *view, QWidget *parent)
     auto *layout = new QVBoxLayout(card);
     layout->setContentsMargins(4, 4, 4, 4);
     layout->addWidget(view);
+    card->showFocusOf(view);
     return card;
 }
 

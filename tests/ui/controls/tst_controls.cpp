@@ -67,10 +67,28 @@ private Q_SLOTS:
         QTest::newRow("a desktop in sand") << QPalette(QColor(0xd8c8a0), QColor(0xefe4c8));
         QTest::newRow("a desktop in blue") << QPalette(QColor(0x203060), QColor(0x101c40));
         Theme::apply(Theme::Scheme::Light);
+        QPalette strong(Qt::yellow, Qt::black);
+        strong.setColor(QPalette::Base, Qt::black);
+        for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+            strong.setColor(role, Qt::yellow);
+        strong.setColor(QPalette::Disabled, QPalette::Text, Qt::black);
+        strong.setColor(QPalette::PlaceholderText, QColor(0, 0, 0, 128));
+        QTest::newRow("without colours for what is disabled") << strong;
+        QPalette mixed(Qt::white);
+        mixed.setColor(QPalette::Window, Qt::black);
+        mixed.setColor(QPalette::WindowText, Qt::white);
+        QTest::newRow("dark windows around light lists") << mixed;
     }
     void textCanBeRead()
     {
         QFETCH(QPalette, palette);
+        palette = Theme::legible(palette);
+        for (const auto &[group, role, least] :
+             {std::tuple(QPalette::Active, QPalette::Text, 4.5),
+              std::tuple(QPalette::Disabled, QPalette::Text, 2.0),
+              std::tuple(QPalette::Active, QPalette::PlaceholderText, 3.0)})
+            QVERIFY(Theme::contrast(palette.color(group, role),
+                                    palette.color(group, QPalette::Base)) >= least);
         const ThemeColors colors = ThemeColors::of(palette);
         const std::initializer_list<std::pair<QColor, QColor>> pairs{
             {colors.ink, colors.window},         {colors.ink, colors.card},
@@ -166,6 +184,21 @@ private Q_SLOTS:
         QCoreApplication::sendPostedEvents();
         const QRect content(open.content->mapTo(&open.window, QPoint()), open.content->size());
         QVERIFY(open.window.rect().contains(content));
+        open.first->setMinimumHeight(400); // as in very large fonts
+        QTRY_VERIFY(open.content->height() > open.window.height());
+        QTest::keyClick(open.first, Qt::Key_Tab);
+        QVERIFY(open.second->hasFocus());
+        QCOMPARE(open.second->visibleRegion().boundingRect(), open.second->rect());
+    }
+
+    /// What had the keyboard may be gone: the button that counts problems, say.
+    void theKeyboardGoesSomewhere()
+    {
+        OpenPopover open;
+        open.anchor->setFocusPolicy(Qt::StrongFocus);
+        open.outside->hide();
+        QTest::keyClick(open.first, Qt::Key_Escape);
+        QVERIFY(open.anchor->hasFocus());
     }
 
     /// The widgets of a window go one by one; none of them may get the focus meanwhile.
