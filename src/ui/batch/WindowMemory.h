@@ -2,13 +2,16 @@
 #pragma once
 
 class QMainWindow;
+class QWidget;
 
 /// Where and how large the last batch window was, and its docks. Main thread only.
 namespace WindowMemory {
 
-/// Puts a new window where the last one was, within the screens that are there; the first time it
-/// gets a good size.
+/// Puts a new window where the last one was, within the screen that is there now; the first time
+/// it gets a good size.
 void restore(QMainWindow &window);
 void remember(const QMainWindow &window);
+/// Moves and shrinks a window that is not shown yet so that all of it can be seen with its frame.
+void fitIntoScreen(QWidget &window);
 
 } // namespace WindowMemory
