@@ -3,6 +3,7 @@
 
 #include "document/TDocumentHelpers.h"
 #include "ui/batch/ViewMenu.h"
+#include "ui/batch/WindowMemory.h"
 #include "ui/windows/AboutDialog.h"
 #include "ui/windows/Dialogs.h"
 #include "ui/windows/FirstRunDialog.h"
@@ -25,15 +26,9 @@ namespace {
 
 constexpr QPoint kBeside{24, 24};
 
-void addKeys(QWidget &window, ApplicationCommands &application)
-{
-    WindowKeys::add(window, [&application] { application.quitRequested(); });
-}
-
 /// Shows a window that keeps everything else waiting.
-void showModally(QDialog &dialog, ApplicationCommands &application)
+void showModally(QDialog &dialog)
 {
-    addKeys(dialog, application);
     dialog.setWindowModality(Qt::ApplicationModal);
     dialog.show();
     dialog.raise();
@@ -51,12 +46,10 @@ void take(QDialog *dialog)
 
 /// A window that is open comes to the front; else a new one, which deletes itself.
 template <typename Window>
-void showOnce(QPointer<QDialog> &window, QWidget *parent, ApplicationCommands &application)
+void showOnce(QPointer<QDialog> &window, QWidget *parent)
 {
-    if (!window) {
+    if (!window)
         window = new Window(parent);
-        addKeys(*window, application);
-    }
     window->show();
     window->raise();
     window->activateWindow();
@@ -80,6 +73,7 @@ const Clock &theClock()
 ApplicationHost::ApplicationHost()
     : m_delegate({*this, m_mainThread, m_notifications, theDisk(), theClock(), m_system})
 {
+    WindowKeys::addToDialogs(*this, [this] { quitRequested(); });
     connect(qApp, &QGuiApplication::lastWindowClosed, this, &ApplicationHost::quitIfDone);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
         if (auto *batch = now != nullptr ? qobject_cast<BatchWindow *>(now->window()) : nullptr)
@@ -191,7 +185,6 @@ void ApplicationHost::showFirstRun()
             showWelcomeWindow();
         },
         currentBatch()); // deletes itself
-    addKeys(*m_firstRun, *this);
     m_firstRun->show();
 }
 
@@ -235,23 +228,23 @@ void ApplicationHost::checkForUpdates()
 
 void ApplicationHost::showWelcome()
 {
-    showOnce<WelcomeWindow>(m_welcome, currentBatch(), *this);
+    showOnce<WelcomeWindow>(m_welcome, currentBatch());
 }
 
 void ApplicationHost::showHelp(HelpWindow::Topic topic)
 {
-    showOnce<HelpWindow>(m_help, currentBatch(), *this);
+    showOnce<HelpWindow>(m_help, currentBatch());
     static_cast<HelpWindow &>(*m_help).turnTo(topic);
 }
 
 void ApplicationHost::showAbout()
 {
-    showOnce<AboutDialog>(m_about, currentBatch(), *this);
+    showOnce<AboutDialog>(m_about, currentBatch());
 }
 
 void ApplicationHost::showPreferences()
 {
-    showOnce<PreferencesWindow>(m_preferences, currentBatch(), *this);
+    showOnce<PreferencesWindow>(m_preferences, currentBatch());
 }
 
 void ApplicationHost::newBatch()
@@ -262,6 +255,7 @@ void ApplicationHost::newBatch()
     if (before != nullptr && !before->isMaximized() && !before->isFullScreen()) {
         batch->resize(before->size());
         batch->move(before->pos() + kBeside); // not right over it
+        WindowMemory::fitIntoScreen(*batch);
     }
     connect(batch, &BatchWindow::finished, this, [this, batch] { batchFinished(batch); });
     m_lastUsed = batch;
@@ -334,7 +328,7 @@ void ApplicationHost::rollBackLog(const TFileURL &log)
 void ApplicationHost::showRollBackChooser(TRollBackWindowController &chooser)
 {
     m_chooser = new RollBackChooserWindow(chooser, currentBatch());
-    showModally(*m_chooser, *this);
+    showModally(*m_chooser);
 }
 
 void ApplicationHost::closeRollBackChooser()
@@ -346,7 +340,7 @@ void ApplicationHost::closeRollBackChooser()
 void ApplicationHost::showRollBackWindow(TDoRollBackWindowController &runner)
 {
     m_rollBack = new RollBackWindow(runner, currentBatch());
-    showModally(*m_rollBack, *this);
+    showModally(*m_rollBack);
 }
 
 void ApplicationHost::closeRollBackWindow()

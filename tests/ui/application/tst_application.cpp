@@ -241,8 +241,9 @@ void TestApplication::endsWithTheLastWindow()
 void TestApplication::quitsFromEveryWindow_data()
 {
     QTest::addColumn<QString>("command");
-    for (const char *const command : {"New Batch", "Preferences...", "Tavrin Help", "Welcome",
-                                      "About Tavrin", "Roll Back an Earlier Run..."})
+    for (const char *const command :
+         {"New Batch", "Add Files...", "Delete Presets...", "Preferences...", "Tavrin Help",
+          "Welcome", "About Tavrin", "Roll Back an Earlier Run..."})
         QTest::newRow(command) << QString::fromLatin1(command);
 }
 
