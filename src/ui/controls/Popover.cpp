@@ -58,7 +58,6 @@ Popover::Popover(QWidget *content, QWidget *anchor, const QRect &part)
     setAccessibleName(content->accessibleName());
     m_scroll->setFrameShape(QFrame::NoFrame);
     m_scroll->setFocusPolicy(Qt::NoFocus);
-    m_scroll->setWidgetResizable(true);
     m_scroll->setWidget(content);
     for (QWidget *clear : {m_scroll->viewport(), content})
         clear->setAutoFillBackground(false); // the popover's own ground shows
@@ -133,8 +132,9 @@ void Popover::place()
     const QRect room = around->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
     const QSize frame(2 * (kShadow + kPadding), 2 * (kShadow + kPadding) + kArrow);
     QSize least = m_content->minimumSizeHint() + frame;
-    if (least.height() > room.height() + 2 * kShadow)
-        least.rwidth() += m_scroll->verticalScrollBar()->sizeHint().width();
+    const bool scrolls = least.height() > room.height() + 2 * kShadow;
+    const int barWidth = scrolls ? m_scroll->verticalScrollBar()->sizeHint().width() : 0;
+    least.rwidth() += barWidth;
     const QSize wanted = (m_content->sizeHint() + frame).expandedTo(least);
     const int below = room.bottom() - target.bottom() + kShadow;
     const int above = target.top() - room.top() + kShadow;
@@ -152,7 +152,10 @@ void Popover::place()
     setGeometry(QRect(QPoint(x, y), size));
     const int corner = kShadow + static_cast<int>(Theme::kCardRadius) + kArrow;
     m_arrowX = std::clamp(target.center().x() - x, corner, std::max(corner, width() - corner));
-    m_scroll->setGeometry(body().adjusted(kPadding, kPadding, -kPadding, -kPadding));
+    const QRect inside = body().adjusted(kPadding, kPadding, -kPadding, -kPadding);
+    m_scroll->setGeometry(inside);
+    m_content->resize(inside.width() - barWidth,
+                      std::max(inside.height(), m_content->minimumSizeHint().height()));
     update();
 }
 
