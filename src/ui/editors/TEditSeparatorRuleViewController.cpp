@@ -64,6 +64,9 @@ QWidget *TEditSeparatorRuleViewController::makeButtons()
     auto *grid = new QGridLayout(body);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(kGap);
+    const int widest = fontMetrics().horizontalAdvance(tr("blank")) + 2 * kGap;
+    for (int column = 0; column < kColumns; ++column)
+        grid->setColumnMinimumWidth(column, widest);
     for (int index = 0; index < kCount; ++index) {
         const QString character = characterFor(index);
         const bool isBlank = character.trimmed().isEmpty();

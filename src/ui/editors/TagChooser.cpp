@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/TagChooser.h"
 
-#include "ui/controls/Theme.h"
 #include "ui/editors/EditorLabel.h"
 #include "ui/editors/ListFrame.h"
 
@@ -104,7 +103,7 @@ void TagChooser::addList()
     };
     m_list->setColumnWidth(TagListModel::kTag, widthOf(kWideTag));
     m_list->setMinimumWidth(widthOf(kWideTag) + widthOf(kWideValue) + kMargins);
-    m_list->setMinimumHeight(3 * Theme::kRowHeight);
+    m_list->setMinimumHeight(3 * ListFrame::rowHeight(*this));
     auto *frame = new ListFrame(
         m_list, kShownRows,
         [](const QModelIndex &index) {
