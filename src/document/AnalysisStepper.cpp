@@ -13,7 +13,8 @@ constexpr QLatin1StringView kDuplicateError{"Duplicate: \"%@\" is already used. 
 
 } // namespace
 
-/// The names seen so far, in upper case with the files' own extensions.
+/// The names seen so far, in upper case with the files' own extensions, and what is said of one
+/// that comes again.
 class AnalysisStepper::DuplicateKeys
 {
 public:
@@ -30,9 +31,21 @@ public:
         return !m_seen.insert(Hash128::of(QStringView(m_key)));
     }
 
+    /// Before the path. Where many files have one name, they come one after another.
+    const QString &error(const QString &targetName)
+    {
+        if (m_error.isNull() || m_repeated != targetName) {
+            m_repeated = targetName;
+            m_error = formatted(kDuplicateError, {targetName});
+        }
+        return m_error;
+    }
+
 private:
     HashSet128 m_seen;
     QString m_key;
+    QString m_repeated;
+    QString m_error;
 };
 
 AnalysisStepper::AnalysisStepper(Settings settings)
@@ -62,9 +75,9 @@ void AnalysisStepper::step(TFileObject &file, TErrorLog &batchLog)
     if (!m_settings.rules || m_settings.rules->empty())
         return;
     if (m_keys->addKey(file.targetName(), file.extension()))
-        file.logErrorType(
-            m_settings.duplicatesAreCritical ? TErrorTypes::kCritical : TErrorTypes::kWarning,
-            file.withPath(formatted(kDuplicateError, {file.targetName()})), &batchLog);
+        file.logErrorType(m_settings.duplicatesAreCritical ? TErrorTypes::kCritical
+                                                           : TErrorTypes::kWarning,
+                          file.withPath(m_keys->error(file.targetName())), &batchLog);
 }
 
 TAnalysisResult AnalysisStepper::step(const TFileItem &item,
