@@ -7,6 +7,7 @@
 
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QScreen>
 
 #include <memory>
 
@@ -15,7 +16,7 @@ namespace {
 constexpr double kTitleScale = 1.18;
 constexpr int kTextCharacters = 58;
 constexpr qsizetype kLongWord = 30;
-constexpr QSize kMostSize{984, 560};
+constexpr QSize kAroundWindow{40, 40}; ///< panels and the window's frame
 constexpr QChar kBreakHere{0x200B};
 
 QLabel *prepared(QLabel *label)
@@ -107,7 +108,7 @@ int widthOf(const QWidget *widget, int characters)
 QSize sizeOf(const QWidget *widget, int characters, int lines)
 {
     const QSize wanted(widthOf(widget, characters), widget->fontMetrics().height() * lines);
-    return wanted.boundedTo(kMostSize);
+    return wanted.boundedTo(widget->screen()->availableSize() - kAroundWindow);
 }
 
 } // namespace SheetParts

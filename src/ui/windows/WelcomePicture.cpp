@@ -13,11 +13,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QSize kSize{220, 132};
+constexpr QSize kSize{220, 132}; ///< at the usual size of the font
+constexpr qreal kUsualExtent = 16;
 constexpr int kMargin = 16;
 constexpr QRgb kTeal = 0xff8dcdc1;
 constexpr QRgb kGreen = 0xffd3e397;
 constexpr QRgb kGrey = 0xff9c988a;
+
+/// How much larger than usual the font is, and with it the picture.
+qreal scaleOf(const QFontMetrics &metrics)
+{
+    return Icons::extent(metrics) / kUsualExtent;
+}
 
 struct Canvas
 {
@@ -117,7 +124,7 @@ WelcomePicture::WelcomePicture(Step step, QWidget *parent)
     : QWidget(parent)
     , m_step(step)
 {
-    setFixedSize(kSize);
+    setFixedSize((QSizeF(kSize) * scaleOf(fontMetrics())).toSize());
 }
 
 void WelcomePicture::paintEvent(QPaintEvent *)
@@ -125,12 +132,18 @@ void WelcomePicture::paintEvent(QPaintEvent *)
     QPainter painter(this);
     painter.setLayoutDirection(Qt::LeftToRight); // the names are English ones
     painter.setRenderHint(QPainter::Antialiasing);
-    const Canvas canvas{painter, ThemeColors::of(palette()), devicePixelRatioF()};
+    const qreal scale = scaleOf(fontMetrics());
+    painter.scale(scale, scale);
+    QFont usual = font();
+    usual.setPointSizeF(usual.pointSizeF() / scale);
+    painter.setFont(usual);
+    const Canvas canvas{painter, ThemeColors::of(palette()), devicePixelRatioF() * scale};
+    const QRect whole(QPoint(), kSize);
     painter.setPen(QPen(canvas.colors.border, 1));
     painter.setBrush(canvas.colors.card);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Theme::kCardRadius,
+    painter.drawRoundedRect(QRectF(whole).adjusted(0.5, 0.5, -0.5, -0.5), Theme::kCardRadius,
                             Theme::kCardRadius);
-    const QRect inside = rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
+    const QRect inside = whole.adjusted(kMargin, kMargin, -kMargin, -kMargin);
     switch (m_step) {
     case Drop:
         return paintDrop(canvas, inside);
