@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a batch costs its window: drops a folder of that many files on a document under Qt's event
-// loop, then edits a rule as a key press does. Prints the seconds from the drop to the first rows
-// and to all names, the seconds from the edit to the first and to all new names, and the longest
-// time in milliseconds for which a heartbeat had to wait for the main thread, by the clock and by
-// what that thread computed.
+// What a batch costs its window: drops a folder on a document with a text rule and rules of the
+// given kinds, under Qt's event loop, then edits the text as a key press does. Prints the seconds
+// from the drop to the first rows and to all names, the seconds from the edit to the first and to
+// all new names, the longest time in milliseconds for which a heartbeat had to wait for the main
+// thread, by the clock and by what that thread computed, and the bytes a file that the process grew
+// by.
 #include "Heartbeat.h"
+#include "ResidentMemory.h"
 #include "commonprocs/URLListProcessing.h"
 #include "document/TDocument.h"
 #include "document/TRuleKinds.h"
@@ -20,6 +22,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Moment = std::chrono::steady_clock::time_point;
+
+constexpr double kForecastTime = 1.5;
 
 double secondsSince(Moment start)
 {
@@ -64,8 +68,8 @@ public:
 class Bench
 {
 public:
-    explicit Bench(const QString &folder)
-        : m_folder(folder)
+    Bench(QString folder, const QStringList &kinds)
+        : m_folder(std::move(folder))
         , m_document(m_host, {m_mainThread,
                               m_disk,
                               m_clock,
@@ -75,18 +79,17 @@ public:
                               {},
                               {}})
     {
-        const auto rule = [](const char *kind) {
-            return TRuleKinds::ruleForIdentifier(QString::fromLatin1(kind));
-        };
-        m_document.addRules(
-            {rule("Text"), rule("Separator"), rule("Counter"), rule("Separator"), rule("Original")},
-            0);
+        TRuleList rules{TRuleKinds::ruleForIdentifier(u"Text"_s)};
+        for (const QString &kind : kinds)
+            rules.push_back(TRuleKinds::ruleForIdentifier(kind));
+        m_document.addRules(rules, 0);
         wait([this] { return !m_document.isAnalysing(); });
     }
 
     int run()
     {
-        const Heartbeat heartbeat;
+        const qint64 before = residentBytes();
+        Heartbeat heartbeat;
         const Moment dropped = std::chrono::steady_clock::now();
         m_document.addFiles({TFileURL::fileURLWithPath(m_folder)}, 0);
         wait([this] { return !m_document.sourceObjectArray().empty(); });
@@ -96,6 +99,11 @@ public:
                    !m_document.isAnalysing();
         });
         const double allNames = secondsSince(dropped);
+        // The names that a run would write come after those that it wants.
+        const Moment known = std::chrono::steady_clock::now();
+        wait([known] { return secondsSince(known) > kForecastTime; });
+        const qint64 grown = residentBytes() - before;
+        heartbeat.skip();
 
         const Moment pressed = std::chrono::steady_clock::now();
         const TRulePtr rule = m_document.ruleArray()[0];
@@ -108,8 +116,10 @@ public:
         const double firstNew = secondsSince(pressed);
         wait([this] { return !m_document.isAnalysing(); });
         const double allNew = secondsSince(pressed);
-        std::printf("%.3f %.3f %.3f %.3f %.1f %.1f\n", firstRows, allNames, firstNew, allNew,
-                    heartbeat.longest() * 1000, heartbeat.longestUsed() * 1000);
+        const auto files = static_cast<qint64>(m_document.sourceObjectArray().size());
+        std::printf("%.3f %.3f %.3f %.3f %.1f %.1f %lld\n", firstRows, allNames, firstNew, allNew,
+                    heartbeat.longest() * 1000, heartbeat.longestUsed() * 1000,
+                    static_cast<long long>(grown / std::max<qint64>(files, 1)));
         return 0;
     }
 
@@ -135,10 +145,12 @@ private:
 
 int main(int argc, char **argv)
 {
+    mallopt(M_ARENA_MAX, 1); // as the program's own main() does
     const QCoreApplication application(argc, argv);
-    if (argc != 2) {
-        std::fputs("usage: bench_document FOLDER\n", stderr);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 2) {
+        std::fputs("usage: bench_document FOLDER KIND...\n", stderr);
         return 2;
     }
-    return Bench(QString::fromLocal8Bit(argv[1])).run();
+    return Bench(arguments[1], arguments.sliced(2)).run();
 }
