@@ -4,6 +4,7 @@
 #include "ui/editors/ListFrame.h"
 
 #include <QHeaderView>
+#include <QStyleOptionHeader>
 
 #include <algorithm>
 
@@ -16,11 +17,33 @@ constexpr int kAroundText = 16;
 constexpr int kWidth = 58; ///< in average characters
 constexpr int kLeastRows = 3;
 
+/// Titles that are cut say so, which Qt leaves out.
+class ColumnTitles : public QHeaderView
+{
+public:
+    explicit ColumnTitles(QWidget *parent)
+        : QHeaderView(Qt::Horizontal, parent)
+    {
+    }
+
+protected:
+    void initStyleOptionForIndex(QStyleOptionHeader *option, int column) const override
+    {
+        QHeaderView::initStyleOptionForIndex(option, column);
+        QFont drawn = font();
+        drawn.setBold(option->state.testFlag(QStyle::State_On));
+        const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, option, this);
+        option->text = QFontMetrics(drawn).elidedText(option->text, Qt::ElideRight,
+                                                      sectionSize(column) - 2 * margin);
+    }
+};
+
 } // namespace
 
 CSVTableView::CSVTableView(CSVTableModel *model, QWidget *parent)
     : QTableView(parent)
 {
+    setHorizontalHeader(new ColumnTitles(this));
     setModel(model);
     setAccessibleName(tr("Rows of the CSV file"));
     // The selection is the chosen column, which a click changes and moving about does not.
@@ -50,7 +73,6 @@ void CSVTableView::addHeaders()
     QHeaderView *columns = horizontalHeader();
     columns->setSectionsClickable(true);
     columns->setHighlightSections(true);
-    columns->setTextElideMode(Qt::ElideRight);
     columns->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     columns->setDefaultSectionSize(kColumnCharacters * fontMetrics().averageCharWidth());
     columns->setStretchLastSection(true);
