@@ -121,9 +121,8 @@ void drawIndicator(QPainter &painter, const QStyleOption &option, bool isRadio)
     const bool isEnabled = has(option, QStyle::State_Enabled);
     const bool isOn = has(option, QStyle::State_On);
     const bool isMarked = isOn || has(option, QStyle::State_NoChange);
-    QRectF box(QPointF(), QSizeF(1, 1) * Icons::extent(option.fontMetrics));
+    QRectF box(QPointF(), QSizeF(1, 1) * (Icons::extent(option.fontMetrics) - 1));
     box.moveCenter(QRectF(option.rect).center());
-    box.adjust(0.5, 0.5, -0.5, -0.5);
     const qreal radius = isRadio ? box.height() / 2 : 4;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -138,8 +137,9 @@ void drawIndicator(QPainter &painter, const QStyleOption &option, bool isRadio)
     }
     painter.translate(box.center());
     painter.scale(box.width() / kTickUnits, box.width() / kTickUnits);
-    painter.setPen(QPen(isEnabled ? colors.accentInk : colors.muted, 2, Qt::SolidLine, Qt::RoundCap,
-                        Qt::RoundJoin));
+    const QColor faint = Theme::contrast(colors.muted, fill) < 2 ? colors.card : colors.muted;
+    painter.setPen(
+        QPen(isEnabled ? colors.accentInk : faint, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     if (isOn && isRadio) {
         painter.setBrush(painter.pen().color());
         painter.setPen(Qt::NoPen);
