@@ -77,6 +77,7 @@ private:
 InspectorDock::Private::Private(InspectorDock &dock)
     : m_dock(dock)
 {
+    dock.setTitleBarWidget(new DockTitle(dock)); // first, also for the keyboard
     auto *const content = new QWidget(&dock);
     m_picture = new PicturePane(content);
     m_facts = new FactsPane(content);
@@ -85,7 +86,6 @@ InspectorDock::Private::Private(InspectorDock &dock)
     m_tree = new TagTree(card);
     m_hint = new QLabel(tr("Drag a tag into the recipe, double-click it or press Enter."), content);
 
-    dock.setTitleBarWidget(new DockTitle(dock));
     m_filter->setPlaceholderText(tr("Search tags"));
     m_filter->setAccessibleName(tr("Search tags"));
     m_filter->setClearButtonEnabled(true);
