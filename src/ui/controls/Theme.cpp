@@ -4,6 +4,7 @@
 #include "ui/controls/TavrinStyle.h"
 
 #include <QApplication>
+#include <QHash>
 #include <QStyleFactory>
 
 #include <algorithm>
@@ -16,6 +17,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double kReadable = 4.5;
+/// More than are in use at a time; widgets mostly share theirs.
+constexpr qsizetype kMostPalettes = 64;
 /// What a desktop may ask of its users, in what is of use and in what is not.
 constexpr double kLeast = 3;
 constexpr double kLeastDisabled = 2;
@@ -122,9 +125,7 @@ double borderStrength(const ThemeColors &colors)
     return colors.isDark ? 0.14 : 0.13;
 }
 
-} // namespace
-
-ThemeColors ThemeColors::of(const QPalette &palette)
+ThemeColors colorsOf(const QPalette &palette)
 {
     ThemeColors colors;
     colors.window = palette.color(QPalette::Active, QPalette::Window);
@@ -149,6 +150,20 @@ ThemeColors ThemeColors::of(const QPalette &palette)
     colors.extension = readable(colors.isDark ? QColor(0xff, 0x7b, 0x72) : QColor(0xc6, 0x28, 0x28),
                                 colors.ink, {colors.card, colors.stripe, colors.selection});
     return colors;
+}
+
+} // namespace
+
+ThemeColors ThemeColors::of(const QPalette &palette)
+{
+    // Whatever is painted asks, and working them out takes longer than painting with them.
+    static QHash<qint64, ThemeColors> known;
+    const qint64 key = palette.cacheKey();
+    if (const auto found = known.constFind(key); found != known.cend())
+        return *found;
+    if (known.size() == kMostPalettes)
+        known.clear();
+    return *known.insert(key, colorsOf(palette));
 }
 
 namespace Theme {

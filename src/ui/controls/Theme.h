@@ -26,6 +26,7 @@ struct ThemeColors
     QColor critical;
     QColor extension; ///< text of file name extensions
 
+    /// Main thread only.
     static ThemeColors of(const QPalette &palette);
 };
 
