@@ -19,6 +19,7 @@
 #include "ui/windows/WindowKeys.h"
 
 #include <QApplication>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -33,6 +34,17 @@ void showModally(QDialog &dialog)
     dialog.show();
     dialog.raise();
     dialog.activateWindow();
+}
+
+/// A click on a window that waits for its sheet takes the keyboard there, where it is dead.
+void handToSheetOf(const QWindow *window)
+{
+    for (QWidget *sheet : QApplication::topLevelWidgets()) {
+        const QWidget *const behind = sheet->parentWidget();
+        if (sheet->isVisible() && sheet->windowModality() == Qt::WindowModal && behind != nullptr &&
+            behind->window()->windowHandle() == window)
+            QMetaObject::invokeMethod(sheet, &QWidget::activateWindow, Qt::QueuedConnection);
+    }
 }
 
 /// Its click may still be under way.
@@ -75,6 +87,10 @@ ApplicationHost::ApplicationHost()
 {
     WindowKeys::addToDialogs(*this, [this] { quitRequested(); });
     connect(qApp, &QGuiApplication::lastWindowClosed, this, &ApplicationHost::quitIfDone);
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, [](const QWindow *now) {
+        if (now != nullptr)
+            handToSheetOf(now);
+    });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) {
         if (auto *batch = now != nullptr ? qobject_cast<BatchWindow *>(now->window()) : nullptr)
             m_lastUsed = batch;

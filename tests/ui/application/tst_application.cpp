@@ -22,6 +22,7 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QUrl>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -88,6 +89,7 @@ private Q_SLOTS:
     void endsWithTheLastWindow();
     void quitsFromEveryWindow_data();
     void quitsFromEveryWindow();
+    void sheetsKeepTheKeyboard();
     void quitsDuringARename();
 };
 
@@ -264,6 +266,19 @@ void TestApplication::quitsFromEveryWindow()
         QTRY_VERIFY(!opened || !opened->isVisible());
     }
     QTRY_COMPARE(quitting.size(), 1);
+}
+
+void TestApplication::sheetsKeepTheKeyboard()
+{
+    const Program program;
+    BatchWindow &batch = *program.window();
+    program.trigger(u"Delete Presets..."_s);
+    QTRY_VERIFY(QApplication::activeWindow() != &batch);
+    const QWidget *const sheet = QApplication::activeWindow();
+    QSignalSpy moves(qApp, &QGuiApplication::focusWindowChanged);
+    batch.windowHandle()->requestActivate(); // as a click on it does
+    QTRY_COMPARE(moves.size(), 2);           // there and back
+    QCOMPARE(QApplication::activeWindow(), sheet);
 }
 
 void TestApplication::quitsDuringARename()
