@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/RunRecorder.h"
 
-#include "commonprocs/ByteNames.h"
-
 namespace {
 
 constexpr QLatin1StringView kRenamedLine{"renamed %@ to %@\n"};
@@ -64,10 +62,8 @@ void RunRecorder::writeText(const TFileURL &source, const TRenameReport &report,
 {
     QString text = entry.name.textLog;
     if (!report.unchanged)
-        text +=
-            formatted(report.success ? kRenamedLine : kFailureLine,
-                      {ByteNames::forDisplay(source.path()),
-                       ByteNames::forDisplay(TFileURL(source.folder(), report.finalName).path())});
+        text += formatted(report.success ? kRenamedLine : kFailureLine,
+                          {source.path(), TFileURL(source.folder(), report.finalName).path()});
     if (report.critical)
         text += report.failure + kEndOfFailure;
     (*m_outputs.textLog)(text);

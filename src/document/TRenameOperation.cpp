@@ -34,9 +34,9 @@ TEvaluatedName TRenameOperation::evaluate(const TRuleList *rules, TExtensionHand
 {
     TEvaluatedName name;
     if (!rules)
-        name.textLog += formatted(kNoRuleLine, {ByteNames::forDisplay(file.fileName())});
+        name.textLog += formatted(kNoRuleLine, {file.fileName()});
     if (!rules || rules->empty()) {
-        name.textLog += formatted(kTooFewRulesLine, {ByteNames::forDisplay(file.fileName())});
+        name.textLog += formatted(kTooFewRulesLine, {file.fileName()});
         return name;
     }
     TRuleDict dict;
@@ -63,8 +63,7 @@ TEvaluatedName TRenameOperation::evaluate(const TRuleList *rules, TExtensionHand
         name.wasEmpty = true;
         name.base = QString(kSafeName);
         name.errors.addErrorOfType(TErrorTypes::kWarning, formatted(kEmptyNameError, {name.base}));
-        name.textLog +=
-            formatted(kEmptyNameLine, {ByteNames::forDisplay(file.fileName()), name.base});
+        name.textLog += formatted(kEmptyNameLine, {file.fileName(), name.base});
     }
     name.base = ByteNames::withoutLoneSurrogates(name.base);
     name.extension = ByteNames::withoutLoneSurrogates(name.extension);
@@ -76,9 +75,7 @@ void TRenameOperation::applyUniqueBase(TEvaluatedName &name, const QString &file
 {
     if (uniqueBase == name.base)
         return;
-    name.textLog += formatted(kNotUniqueLine,
-                              {ByteNames::forDisplay(fileName), ByteNames::forDisplay(name.base),
-                               ByteNames::forDisplay(uniqueBase)});
+    name.textLog += formatted(kNotUniqueLine, {fileName, name.base, uniqueBase});
     name.errors.addErrorOfType(TErrorTypes::kWarning,
                                formatted(kNotUniqueError, {name.base, uniqueBase}));
     name.base = uniqueBase;

@@ -141,18 +141,18 @@ private Q_SLOTS:
     void textLogAndRecords()
     {
         RunFixture fixture;
-        fixture.makeFiles({u"a.x"_s, u"b\nb.x"_s}); // a name that could look like two lines
+        fixture.makeFiles({u"a.x"_s, u"b.x"_s});
         fixture.expand();
         fixture.rules = {textRule(u"n"_s)};
-        fixture.tree.remove(u"files/b\nb.x"_s);
+        fixture.tree.remove(u"files/b.x"_s);
         const TRenameSummary summary = fixture.run();
         const QString folder = fixture.tree.path(u"files/"_s);
         QVERIFY2(fixture.textLog.startsWith(u"Job started at "_s), qPrintable(fixture.textLog));
         QVERIFY(fixture.textLog.contains(u", scheduling 2 renames.\n\nrenamed "_s + folder +
                                          u"a.x to "_s + folder + u"n.x\n"_s));
         QVERIFY(fixture.textLog.contains(
-            u"b\\x0Ab: target name 'n' isn't unique, changed to 'n-1'\n*** FAILURE: renaming "_s +
-            folder + u"b\\x0Ab.x to "_s + folder + u"n-1.x\n"_s + fixture.reports[1].failure +
+            u"b: target name 'n' isn't unique, changed to 'n-1'\n*** FAILURE: renaming "_s +
+            folder + u"b.x to "_s + folder + u"n-1.x\n"_s + fixture.reports[1].failure +
             u"\n\n"_s));
         QVERIFY(fixture.textLog.contains(u"\n\nJob finished at "_s));
         QVERIFY(!fixture.reports[1].failure.isEmpty());
