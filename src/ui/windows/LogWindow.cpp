@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/windows/LogWindow.h"
 
+#include "commonprocs/ByteNames.h"
 #include "ui/windows/SheetParts.h"
 #include "ui/windows/WindowDialogHost.h"
 
@@ -23,6 +24,15 @@ constexpr int kLines = 34;
 constexpr int kFindCharacters = 24;
 constexpr qsizetype kPortion = 1 << 20;
 constexpr qsizetype kLongestLine = 1 << 16;
+
+/// Whole lines, with what else names may hold that is no text, or would turn its line round.
+QString legible(QStringView text)
+{
+    QStringList lines;
+    for (const QStringView line : text.split(u'\n'))
+        lines.append(ByteNames::forDisplay(line));
+    return lines.join(u'\n');
+}
 
 } // namespace
 
@@ -88,7 +98,7 @@ void LogWindow::Private::fill()
         end = std::max(text.lastIndexOf(u'\n', end) + 1, end - kLongestLine);
     QTextCursor cursor(m_text->document());
     cursor.movePosition(QTextCursor::End);
-    cursor.insertText(text.sliced(m_filled, end - m_filled));
+    cursor.insertText(legible(QStringView(text).sliced(m_filled, end - m_filled)));
     m_filled = end;
     if (m_filled == text.size())
         m_filling.stop();

@@ -251,6 +251,11 @@ void TestDialogs::log()
     const QString longText = text.repeated(50'000); // comes in portions
     const LogWindow longLog(std::make_shared<TLogWindowController>(QString(), longText, clock));
     QTRY_VERIFY(longLog.findChild<QPlainTextEdit *>()->toPlainText() == longText);
+
+    const QString oddNames = u"renamed a\u202Eb to "_s + QChar(0xDCFF) + u'\n';
+    const LogWindow oddLog(std::make_shared<TLogWindowController>(QString(), oddNames, clock));
+    QCOMPARE(oddLog.findChild<QPlainTextEdit *>()->toPlainText(),
+             u"renamed a\\xE2\\x80\\xAEb to \\xFF\n"_s);
 }
 
 void TestDialogs::problems()
