@@ -109,9 +109,9 @@ void ExtensionTile::paintEvent(QPaintEvent *)
     const int end = width() - kInset - kPadding - side;
     const int nameStart = start + titleWidth + kGap;
     const QRect name(nameStart, 0, end - nameStart, height());
-    painter.drawText(placed(name),
-                     QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter),
-                     text());
+    const Qt::Alignment alignment =
+        QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter);
+    painter.drawText(placed(name), static_cast<int>(alignment), text());
     const QRect chevron(end, (height() - side) / 2, side, side);
     painter.drawPixmap(placed(chevron),
                        Icons::pixmap("chevron-down"_L1, side, colors.muted, devicePixelRatioF()));
