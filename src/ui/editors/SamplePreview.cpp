@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/SamplePreview.h"
 
+#include "commonprocs/ByteNames.h"
 #include "ui/controls/Theme.h"
 #include "ui/controls/ToolTip.h"
 
@@ -64,7 +65,7 @@ QString SamplePreview::text() const
     for (const Line &line : m_lines) {
         QStringList pieces;
         for (const Piece &piece : line)
-            pieces += piece.text;
+            pieces += ByteNames::forDisplay(piece.text);
         lines += pieces.join(u' ');
     }
     return lines.join(u'\n');
@@ -91,7 +92,7 @@ bool SamplePreview::isCutShort() const
     return std::ranges::any_of(m_lines, [this](const Line &line) {
         qsizetype length = kGap * std::max<qsizetype>(line.size() - 1, 0);
         for (const Piece &piece : line)
-            length += fontMetrics().horizontalAdvance(piece.text);
+            length += fontMetrics().horizontalAdvance(ByteNames::forDisplay(piece.text));
         return length > width();
     });
 }
@@ -122,9 +123,10 @@ void SamplePreview::paintLine(QPainter &painter, const Line &line, int top) cons
     int left = 0;
     for (qsizetype i = 0; i < line.size() && left < width(); ++i) {
         const Piece &piece = line.at(i);
-        QString text = piece.isResult && piece.text.isEmpty() ? tr("(nothing)")
-                       : piece.isResult                       ? visible(piece.text)
-                                                              : piece.text;
+        const QString shown = ByteNames::forDisplay(piece.text);
+        QString text = piece.isResult && shown.isEmpty() ? tr("(nothing)")
+                       : piece.isResult                  ? visible(shown)
+                                                         : shown;
         if (isRightToLeft() && text == kArrow)
             text = kArrowToLeft.toString();
         const bool isLast = i + 1 == line.size();
@@ -134,7 +136,7 @@ void SamplePreview::paintLine(QPainter &painter, const Line &line, int top) cons
         const int length = fontMetrics().horizontalAdvance(text);
         const QRect place =
             QStyle::visualRect(layoutDirection(), rect(), {left, top, length + 1, lineHeight()});
-        if (text == piece.text)
+        if (text == shown)
             paintMarks(painter, piece, place);
         const bool isStrong = (piece.isResult && !piece.text.isEmpty()) || !piece.marks.isEmpty();
         painter.setPen(isStrong ? colors.ink : colors.muted);
@@ -151,7 +153,7 @@ void SamplePreview::paintLine(QPainter &painter, const Line &line, int top) cons
 void SamplePreview::paintMarks(QPainter &painter, const Piece &piece, const QRect &place) const
 {
     const auto widthOf = [&](qsizetype length) {
-        return fontMetrics().horizontalAdvance(piece.text.first(length));
+        return fontMetrics().horizontalAdvance(ByteNames::forDisplay(piece.text.first(length)));
     };
     for (const auto &[start, length] : piece.marks) {
         const int left = widthOf(start);

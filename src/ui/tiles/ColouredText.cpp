@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/tiles/ColouredText.h"
 
+#include "commonprocs/ByteNames.h"
 #include "ui/controls/Theme.h"
-#include "ui/tiles/ShownText.h"
 
 #include <QFontMetricsF>
 #include <QGlyphRun>
@@ -62,16 +62,16 @@ std::vector<qsizetype> characterBounds(const QString &text)
 ColouredText ColouredText::of(const TAttributedString &name, const QPalette &palette)
 {
     const ThemeColors colors = ThemeColors::of(palette);
-    const QString shown = ShownText::onOneLine(name.string());
+    const QString whole = name.string();
     ColouredText text;
     qsizetype at = 0;
     for (const TAttributedString::Run &run : name.runs()) {
         const QColor background = Theme::color(run.background);
-        text.append(shown.mid(at, run.length),
+        text.append(ByteNames::forDisplay(QStringView(whole).mid(at, run.length)),
                     background.isValid() ? Theme::inkOn(background) : colors.ink, background);
         at += run.length;
     }
-    text.append(shown.mid(at), colors.ink);
+    text.append(ByteNames::forDisplay(QStringView(whole).mid(at)), colors.ink);
     return text;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/tiles/RuleTile.h"
 
+#include "commonprocs/ByteNames.h"
 #include "document/TRuleKinds.h"
 #include "ui/controls/Icons.h"
 #include "ui/controls/Theme.h"
@@ -18,7 +19,7 @@ constexpr qsizetype kLongestToolTip = 1000;
 
 QString toolTipOf(const QString &kind, const QString &name)
 {
-    QString text = ShownText::onOneLine(name.left(kLongestToolTip));
+    QString text = ByteNames::forDisplay(name.left(kLongestToolTip));
     if (name.size() > kLongestToolTip)
         text += u'\u2026';
     // Rich, since only rich tool tips wrap; the direction of the name is its own affair.

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/tiles/SampleLine.h"
 
+#include "commonprocs/ByteNames.h"
 #include "ui/controls/Icons.h"
 #include "ui/controls/Theme.h"
 #include "ui/controls/ToolTip.h"
-#include "ui/tiles/ShownText.h"
 
 #include <QEvent>
 #include <QFontMetrics>
@@ -74,22 +74,23 @@ ColouredText SampleLine::newName(const TFileObject &file) const
     if (m_document.colorCode())
         name = ColouredText::of(file.attributedTargetName(), palette());
     else
-        name.append(ShownText::onOneLine(file.targetName()), colors.ink);
+        name.append(ByteNames::forDisplay(file.targetName()), colors.ink);
     TExtensionHandler &handler = m_document.theExtensionHandler();
     const QString extension = file.attributedTargetExtension().string();
     if (!extension.isEmpty())
-        name.append(ShownText::onOneLine(extension), colors.extension);
+        name.append(ByteNames::forDisplay(extension), colors.extension);
     else if (handler.handlingMethod() == TExtensionHandler::kUnchanged &&
              !file.extension().isEmpty())
-        name.append(kPeriod + handler.handleCaseFor(file.extension()), colors.muted);
+        name.append(ByteNames::forDisplay(kPeriod + handler.handleCaseFor(file.extension())),
+                    colors.muted);
     return name;
 }
 
 void SampleLine::follow()
 {
     const TFileObject *shown = file();
-    m_oldName =
-        shown == nullptr ? QString() : ShownText::onOneLine(shown->sourceURL().lastPathComponent());
+    m_oldName = shown == nullptr ? QString()
+                                 : ByteNames::forDisplay(shown->sourceURL().lastPathComponent());
     m_newName =
         shown == nullptr || m_document.ruleArray().empty() ? ColouredText() : newName(*shown);
     const QString both =

@@ -6,8 +6,6 @@
 /// Texts of users as they can be shown on one line. Main thread only.
 namespace ShownText {
 
-/// Line breaks and other control characters become visible; as long as before.
-QString onOneLine(QString text);
 /// A rule's name on its tile: in quotation marks when blanks at its ends, or nothing at all, would
 /// otherwise be seen; cut where no tile could show more.
 QString tileName(const QString &name);

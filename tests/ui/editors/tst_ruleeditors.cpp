@@ -223,7 +223,7 @@ private Q_SLOTS:
             return QVariantMap{{key, value}};
         };
         const auto counter = u"Counter"_s;
-        table("text", u"Text"_s, with("theText"_L1, u"a:b"_s), 1, u"a_b");
+        table("text", u"Text"_s, with("theText"_L1, u"a:\nb"_s), 1, u"a_\\x0Ab");
         table("counter", counter, {}, 12, u"01 02 03 \u2026 12");
         table("few", counter, with("increment"_L1, -1), 4, u"01 00 -1 -2");
         table("per extension", counter, with("individualFileTypes"_L1, true), 2, u".jpg 1 .jpg 2");
