@@ -17,6 +17,7 @@ constexpr int kShownRows = 9;
 constexpr QStringView kWideTag = u"Country/PrimaryLocationName";
 constexpr QStringView kWideValue = u"2024:07:03 14:05:09";
 constexpr int kMargins = 16;
+constexpr int kMostQuoted = 30; ///< letters of the filter in the hint
 
 } // namespace
 
@@ -58,6 +59,7 @@ TagChooser::TagChooser(QWidget *parent)
     , m_filter(new QLineEdit(this))
     , m_onlyPresent(new QCheckBox(tr("&Only tags this file has"), this))
     , m_list(new QTreeView(this))
+    , m_hint(new EditorLabel({}, EditorLabel::Tone::Muted, m_list->viewport()))
     , m_remark(new EditorLabel({}, EditorLabel::Tone::Muted, this))
 {
     m_proxy->setSourceModel(m_model);
@@ -114,6 +116,15 @@ void TagChooser::addList()
         },
         this);
     static_cast<QBoxLayout *>(layout())->addWidget(frame, 1);
+    m_hint->setAlignment(Qt::AlignCenter);
+    m_hint->setWordWrap(true);
+    m_hint->hide();
+    auto *place = new QVBoxLayout(m_list->viewport());
+    place->addWidget(m_hint);
+    using Model = QAbstractItemModel;
+    for (const auto signal : {&Model::rowsInserted, &Model::rowsRemoved})
+        connect(m_proxy, signal, this, &TagChooser::sayWhatIsMissing);
+    connect(m_proxy, &Model::modelReset, this, &TagChooser::sayWhatIsMissing);
     connect(m_list->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &row) {
                 if (m_isShowing || !row.isValid())
@@ -160,7 +171,28 @@ void TagChooser::refilter()
     m_isShowing = true;
     m_proxy->setWanted(m_filter->text(), m_onlyPresent->isChecked());
     m_isShowing = false;
+    sayWhatIsMissing();
     showChosen();
+}
+
+void TagChooser::sayWhatIsMissing()
+{
+    m_hint->setText(missing());
+    m_hint->setVisible(!m_hint->text().isEmpty());
+    m_list->setAccessibleDescription(m_hint->text());
+}
+
+QString TagChooser::missing() const
+{
+    if (m_proxy->rowCount() > 0)
+        return {};
+    if (m_filter->text().isEmpty())
+        return tr("The file has none of these tags.");
+    QString wanted = m_filter->text();
+    if (wanted.size() > kMostQuoted)
+        wanted = wanted.first(kMostQuoted) + u'\u2026';
+    return m_onlyPresent->isChecked() ? tr("No tag that the file has matches \"%1\".").arg(wanted)
+                                      : tr("No tag matches \"%1\".").arg(wanted);
 }
 
 void TagChooser::showChosen(QAbstractItemView::ScrollHint hint)

@@ -11,7 +11,8 @@ class QCheckBox;
 class QLineEdit;
 
 /// The list of tags on offer with the values of one file beside them, a field that filters by both,
-/// and a switch that leaves only the tags which the file has. Moving in the list chooses.
+/// and a switch that leaves only the tags which the file has. Moving in the list chooses; where
+/// nothing is left of it, it says so.
 class TagChooser : public QWidget
 {
     Q_OBJECT
@@ -44,6 +45,8 @@ private:
     void addHead();
     void addList();
     void refilter();
+    void sayWhatIsMissing();
+    QString missing() const;
     void showChosen(QAbstractItemView::ScrollHint hint = QAbstractItemView::EnsureVisible);
 
     TagListModel *m_model;
@@ -52,6 +55,7 @@ private:
     QLineEdit *m_filter;
     QCheckBox *m_onlyPresent;
     QTreeView *m_list;
+    EditorLabel *m_hint; ///< in the place of a list without rows
     EditorLabel *m_remark;
     bool m_isShowing = false; ///< the current row follows the tag, not the other way round
 };

@@ -80,6 +80,7 @@ public:
     QPointer<Popover> problems;
     std::shared_ptr<TFileObject> current;
     bool isSearching = false; ///< the keyboard stays in the field while it is typed into
+    bool hasMatches = false;  ///< of the search, whether they are shown or not
 };
 
 FilePane::Private::Private(FilePane &self, TDocument &given)
@@ -97,7 +98,11 @@ FilePane::Private::Private(FilePane &self, TDocument &given)
     followFilters();
     using D = TDocument;
     for (const auto signal : {&D::filesInserted, &D::filesRemoved, &D::filesReplaced})
-        QObject::connect(&document, signal, &pane, [this] { showTableOrInvitation(); });
+        QObject::connect(&document, signal, &pane, [this] {
+            filters->setRemark({}); // was about other files
+            showTableOrInvitation();
+        });
+    QObject::connect(&document, &D::filesChanged, &pane, [this] { filters->setRemark({}); });
     QObject::connect(invitation, &EmptyInvitation::addFilesRequested, &pane,
                      &FilePane::addFilesRequested);
     QObject::connect(invitation, &EmptyInvitation::addFoldersRequested, &pane,
@@ -151,6 +156,7 @@ void FilePane::Private::followFilters()
 {
     QObject::connect(&model, &FileTableModel::countsChanged, &pane, [this] { showCounts(); });
     QObject::connect(filters, &FilterRow::filterChosen, &pane, [this](FileKinds::Filter filter) {
+        filters->setRemark({});
         table->setHint(hintFor(filter));
         model.setFilter(filter);
     });
@@ -196,6 +202,9 @@ void FilePane::Private::search(const QString &text)
     isSearching = true;
     document.doSearch(text);
     isSearching = false;
+    filters->setRemark(text.isEmpty() || !table->selection().rows().isEmpty() ? QString()
+                       : hasMatches ? FilePane::tr("Hidden by the filter")
+                                    : FilePane::tr("No name matches"));
 }
 
 void FilePane::Private::showMenu(QPoint position)
@@ -252,6 +261,7 @@ std::vector<qsizetype> FilePane::selectedRows() const
 
 void FilePane::selectRows(const std::vector<qsizetype> &rows)
 {
+    m_private->hasMatches = !rows.empty();
     m_private->table->selectDocumentRows(rows);
 }
 

@@ -9,6 +9,7 @@
 #include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 
 using namespace Qt::StringLiterals;
@@ -39,6 +40,7 @@ constexpr std::array<PillText, FileKinds::kFilterCount> kPills{{
 
 FilterRow::FilterRow(QWidget *parent)
     : QWidget(parent)
+    , m_remark(new QLabel(this))
     , m_search(new QLineEdit(this))
 {
     auto *layout = new QHBoxLayout(this);
@@ -58,6 +60,10 @@ FilterRow::FilterRow(QWidget *parent)
             Q_EMIT filterChosen(static_cast<Filter>(id));
     });
     layout->addStretch();
+    m_remark->setForegroundRole(QPalette::PlaceholderText);
+    m_remark->setMinimumWidth(1); // is cut before the row grows wider than its window
+    m_remark->hide();
+    layout->addWidget(m_remark);
 
     m_search->setPlaceholderText(tr("Search names"));
     m_search->setAccessibleName(tr("Search names"));
@@ -82,10 +88,17 @@ void FilterRow::chooseAll()
     m_pills[0]->setChecked(true);
 }
 
+void FilterRow::setRemark(const QString &remark)
+{
+    m_remark->setText(remark);
+    m_remark->setVisible(!remark.isEmpty());
+    m_search->setAccessibleDescription(remark);
+}
+
 void FilterRow::addControl(QWidget *control)
 {
     auto *row = static_cast<QHBoxLayout *>(layout());
-    row->insertWidget(row->indexOf(m_search), control);
+    row->insertWidget(row->indexOf(m_remark), control);
     setTabOrder(m_pills.back(), control);
     setTabOrder(control, m_search);
 }

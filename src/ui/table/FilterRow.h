@@ -7,6 +7,7 @@
 #include <QWidget>
 
 class PillButton;
+class QLabel;
 class QLineEdit;
 
 /// The filters above the file table, with the number of files that pass each, and the search field.
@@ -23,6 +24,8 @@ public:
     QList<PillButton *> filters() const { return {m_pills.begin(), m_pills.end()}; }
     void setCount(Filter filter, qint64 count);
     void chooseAll();
+    /// What became of the search, beside its field; empty when it found something.
+    void setRemark(const QString &remark);
     /// Something of the window's own, before the search field; the row owns it.
     void addControl(QWidget *control);
 
@@ -44,6 +47,7 @@ private:
     void followFont();
 
     std::array<PillButton *, FileKinds::kFilterCount> m_pills{};
+    QLabel *m_remark;
     QLineEdit *m_search;
     QAction *m_lens;
     QTimer m_pause;

@@ -29,6 +29,8 @@ private Q_SLOTS:
               u"Values of song.mp3");
         table("video rule, audio file", u"VideoTag", {}, song, u"artist", {u"artist"_s}, {u""_s},
               u"artist", u"song.mp3 is not a video file.");
+        table("no hit", u"ImageTag", {}, photo, u"nope", {}, {}, u"PixelWidth",
+              u"No tag matches \"nope\".");
         table("no file", u"AudioTag", {}, u"none", u"artist", {u"artist"_s}, {u""_s}, u"artist",
               u"With files in the batch, their values are shown here.");
     }

@@ -389,6 +389,15 @@ void TestFilePane::search()
     QTest::keyClick(field, Qt::Key_Escape);
     QVERIFY(field->text().isEmpty());
     QVERIFY(shown.pane->selectedRows().empty());
+    QTest::keyClick(field, Qt::Key_X);
+    QTRY_COMPARE(field->accessibleDescription(), u"No name matches"_s);
+    shown.pane->filters()[1]->click(); // Changed
+    QVERIFY(field->accessibleDescription().isEmpty());
+    QTest::keyClick(field, Qt::Key_Backspace);
+    QTest::keyClick(field, Qt::Key_O);
+    QTRY_COMPARE(field->accessibleDescription(), u"Hidden by the filter"_s);
+    QTest::keyClick(field, Qt::Key_Escape);
+    QVERIFY(field->accessibleDescription().isEmpty());
 }
 
 void TestFilePane::contextMenu()
