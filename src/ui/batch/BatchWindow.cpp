@@ -55,7 +55,7 @@ BatchWindow::BatchWindow(TDocumentServices services, ApplicationCommands &applic
     , m_files(new FilePane(*m_document, this))
     , m_inspector(new InspectorDock(this))
     , m_editors(new EditorPopovers(
-          *m_document, m_services.notifications, *m_recipe,
+          *m_document, m_services.notifications, m_host, *m_recipe,
           [this] {
               const TFileList &files = m_document->sourceObjectArray();
               const std::shared_ptr<TFileObject> current = m_files->currentFile();

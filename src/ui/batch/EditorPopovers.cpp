@@ -7,10 +7,12 @@
 #include "ui/windows/PresetNameForm.h"
 
 EditorPopovers::EditorPopovers(TDocument &document, Notifications &notifications,
-                               RecipeCard &recipe, SampleFile sampleFile, QObject *parent)
+                               TDialogHost &dialogs, RecipeCard &recipe, SampleFile sampleFile,
+                               QObject *parent)
     : QObject(parent)
     , m_document(document)
     , m_notifications(notifications)
+    , m_dialogs(dialogs)
     , m_recipe(recipe)
     , m_sampleFile(std::move(sampleFile))
 {
@@ -50,13 +52,15 @@ void EditorPopovers::editRule(const TRulePtr &rule)
 {
     closeAll();
     if (QWidget *tile = m_recipe.tileOf(rule))
-        openEditor(RuleEditors::editorFor(rule, {m_document, m_notifications, m_sampleFile}), tile);
+        openEditor(
+            RuleEditors::editorFor(rule, {m_document, m_notifications, m_dialogs, m_sampleFile}),
+            tile);
 }
 
 void EditorPopovers::editExtension()
 {
     closeAll();
-    openEditor(RuleEditors::extensionEditor({m_document, m_notifications, m_sampleFile}),
+    openEditor(RuleEditors::extensionEditor({m_document, m_notifications, m_dialogs, m_sampleFile}),
                m_recipe.extensionTile());
 }
 

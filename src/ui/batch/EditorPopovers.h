@@ -21,8 +21,8 @@ public:
     using PresetName = std::function<void(const std::optional<QString> &name)>;
 
     /// All outlive the popovers.
-    EditorPopovers(TDocument &document, Notifications &notifications, RecipeCard &recipe,
-                   SampleFile sampleFile, QObject *parent = nullptr);
+    EditorPopovers(TDocument &document, Notifications &notifications, TDialogHost &dialogs,
+                   RecipeCard &recipe, SampleFile sampleFile, QObject *parent = nullptr);
     ~EditorPopovers() override;
 
     void editRule(const TRulePtr &rule);
@@ -39,6 +39,7 @@ private:
 
     TDocument &m_document;
     Notifications &m_notifications;
+    TDialogHost &m_dialogs;
     RecipeCard &m_recipe;
     SampleFile m_sampleFile;
     QPointer<Popover> m_current;

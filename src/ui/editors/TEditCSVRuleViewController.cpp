@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/TEditCSVRuleViewController.h"
 
+#include "commonprocs/ByteNames.h"
 #include "document/TDocumentDrag.h"
-#include "ui/controls/Icons.h"
 #include "ui/controls/ToolTip.h"
 #include "ui/editors/CSVSources.h"
 #include "ui/editors/CSVTableModel.h"
@@ -14,7 +14,6 @@
 #include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
@@ -35,6 +34,11 @@ QString draggedFile(const QMimeData &data)
     const TFileURLs urls = TDocumentDrag::fileURLs(data);
     const QString path = urls.size() == 1 ? urls.front().path() : QString();
     return path.endsWith(".csv"_L1, Qt::CaseInsensitive) ? path : QString();
+}
+
+QString shownName(const QString &path)
+{
+    return ByteNames::forDisplay(QFileInfo(path).fileName());
 }
 
 } // namespace
@@ -158,10 +162,10 @@ void TEditCSVRuleViewController::showSource()
     const auto source = CSVSources::sourceOf(table);
     m_file->setToolTip(source ? ToolTip::of(source->path) : QString());
     if (m_loader->isLoading())
-        m_file->setText(tr("Reading %1...").arg(QFileInfo(m_loading).fileName()));
+        m_file->setText(tr("Reading %1...").arg(shownName(m_loading)));
     else if (source)
-        m_file->setText(tr("%1, %2").arg(QFileInfo(source->path).fileName(),
-                                         TCSVStream::nameOf(source->encoding)));
+        m_file->setText(
+            tr("%1, %2").arg(shownName(source->path), TCSVStream::nameOf(source->encoding)));
     else
         m_file->setText(table ? tr("The table came with the rule.") : tr("No file is loaded."));
 }
@@ -245,20 +249,15 @@ void TEditCSVRuleViewController::fileLoaded(const CSVLoader::Result &result)
 
 void TEditCSVRuleViewController::tellFailure(const QString &path, const QString &problem)
 {
-    const QString what = tr("%1: %2").arg(QFileInfo(path).fileName(), problem);
+    const QString what = tr("%1: %2").arg(shownName(path), problem);
     m_problem->setText(what);
     m_problem->show();
-    auto *alert = new QMessageBox(QMessageBox::Critical, tr("No CSV Data"), tr("No CSV Data"),
-                                  QMessageBox::Ok, this);
-    alert->setInformativeText(
-        tr("I was unable to read CSV data from the file you fed me. Please try again") + "\n\n"_L1 +
-        what);
-    const int side = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, alert);
-    alert->setIconPixmap(Icons::forLevel(TErrorTypes::kCritical).pixmap(side));
-    alert->setTextFormat(Qt::PlainText);
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setWindowModality(Qt::WindowModal);
-    alert->open();
+    context().dialogs.ask(
+        {TDialogHost::Form::StopSheet,
+         tr("No CSV Data"),
+         tr("I was unable to read CSV data from the file you fed me. Please try again"),
+         what,
+         {}});
 }
 
 void TEditCSVRuleViewController::dragEnterEvent(QDragEnterEvent *event)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/TEditOriginalViewController.h"
 
+#include "commonprocs/ByteNames.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -21,7 +23,9 @@ QString shortened(const QString &text)
 
 QString withExample(const QString &words, const QString &example)
 {
-    return example.isEmpty() ? words : kExample.toString().arg(words, shortened(example));
+    return example.isEmpty()
+               ? words
+               : kExample.toString().arg(words, ByteNames::forDisplay(shortened(example)));
 }
 
 QString sizeText(const TFileObject &file, qint64 format)

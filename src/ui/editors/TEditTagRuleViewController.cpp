@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/editors/TEditTagRuleViewController.h"
 
+#include "commonprocs/ByteNames.h"
+
 TEditTagRuleViewController::TEditTagRuleViewController(const TRulePtr &rule,
                                                        const EditorContext &context)
     : TRuleViewController(rule, context)
@@ -66,7 +68,7 @@ QString TEditTagRuleViewController::remarkFor(const TFileObject *file) const
         return tr("The rule's category is none of those on offer.");
     if (file == nullptr)
         return tr("With files in the batch, their values are shown here.");
-    const QString name = file->sourceURL().lastPathComponent();
+    const QString name = ByteNames::forDisplay(file->sourceURL().lastPathComponent());
     if (!isOfKind(*file))
         return otherKindRemark().arg(name);
     const TMetadataPtr metadata = metadataOf(*file);

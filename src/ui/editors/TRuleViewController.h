@@ -13,6 +13,7 @@ struct EditorContext
 {
     TDocument &document;
     Notifications &notifications;
+    TDialogHost &dialogs;
     /// The selected file, else the first of the batch; null when there is none.
     std::function<std::shared_ptr<TFileObject>()> sampleFile;
 };

@@ -53,7 +53,7 @@ struct EditorStage : DocumentFixture
     }
     EditorContext context()
     {
-        return {*document, notifications, [this]() -> std::shared_ptr<TFileObject> {
+        return {*document, notifications, host, [this]() -> std::shared_ptr<TFileObject> {
                     for (const auto &file : document->sourceObjectArray())
                         if (sample.isNull() || file->sourceURL().lastPathComponent() == sample)
                             return file;
