@@ -15,9 +15,13 @@ constexpr const char *kInitializing =
     QT_TRANSLATE_NOOP("TDoRollBackWindowController", "Initializing... processing log");
 constexpr const char *kRollingBack =
     QT_TRANSLATE_NOOP("TDoRollBackWindowController", "Rolling back renames...");
+constexpr const char *kStopping =
+    QT_TRANSLATE_NOOP("TDoRollBackWindowController", "Stopping after the file in hand...");
 constexpr const char *kRollBack = QT_TRANSLATE_NOOP("TDoRollBackWindowController", "Roll Back");
 constexpr const char *kComplete =
     QT_TRANSLATE_NOOP("TDoRollBackWindowController", "Roll Back Complete");
+constexpr const char *kOldNameInUse = QT_TRANSLATE_NOOP(
+    "TDoRollBackWindowController", "The old name is in use. The file is now named \"%1\".");
 constexpr QLatin1StringView kLogTitle{"rollback TRX table view"};
 constexpr QLatin1StringView kUnknownColumn{" column %@ not processed"};
 constexpr QLatin1StringView kRollbackTitle{"rollback"};
@@ -61,6 +65,13 @@ struct TDoRollBackWindowController::Checked
     QString problem;
 };
 
+/// What the second pass hands over.
+struct TDoRollBackWindowController::Undone
+{
+    Records records;
+    std::vector<std::pair<qsizetype, TFileURL>> renamed; ///< whose old name was in use
+};
+
 TDoRollBackWindowController::TDoRollBackWindowController(const Services &services,
                                                          std::function<void(int)> ended)
     : m_fileManager(services.fileManager)
@@ -71,7 +82,10 @@ TDoRollBackWindowController::TDoRollBackWindowController(const Services &service
 {
 }
 
-TDoRollBackWindowController::~TDoRollBackWindowController() = default;
+TDoRollBackWindowController::~TDoRollBackWindowController()
+{
+    *m_stopped = true;
+}
 
 void TDoRollBackWindowController::loadLog(const TFileURL &log)
 {
@@ -162,25 +176,44 @@ void TDoRollBackWindowController::performBackgroundRollBack()
     Q_EMIT progressChanged();
     Q_EMIT changed();
     m_work.run(
-        [run = m_run, report = reporter(), reverse = m_reverse](
-            const BackgroundWork::StopFlag &stop, const BackgroundWork::Post &post) {
-            run->performRollBack(posted(report, post), stop, reverse);
-            return run->transactions();
+        [run = m_run, report = reporter(), reverse = m_reverse,
+         stopped = m_stopped](const BackgroundWork::StopFlag &, const BackgroundWork::Post &post) {
+            Undone undone;
+            run->performRollBack(
+                posted(report, post), *stopped, reverse,
+                [&](qsizetype index, const TFileURL &target) {
+                    const TRenameTRX &record = run->transactions()[static_cast<std::size_t>(index)];
+                    if (target.lastPathComponent() != record.originalURL.lastPathComponent())
+                        undone.renamed.emplace_back(index, target);
+                });
+            undone.records = run->transactions();
+            return undone;
         },
-        [this](Records records) { rollBackComplete(std::move(records)); });
+        [this](Undone undone) { rollBackComplete(std::move(undone)); });
 }
 
-void TDoRollBackWindowController::rollBackComplete(Records records)
+void TDoRollBackWindowController::rollBackComplete(Undone undone)
 {
-    m_records = std::move(records);
+    m_records = std::move(undone.records);
+    for (const auto &[index, target] : undone.renamed)
+        m_records[static_cast<std::size_t>(index)].errorLog.addErrorOfType(
+            TErrorTypes::kWarning, tr(kOldNameInUse).arg(target.lastPathComponent()));
     m_progressShown = false;
     m_state = State::Complete;
     Q_EMIT tableReloaded();
     Q_EMIT changed();
 }
 
+void TDoRollBackWindowController::stop()
+{
+    *m_stopped = true;
+    m_statusText = tr(kStopping);
+    Q_EMIT changed();
+}
+
 void TDoRollBackWindowController::cancel()
 {
+    *m_stopped = true;
     m_work.cancel();
     if (!std::exchange(m_hasEnded, true))
         m_ended(kEndCode);
@@ -193,7 +226,7 @@ bool TDoRollBackWindowController::rollBackButtonEnabled() const
 
 QString TDoRollBackWindowController::rollBackButtonTitle() const
 {
-    return tr(m_state == State::Complete ? kComplete : kRollBack);
+    return tr(m_state == State::Complete && !*m_stopped ? kComplete : kRollBack);
 }
 
 TableCell TDoRollBackWindowController::cell(qsizetype row, QLatin1StringView column) const

@@ -42,7 +42,11 @@ public:
     void loadLog(const TFileURL &log);
     /// The roll-back button: asks for closed folders, then moves the files back.
     void rollBack();
-    /// The cancel button, and closing the window.
+    /// Ends a rollback after the file in hand; the window stays and shows what was done.
+    void stop();
+    /// True from then on; with the state complete, files may have been left as they were.
+    bool wasStopped() const { return *m_stopped; }
+    /// The cancel button, and closing the window: leaves it, without waiting for anything.
     void cancel();
     /// Whether to go from the last record to the first; may be changed until the rollback starts.
     void setReverse(bool reverse) { m_reverse = reverse; }
@@ -75,6 +79,7 @@ Q_SIGNALS:
 
 private:
     struct Checked;
+    struct Undone;
     using Records = std::vector<TRenameTRX>;
 
     static Checked processLogInBackground(const TFileURL &log, FileManager &fileManager,
@@ -85,7 +90,7 @@ private:
     void loadProgressing(qsizetype current, qsizetype total);
     void loadFinished(Checked checked);
     void performBackgroundRollBack();
-    void rollBackComplete(Records records);
+    void rollBackComplete(Undone undone);
 
     FileManager &m_fileManager;
     std::function<void(int)> m_ended;
@@ -95,6 +100,8 @@ private:
     bool m_progressShown = true;
     int m_progress = 0;
     bool m_isAsking = false; ///< a panel for a folder is open
+    /// Read by the rollback before each file.
+    const std::shared_ptr<std::atomic<bool>> m_stopped = std::make_shared<std::atomic<bool>>(false);
     bool m_reverse = false;
     bool m_recommendsReverse = false;
     std::shared_ptr<RollbackRun> m_run; ///< the worker's while a pass is under way

@@ -134,6 +134,9 @@ void TestRollbackWindows::table_data()
         << u"-a.txt|-n.txt|stop|2 The rename from a.txt to n.txt did not complete successfully|"
            "1 The originally named file exists at a.txt, will use safe naming"_s
         << skipped;
+    QTest::newRow("old name in use meanwhile")
+        << L{u"n.txt"_s, u"a.txt"_s} << u"a.txt>n.txt"_s << u"a.txt|n.txt|green arrow"_s
+        << u"-a.txt|-n.txt|tick|1 The old name is in use. The file is now named \"a-1.txt\"."_s;
     QTest::newRow("refused") << L{u"a"_s, u"n"_s} << u"a>n"_s << u"a|n|green arrow"_s
                              << u"!a|-n|stop|2 Rollback failed: "_s;
 }
@@ -270,18 +273,19 @@ void TestRollbackWindows::reverseOrder()
 void TestRollbackWindows::leavingDuringAPass_data()
 {
     QTest::addColumn<bool>("rolling");
-    QTest::addColumn<bool>("destroy");
-    QTest::newRow("analysis, cancelled") << false << false;
-    QTest::newRow("analysis, closed") << false << true;
-    QTest::newRow("rollback, cancelled") << true << false;
-    QTest::newRow("rollback, closed") << true << true;
+    QTest::addColumn<QString>("how");
+    QTest::newRow("analysis, cancelled") << false << u"cancel"_s;
+    QTest::newRow("analysis, closed") << false << u"close"_s;
+    QTest::newRow("rollback, cancelled") << true << u"cancel"_s;
+    QTest::newRow("rollback, closed") << true << u"close"_s;
+    QTest::newRow("rollback, stopped") << true << u"stop"_s;
 }
 
 /// The pass is held before its second file while the user leaves: that file is finished, no other.
 void TestRollbackWindows::leavingDuringAPass()
 {
     QFETCH(const bool, rolling);
-    QFETCH(const bool, destroy);
+    QFETCH(const QString, how);
     RollbackWindow t({u"n0.txt"_s, u"n1.txt"_s, u"n2.txt"_s});
     const L moves{u"a0.txt>n0.txt"_s, u"a1.txt>n1.txt"_s, u"a2.txt>n2.txt"_s};
     std::latch reached(1);
@@ -305,15 +309,22 @@ void TestRollbackWindows::leavingDuringAPass()
     }
     reached.wait();
     const State state = t.window->state();
-    t.window->cancel();
-    if (destroy)
+    const bool stops = how == "stop"_L1;
+    if (stops)
+        t.window->stop();
+    else
+        t.window->cancel();
+    if (how == "close"_L1)
         t.window.reset();
     left.count_down();
     t.settle();
-    QCOMPARE(t.ends, 1);
+    QCOMPARE(t.ends, stops ? 0 : 1);
     QCOMPARE(t.tree.exists(u"a1.txt"_s), rolling);
     QVERIFY(t.tree.exists(u"n2.txt"_s));
-    QVERIFY(destroy || t.window->state() == state);
+    if (stops)
+        QCOMPARE(t.shown(), u"Roll Back off|hidden|0"_s); // not "complete"
+    else
+        QVERIFY(!t.window || t.window->state() == state);
 }
 
 void TestRollbackWindows::chooser_data()

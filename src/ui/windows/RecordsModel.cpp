@@ -23,13 +23,41 @@ RecordsModel::RecordsModel(const TDoRollBackWindowController &runner, QObject *p
 {
     connect(&runner, &Controller::tableReloaded, this, [this] {
         beginResetModel();
+        findProblems();
         endResetModel();
     });
 }
 
+void RecordsModel::findProblems()
+{
+    const bool isComplete = m_runner.state() == Controller::State::Complete;
+    const qint64 wanted = isComplete ? RollbackRun::kRestored : RollbackRun::kRenamedFound;
+    m_problems.clear();
+    int number = 0;
+    for (const TRenameTRX &record : m_runner.theTRX()) {
+        if (record.renamedExistsWithStatus != wanted || !record.errorLog.isEmpty())
+            m_problems.push_back(number);
+        ++number;
+    }
+}
+
+void RecordsModel::setOnlyProblems(bool only)
+{
+    beginResetModel();
+    m_onlyProblems = only;
+    endResetModel();
+}
+
 int RecordsModel::rowCount(const QModelIndex &parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(m_runner.theTRX().size());
+    if (parent.isValid())
+        return 0;
+    return m_onlyProblems ? problemCount() : static_cast<int>(m_runner.theTRX().size());
+}
+
+int RecordsModel::recordOf(int row) const
+{
+    return m_onlyProblems ? m_problems[static_cast<std::size_t>(row)] : row;
 }
 
 int RecordsModel::columnCount(const QModelIndex &parent) const
@@ -39,13 +67,13 @@ int RecordsModel::columnCount(const QModelIndex &parent) const
 
 const TRenameTRX &RecordsModel::recordAt(int row) const
 {
-    return m_runner.theTRX()[static_cast<std::size_t>(row)];
+    return m_runner.theTRX()[static_cast<std::size_t>(recordOf(row))];
 }
 
 QVariant RecordsModel::data(const QModelIndex &index, int role) const
 {
     const TableCell cell =
-        m_runner.cell(index.row(), kColumns[static_cast<std::size_t>(index.column())]);
+        m_runner.cell(recordOf(index.row()), kColumns[static_cast<std::size_t>(index.column())]);
     switch (role) {
     case Qt::DisplayRole:
         return ByteNames::forDisplay(cell.text);
@@ -63,7 +91,7 @@ QVariant RecordsModel::data(const QModelIndex &index, int role) const
     }
 }
 
-QString RecordsModel::statusName(qint64 status)
+QString RecordsModel::statusName(qint64 status) const
 {
     switch (status) {
     case RollbackRun::kRestored:
@@ -71,7 +99,8 @@ QString RecordsModel::statusName(qint64 status)
     case RollbackRun::kFailed:
         return tr("Could not be moved back");
     case RollbackRun::kRenamedFound:
-        return tr("Will be moved back");
+        return m_runner.state() == Controller::State::Complete ? tr("Left as it was")
+                                                               : tr("Will be moved back");
     default:
         return tr("Nothing to move back");
     }

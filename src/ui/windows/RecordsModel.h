@@ -5,7 +5,8 @@
 
 #include <QAbstractTableModel>
 
-/// The records of a rollback as its controller shows them. Nothing is kept a row.
+/// The records of a rollback as its controller shows them: all, or those that something is in the
+/// way of. Of all nothing is kept a row.
 class RecordsModel : public QAbstractTableModel
 {
     Q_OBJECT
@@ -20,10 +21,19 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+    void setOnlyProblems(bool only);
+    /// Of all records, whichever are shown.
+    int problemCount() const { return static_cast<int>(m_problems.size()); }
+    /// The number of the record in the run.
+    int recordOf(int row) const;
+
 private:
-    static QString statusName(qint64 status);
+    void findProblems();
+    QString statusName(qint64 status) const;
     const TRenameTRX &recordAt(int row) const;
     QString toolTip(const QModelIndex &index) const;
 
     const TDoRollBackWindowController &m_runner;
+    std::vector<int> m_problems; ///< numbers of records
+    bool m_onlyProblems = false;
 };

@@ -17,7 +17,6 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -62,10 +61,12 @@ QTableView *makeTable(QAbstractItemModel *model, QWidget *parent)
 RollBackWindow::RollBackWindow(Controller &runner, QWidget *parent)
     : QDialog(parent)
     , m_runner(runner)
-    , m_table(makeTable(new RecordsModel(runner, this), this))
+    , m_records(new RecordsModel(runner, this))
+    , m_table(makeTable(m_records, this))
     , m_summary(SheetParts::muted(QString(), this))
     , m_status(SheetParts::muted(QString(), this))
     , m_bar(new QProgressBar(this))
+    , m_onlyProblems(new QCheckBox(this))
     , m_reverse(new QCheckBox(tr("From the &last file to the first"), this))
     , m_reverseReason(SheetParts::muted(
           tr("Recommended: in this run, files took the names that others had just given up. Only "
@@ -82,6 +83,7 @@ RollBackWindow::RollBackWindow(Controller &runner, QWidget *parent)
     m_reverse->setAccessibleDescription(m_reverseReason->text());
     m_rollBack->setDefault(true);
     m_cancel->setAutoDefault(false);
+    m_onlyProblems->hide();
     layOut();
     connectAll();
     refreshSummary();
@@ -99,6 +101,7 @@ void RollBackWindow::layOut()
     layout->addWidget(m_bar);
     layout->addSpacing(SheetParts::kGap);
     layout->addWidget(SheetParts::framed(m_table, this), 1);
+    layout->addWidget(m_onlyProblems);
     layout->addWidget(m_reverse);
     layout->addWidget(m_reverseReason);
     layout->addSpacing(SheetParts::kGap);
@@ -114,6 +117,8 @@ void RollBackWindow::connectAll()
     connect(m_rollBack, &QPushButton::clicked, this, [this] { m_runner.rollBack(); });
     connect(m_cancel, &QPushButton::clicked, this, &RollBackWindow::reject);
     connect(m_reverse, &QCheckBox::toggled, this, [this](bool on) { m_runner.setReverse(on); });
+    connect(m_onlyProblems, &QCheckBox::toggled, m_records, &RecordsModel::setOnlyProblems);
+    connect(m_records, &RecordsModel::modelReset, m_table, [this] { m_table->selectRow(0); });
     connect(m_table, &QTableView::clicked, this, &RollBackWindow::showProblems);
     connect(m_table->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
         if (m_problems != nullptr)
@@ -131,9 +136,12 @@ void RollBackWindow::refresh()
     m_status->setVisible(m_runner.isProgressShown());
     m_bar->setVisible(m_runner.isProgressShown());
     m_summary->setVisible(!m_runner.isProgressShown());
-    m_rollBack->setText(m_runner.rollBackButtonTitle());
-    m_rollBack->setEnabled(m_runner.rollBackButtonEnabled());
+    m_rollBack->setText(u'&' + m_runner.rollBackButtonTitle());
     m_cancel->setText(isComplete ? tr("Close") : tr("Cancel"));
+    m_cancel->setDefault(isComplete);
+    if (m_rollBack->hasFocus() && !m_runner.rollBackButtonEnabled())
+        m_cancel->setFocus(Qt::OtherFocusReason);
+    m_rollBack->setEnabled(m_runner.rollBackButtonEnabled());
     m_reverse->setChecked(m_runner.isReverse());
     m_reverse->setEnabled(isAnalysed);
     for (QWidget *order :
@@ -147,25 +155,27 @@ void RollBackWindow::refreshSummary()
     if (m_problems != nullptr)
         m_problems->dismiss();
     const bool isAfter = m_runner.state() == Controller::State::Complete;
-    const qint64 wanted = isAfter ? RollbackRun::kRestored : RollbackRun::kRenamedFound;
-    const auto &records = m_runner.theTRX();
-    const auto count =
-        std::count_if(records.begin(), records.end(), [wanted](const TRenameTRX &record) {
-            return record.renamedExistsWithStatus == wanted;
-        });
+    const auto total = static_cast<qlonglong>(m_runner.theTRX().size());
+    const int problems = m_records->problemCount();
     const QString format = isAfter ? tr("%1 of %2 files have their old names back.")
                                    : tr("%1 of %2 files can get their old names back.");
-    QString text = format.arg(locale().toString(static_cast<qlonglong>(count)),
-                              locale().toString(static_cast<qlonglong>(records.size())));
-    if (static_cast<std::size_t>(count) < records.size())
-        text += u' ' + tr("A click on a current name tells what is in the way.");
+    QString text = format.arg(locale().toString(total - problems), locale().toString(total));
+    if (problems > 0 && isAfter && m_runner.wasStopped())
+        text += u' ' + tr("Rolling back this run again goes on with the others.");
+    else if (problems > 0)
+        text += u' ' + tr("To see why not, click a current name or press Space.");
     m_summary->setText(text);
+    m_onlyProblems->setText(tr("Show only the &other files (%1)").arg(locale().toString(problems)));
+    m_onlyProblems->setVisible(problems > 0 && problems < total);
+    if (m_onlyProblems->isHidden())
+        m_onlyProblems->setChecked(false);
 }
 
 void RollBackWindow::showProblems(const QModelIndex &index)
 {
     const TErrorLog *const log =
-        index.isValid() ? m_runner.clicked(index.row(), index.column()) : nullptr;
+        index.isValid() ? m_runner.clicked(m_records->recordOf(index.row()), index.column())
+                        : nullptr;
     if (log == nullptr)
         return;
     m_problems = Popover::open(std::make_unique<ErrorLogView>(*log).release(), // the popover's
@@ -185,8 +195,12 @@ bool RollBackWindow::eventFilter(QObject *watched, QEvent *event)
     return QDialog::eventFilter(watched, event);
 }
 
-/// The controller's owner takes the window away.
+/// The controller's owner takes the window away. A folder that does not answer keeps nobody here:
+/// the second time leaves at once.
 void RollBackWindow::reject()
 {
-    m_runner.cancel();
+    if (m_runner.state() == Controller::State::RollingBack && !m_runner.wasStopped())
+        m_runner.stop();
+    else
+        m_runner.cancel();
 }

@@ -204,11 +204,12 @@ void TestRollbackViews::rollingBack()
     QCOMPARE(shown(0, Qt::DisplayRole), (L{u"old.txt"_s, u"new.txt"_s, u""_s}));
     QCOMPARE(shown(0, Qt::AccessibleTextRole)[2], u"Will be moved back"_s);
     QCOMPARE(shown(1, RowDelegate::kInkRole), (L{u"1"_s, u"1"_s, u"0"_s}));
-    QVERIFY(!bar->isVisible() && !window.findChild<QCheckBox *>()->isVisible());
+    QVERIFY(!bar->isVisible() && window.findChildren<QCheckBox *>().last()->isHidden());
     QTest::keyClick(window.focusWidget(), Qt::Key_Return); // in the table it starts nothing
     QVERIFY(!desk.tree.exists(u"old.txt"_s) && start->isEnabled());
     QTest::mouseClick(start, Qt::LeftButton);
-    QTRY_COMPARE(start->text(), u"Roll Back Complete"_s);
+    QTRY_COMPARE(start->text(), u"&Roll Back Complete"_s);
+    QVERIFY(button(window, u"Close"_s)->hasFocus());
     QVERIFY(desk.tree.exists(u"old.txt"_s) && !start->isEnabled() && !bar->isVisible());
     QCOMPARE(shown(0, Qt::AccessibleTextRole)[2], u"Moved back"_s);
     QTest::mouseClick(button(window, u"Close"_s), Qt::LeftButton);
@@ -240,6 +241,13 @@ void TestRollbackViews::problems()
     QTest::keyClick(table, Qt::Key_Down);
     QTest::keyClick(table, Qt::Key_Space);
     QCOMPARE(open(), u"No problems found."_s);
+    auto *others = window.findChild<QCheckBox *>();
+    QTest::mouseClick(others, Qt::LeftButton, {}, QPoint(10, others->height() / 2));
+    QTRY_COMPARE(open(), QString());
+    QCOMPARE(others->text(), u"Show only the &other files (1)"_s);
+    QCOMPARE(table->model()->rowCount(), 1);
+    QTest::keyClick(table, Qt::Key_Space); // the first row is the current one
+    QCOMPARE(open(), u"1 critical problem"_s);
     QTest::mouseClick(button(window, u"Roll Back"_s), Qt::LeftButton);
     QTRY_COMPARE(open(), QString());
 }
@@ -258,7 +266,7 @@ void TestRollbackViews::reverseOrder()
     RollBackWindow window(desk.runner);
     window.show();
     desk.load({u"2.txt>3.txt"_s, u"1.txt>2.txt"_s});
-    auto *order = window.findChild<QCheckBox *>();
+    auto *order = window.findChildren<QCheckBox *>().last();
     QTRY_VERIFY(order->isVisible());
     QVERIFY(!order->isChecked());
     if (reverse)
