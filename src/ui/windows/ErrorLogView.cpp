@@ -157,6 +157,13 @@ public:
         return {width, std::min(height, kShownRows * row)};
     }
     QSize minimumSizeHint() const override { return {0, RowDelegate::rowHeight(fontMetrics())}; }
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (!SheetParts::takesFirstStep(*this, *event))
+            QListView::keyPressEvent(event);
+    }
 };
 
 ErrorLogView::ErrorLogView(const TErrorLog &log, QWidget *parent)

@@ -36,13 +36,9 @@ void PickList::setPlaceholder(const QString &text)
     viewport()->update();
 }
 
-/// Where the keyboard is shows once a row is selected: the first step does not pass it over.
 void PickList::keyPressEvent(QKeyEvent *event)
 {
-    const bool isStep = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
-    if (isStep && currentIndex().isValid() && !selectionModel()->hasSelection())
-        selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect);
-    else
+    if (!SheetParts::takesFirstStep(*this, *event))
         QListView::keyPressEvent(event);
 }
 

@@ -5,7 +5,9 @@
 #include "ui/controls/Card.h"
 #include "ui/windows/MutedLabel.h"
 
+#include <QAbstractItemView>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
 
@@ -88,6 +90,15 @@ QWidget *framed(QWidget *view, QWidget *parent)
     layout->addWidget(view);
     card->showFocusOf(view);
     return card;
+}
+
+bool takesFirstStep(const QAbstractItemView &view, const QKeyEvent &event)
+{
+    const bool isStep = event.key() == Qt::Key_Down || event.key() == Qt::Key_Up;
+    if (!isStep || !view.currentIndex().isValid() || view.selectionModel()->hasSelection())
+        return false;
+    view.selectionModel()->select(view.currentIndex(), QItemSelectionModel::ClearAndSelect);
+    return true;
 }
 
 QHBoxLayout *buttonRow(std::initializer_list<QPushButton *> buttons)

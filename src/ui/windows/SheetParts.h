@@ -6,7 +6,9 @@
 
 #include <initializer_list>
 
+class QAbstractItemView;
 class QHBoxLayout;
+class QKeyEvent;
 class QLabel;
 class QPushButton;
 class QVBoxLayout;
@@ -32,6 +34,9 @@ QLabel *muted(const QString &text, QWidget *parent);
 QString breakable(const QString &text);
 /// Gives the view rounded surroundings; the result owns it.
 QWidget *framed(QWidget *view, QWidget *parent);
+/// Where the keyboard is shows once a row is selected: selects it at the first arrow key, which
+/// then has done its work and passes no row over.
+bool takesFirstStep(const QAbstractItemView &view, const QKeyEvent &event);
 /// Buttons at the trailing edge, in their order.
 QHBoxLayout *buttonRow(std::initializer_list<QPushButton *> buttons);
 /// Wide enough for about so many characters in the widget's font.
