@@ -46,7 +46,8 @@ BatchMenus::BatchMenus(const BatchParts &parts, QMenuBar &bar, QObject *parent)
     addEditMenu(bar);
     addRulesMenu(bar);
     addBatchMenu(bar);
-    bar.addMenu(new ViewMenu(parts, &bar));
+    m_view = new ViewMenu(parts, &bar);
+    bar.addMenu(m_view);
     addHelpMenu(bar);
     followDocument();
     update();
@@ -90,7 +91,7 @@ void BatchMenus::addEditMenu(QMenuBar &bar)
     menu->addSeparator();
     m_selectAll = menu->addAction(tr("Select &All"), QKeySequence::SelectAll, &m_edit,
                                   &EditCommands::selectAll);
-    menu->addAction(tr("&Find"), QKeySequence::Find, this, [this] {
+    m_find = menu->addAction(tr("&Find"), QKeySequence::Find, this, [this] {
         m_parts.files.searchField()->setFocus(Qt::ShortcutFocusReason);
         m_parts.files.searchField()->selectAll();
     });
@@ -204,6 +205,9 @@ void BatchMenus::update()
     m_delete->setText(m_edit.removeText());
     m_delete->setEnabled(m_edit.canRemove());
     m_selectAll->setEnabled(m_edit.canSelectAll());
+    const bool hasFiles = !document.sourceObjectArray().empty(); // else nothing of them is shown
+    m_find->setEnabled(hasFiles);
+    m_view->setFiltersEnabled(hasFiles);
     m_editRule->setEnabled(m_rules.canEdit());
     m_moveLeft->setEnabled(m_rules.canMove(Way::Earlier));
     m_moveRight->setEnabled(m_rules.canMove(Way::Later));

@@ -9,6 +9,7 @@
 
 class QMenu;
 class QMenuBar;
+class ViewMenu;
 
 /// The menu bar of a batch window: every command there is, with its key, enabled when it would do
 /// something. Owned by the window.
@@ -50,6 +51,7 @@ private:
     QAction *m_paste = nullptr;
     QAction *m_delete = nullptr;
     QAction *m_selectAll = nullptr;
+    QAction *m_find = nullptr;
     QAction *m_editRule = nullptr;
     QAction *m_moveLeft = nullptr;
     QAction *m_moveRight = nullptr;
@@ -60,4 +62,5 @@ private:
     QAction *m_rename = nullptr;
     QAction *m_rollBackThis = nullptr;
     QAction *m_folderAccess = nullptr;
+    ViewMenu *m_view = nullptr;
 };

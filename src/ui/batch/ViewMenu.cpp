@@ -56,7 +56,7 @@ ViewMenu::ViewMenu(const BatchParts &parts, QWidget *parent)
 /// The buttons of the filter row, for the keyboard.
 void ViewMenu::addFilters(const FilePane &files)
 {
-    QMenu *menu = addMenu(tr("&Filter"));
+    QMenu *menu = m_filters = addMenu(tr("&Filter"));
     auto *group = new QActionGroup(menu);
     const QList<PillButton *> filters = files.filters();
     for (PillButton *filter : filters) {
@@ -66,6 +66,11 @@ void ViewMenu::addFilters(const FilePane &files)
         connect(menu, &QMenu::aboutToShow, action,
                 [action, filter] { action->setChecked(filter->isChecked()); });
     }
+}
+
+void ViewMenu::setFiltersEnabled(bool enabled)
+{
+    m_filters->setEnabled(enabled);
 }
 
 void ViewMenu::addAppearances()

@@ -15,9 +15,12 @@ public:
 
     /// Gives the application the remembered appearance; before the first window.
     static void restoreAppearance();
+    void setFiltersEnabled(bool enabled);
 
 private:
     void addFilters(const FilePane &files);
     void addAppearances();
     void addFullScreen(QMainWindow &window);
+
+    QMenu *m_filters = nullptr;
 };
