@@ -26,11 +26,12 @@ constexpr QLatin1StringView kHidden{"hidden"};
 constexpr std::array<QLatin1StringView, Model::ColumnCount> kNames{
     "status"_L1, "name"_L1, "newName"_L1, "size"_L1, "modified"_L1, "created"_L1, "folder"_L1};
 constexpr int kStatusWidth = 36;
-constexpr int kLeastName = 120;
 constexpr int kMostWidth = 4000;
 /// Of the room for both names, the part for the old one.
 constexpr double kOldNamePart = 0.36;
 constexpr int kSavingDelay = 400;
+/// Room for this much of a name is worth more than all columns in sight.
+constexpr QLatin1StringView kShortName{"IMG_0042 Rome.jpeg"};
 constexpr QLatin1StringView kLongSize{"1000.0 MB"};
 constexpr QLatin1StringView kLongFolder{"Holiday pictures 2"};
 constexpr qint64 kSampleSeconds = 1'751'551'509;
@@ -114,8 +115,9 @@ void ColumnSettings::fit()
         others += m_header.sectionSize(column);
     if (!m_header.isSectionHidden(Model::Folder))
         others += widthFor(kLongFolder);
-    const int room = std::max(2 * kLeastName, m_header.width() - others);
-    const int oldName = std::max(kLeastName, static_cast<int>(room * kOldNamePart));
+    const int least = widthFor(kShortName);
+    const int room = std::max(2 * least, m_header.width() - others);
+    const int oldName = std::max(least, static_cast<int>(room * kOldNamePart));
     if (!m_header.isSectionHidden(Model::Name))
         m_header.resizeSection(Model::Name, oldName);
     m_header.resizeSection(Model::NewName, room - oldName);
@@ -184,12 +186,20 @@ void ColumnSettings::fillMenu()
         });
     }
     m_menu.addSeparator();
+    QAction *arrange = m_menu.addAction(tr("Arrange by &Keyboard"));
+    // Later, since a menu that closes gives the keyboard back to what had it before.
+    connect(
+        arrange, &QAction::triggered, &m_header,
+        [this] { m_header.setFocus(Qt::ShortcutFocusReason); }, Qt::QueuedConnection);
     connect(m_menu.addAction(tr("Standard Columns")), &QAction::triggered, this, [this] {
         showInitialColumns();
         checkShown();
         save();
     });
-    connect(&m_menu, &QMenu::aboutToShow, this, &ColumnSettings::checkShown);
+    connect(&m_menu, &QMenu::aboutToShow, this, [this, arrange] {
+        checkShown();
+        arrange->setEnabled(m_header.isVisible());
+    });
     checkShown();
 }
 

@@ -8,6 +8,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScrollBar>
 
 namespace {
 
@@ -50,6 +51,9 @@ FileTableView::FileTableView(TDocument &document, FileTableModel &model, QWidget
     connect(m_selection, &QItemSelectionModel::currentRowChanged, viewport(),
             qOverload<>(&QWidget::update));
     connect(m_header, &FileTableHeader::sortRequested, this, &FileTableView::requestSort);
+    connect(m_header, &FileTableHeader::columnReached, this, &FileTableView::scrollToColumn);
+    connect(m_header, &FileTableHeader::left, this, [this] { setFocus(Qt::OtherFocusReason); });
+    setTabOrder(m_header, this);
     connect(&document, &TDocument::filesReordered, this, &FileTableView::orderIsAnother);
     connect(&document, &TDocument::filesInserted, this, &FileTableView::orderIsAnother);
     connect(&document, &TDocument::filesReplaced, this, &FileTableView::orderIsAnother);
@@ -156,6 +160,14 @@ void FileTableView::setHint(const QString &hint)
 {
     m_hint = hint;
     viewport()->update();
+}
+
+void FileTableView::scrollToColumn(int column)
+{
+    const int start = m_header->sectionPosition(column);
+    const int end = start + m_header->sectionSize(column) - viewport()->width();
+    QScrollBar &bar = *horizontalScrollBar();
+    bar.setValue(std::min(std::max(bar.value(), end), start));
 }
 
 void FileTableView::requestSort(int column, bool ascending)

@@ -55,6 +55,7 @@ protected:
 private:
     void setUpColumns();
     void followLook();
+    void scrollToColumn(int column);
     void requestSort(int column, bool ascending);
     void orderIsAnother();
     void keepPlace();

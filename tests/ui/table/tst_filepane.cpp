@@ -177,6 +177,7 @@ private Q_SLOTS:
     void search();
     void contextMenu();
     void problemsOpenBesideTheirRow();
+    void columnsAreRemembered_data();
     void columnsAreRemembered();
     void namesReadAlikeInMirroredWindows();
 };
@@ -453,6 +454,13 @@ void TestFilePane::problemsOpenBesideTheirRow()
     QVERIFY2(tip.contains(problem.toHtmlEscaped()), qPrintable(tip));
 }
 
+void TestFilePane::columnsAreRemembered_data()
+{
+    QTest::addColumn<bool>("isMirrored");
+    QTest::newRow("left to right") << false;
+    QTest::newRow("right to left") << true;
+}
+
 void TestFilePane::columnsAreRemembered()
 {
     Shown shown({u"a"_s});
@@ -462,14 +470,34 @@ void TestFilePane::columnsAreRemembered()
         if (action->text() == u"Size"_s || action->text() == u"Created"_s)
             action->trigger();
     }
-    header->moveSection(header->visualIndex(Column::Folder), 1);
     header->resizeSection(Column::Name, 333);
+    shown.pane->focusTable();
+    QTest::keyClick(shown.table, Qt::Key_Backtab, Qt::ShiftModifier);
+    QVERIFY(header->hasFocus());
+    QFETCH(bool, isMirrored);
+    shown.pane->setLayoutDirection(isMirrored ? Qt::RightToLeft : Qt::LeftToRight);
+    const auto forward = isMirrored ? Qt::Key_Left : Qt::Key_Right;
+    const auto back = isMirrored ? Qt::Key_Right : Qt::Key_Left;
+    QTest::keyClick(header, forward);
+    QTest::keyClick(header, forward, Qt::ControlModifier);
+    const int width = header->sectionSize(Column::Name);
+    QVERIFY(width > 333);
+    QTest::keyClick(header, Qt::Key_End);
+    QTest::keyClick(header, Qt::Key_Return);
+    QCOMPARE(header->accessibleName(), u"Folder, sorted ascending"_s);
+    for (int i = 0; i < 4; ++i) // past the hidden size
+        QTest::keyClick(header, back, Qt::AltModifier);
+    for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_A}) // nothing for the rows
+        QTest::keyClick(header, key);
+    QTest::keyClick(header, Qt::Key_Escape);
+    QVERIFY(shown.table->hasFocus());
+    QCOMPARE(shown.model->rowCount(), 1);
     shown.showPane();
     header = &shown.table->header();
     QVERIFY(header->isSectionHidden(Column::Size));
     QVERIFY(!header->isSectionHidden(Column::Created));
     QCOMPARE(header->visualIndex(Column::Folder), 1);
-    QCOMPARE(header->sectionSize(Column::Name), 333);
+    QCOMPARE(header->sectionSize(Column::Name), width);
     shown.pane->columnsMenu()->actions().last()->trigger(); // standard columns
     QVERIFY(!header->isSectionHidden(Column::Size));
     QCOMPARE(header->visualIndex(Column::Name), int{Column::Name});
