@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "metadata/TCSVParserDelegate.h"
-#include "metadata/TCSVStream.h"
+#include "metadata/TCSVParser.h"
 #include "platform/TStringTable.h"
 
 #include <array>
@@ -43,6 +42,7 @@ struct TCSVContents
     TStringTablePtr rows; ///< null when the file cannot be read, is malformed or was given up
     QString problem;      ///< why there are no rows, for people; empty when reading was given up
     TCSVStream::Encoding encoding = TCSVStream::Encoding::Utf8;
+    TCSVParser::End end = TCSVParser::End::OfText;
 };
 
 /// Called after every block with the share of the file that was read, 0 to 1, on the reading

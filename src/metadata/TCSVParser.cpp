@@ -52,6 +52,8 @@ void TCSVParser::parse()
     m_delegate->parserDidBeginDocument(*this);
     while (parseRecord()) {
     }
+    if (m_stream->endedAtNul())
+        m_end = End::AtNul;
     if (!m_error && !m_stream->problem().isEmpty())
         fail(TCSVError::kUnreadable, m_stream->problem());
     if (m_error)
@@ -110,8 +112,10 @@ bool TCSVParser::parseEscapedField()
     takeQuote();
     for (;;) {
         takeWhile([](char16_t unit) { return unit != kQuote; });
-        if (peek() != kQuote)
+        if (peek() != kQuote) {
+            m_end = End::InQuotes;
             return false;
+        }
         takeQuote();
         if (peek() != kQuote)
             return true;

@@ -24,6 +24,9 @@ public:
     }
     /// Reads to the end of the text or to the first error. Once.
     void parse();
+    /// Where parsing ended without an error; of the text behind a NUL nothing is read.
+    enum class End { OfText, InQuotes, AtNul };
+    End end() const { return m_end; }
     /// From within a delegate's operation: makes parsing end with this error.
     void fail(int code, const QString &text);
 
@@ -49,5 +52,6 @@ private:
     TCSVParserDelegate *m_delegate = &m_deaf;
     std::u16string m_field;
     qsizetype m_record = 0;
+    End m_end = End::OfText;
     std::optional<TCSVError> m_error;
 };

@@ -231,6 +231,7 @@ void TCSVStream::endAtNul()
         return;
     m_units.resize(nul);
     m_problem.clear();
+    m_endedAtNul = true;
     m_ended = true;
 }
 

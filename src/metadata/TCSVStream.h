@@ -38,6 +38,8 @@ public:
     void consume(qsizetype units) { m_position += static_cast<size_t>(units); }
     /// Once the text is at its end: why it could not be read further; empty when it was read whole.
     const QString &problem() const { return m_problem; }
+    /// Whether a NUL ended the text before the end of the device.
+    bool endedAtNul() const { return m_endedAtNul; }
 
 private:
     struct ConverterCloser
@@ -65,5 +67,6 @@ private:
     QString m_problem;
     Encoding m_encoding = Encoding::Utf8;
     bool m_deviceEnded = false;
+    bool m_endedAtNul = false;
     bool m_ended = false; ///< nothing more will be decoded
 };

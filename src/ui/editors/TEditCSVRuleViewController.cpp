@@ -41,6 +41,24 @@ QString shownName(const QString &path)
     return ByteNames::forDisplay(QFileInfo(path).fileName());
 }
 
+/// What is odd about a table that could be read.
+QString remarkOn(const TCSVContents &contents)
+{
+    const TStringTable &rows = *contents.rows;
+    using Editor = TEditCSVRuleViewController;
+    switch (contents.end) {
+    case TCSVParser::End::InQuotes:
+        return Editor::tr("A quotation mark in row %L1 is never closed. The table ends with it.")
+            .arg(rows.size());
+    case TCSVParser::End::AtNul:
+        return Editor::tr("Row %L1 has a NUL character. The table ends with it.").arg(rows.size());
+    case TCSVParser::End::OfText:
+        break;
+    }
+    const bool isEmpty = rows.size() == 1 && rows.front() == QStringList{QString()};
+    return isEmpty ? Editor::tr("The file is empty.") : QString();
+}
+
 } // namespace
 
 TEditCSVRuleViewController::TEditCSVRuleViewController(const TRulePtr &rule,
@@ -241,6 +259,9 @@ void TEditCSVRuleViewController::fileLoaded(const CSVLoader::Result &result)
         CSVSources::remember(result.contents.rows, {result.path, result.contents.encoding});
         m_model->setTable(result.contents.rows, result.columns);
         rule().setTheRows(result.contents.rows);
+        const QString remark = remarkOn(result.contents);
+        m_problem->setText(tr("%1: %2").arg(shownName(result.path), remark));
+        m_problem->setVisible(!remark.isEmpty());
     } else {
         tellFailure(result.path, result.contents.problem);
     }
