@@ -3,6 +3,7 @@
 
 #include "ui/controls/Theme.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
@@ -67,6 +68,8 @@ Popover::Popover(QWidget *content, QWidget *anchor, const QRect &part)
     show();
     content->show();
     raise();
+    if (QGuiApplication::mouseButtons() == Qt::NoButton)
+        window()->setAttribute(Qt::WA_KeyboardFocusChange); // the first control shows its focus
     QWidget *first = content->focusProxy() != nullptr ? content->focusProxy() : content;
     if (first->focusPolicy() == Qt::NoFocus)
         first = content->nextInFocusChain();
@@ -252,8 +255,12 @@ bool Popover::event(QEvent *event)
 
 void Popover::keyPressEvent(QKeyEvent *event)
 {
+    auto *const button = qobject_cast<QAbstractButton *>(window()->focusWidget());
     if (event->key() == Qt::Key_Escape)
         dismiss();
+    else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+             button != nullptr && isAncestorOf(button) && !button->isCheckable())
+        button->click(); // as in a dialogue
     // No key that the popover's controls leave alone is for the window below.
     event->accept();
 }

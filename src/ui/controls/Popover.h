@@ -11,6 +11,7 @@ class QScrollArea;
 /// opened, keeps Tab to itself and gives the keyboard back when closed. Closes on Escape, on Return
 /// in a text field (which presses the content's default button instead, if there is one), on a
 /// click elsewhere in the window and when its anchor goes away; not when the focus merely moves on.
+/// Return on a button presses it.
 /// Child of the anchor's window; deletes itself, and its content, after it was closed.
 class Popover : public QWidget
 {
