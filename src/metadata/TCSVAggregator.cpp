@@ -3,7 +3,6 @@
 
 #include "commonprocs/ByteNames.h"
 #include "commonprocs/easyfile.h"
-#include "metadata/TCSVParser.h"
 
 #include <QFile>
 #include <QHash>
@@ -79,7 +78,7 @@ QString forPeople(const TCSVError &error)
 
 void TCSVAggregator::parserDidBeginDocument(TCSVParser &)
 {
-    m_lines = std::make_shared<TStringTable>();
+    m_lines = newStringTable();
     m_error.reset();
     m_cells = 0;
 }
@@ -135,6 +134,7 @@ TCSVContents contentsOfCSVFile(const QString &path, const TCSVProgress &progress
     parser.setDelegate(&aggregator);
     parser.parse();
     contents.rows = aggregator.lines();
+    contents.end = parser.end();
     if (aggregator.error() && !file.isGivenUp())
         contents.problem = forPeople(*aggregator.error());
     return contents;

@@ -121,5 +121,5 @@ TStringTablePtr ArchiveValues::tableFromList(const QVariantList &list)
             cells.append(value.typeId() == QMetaType::QString ? value.toString() : QString());
         table.push_back(std::move(cells));
     }
-    return std::make_shared<const TStringTable>(std::move(table));
+    return newStringTable(std::move(table));
 }

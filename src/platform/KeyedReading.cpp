@@ -242,7 +242,7 @@ TStringTablePtr KeyedReading::table(const PlistItem &item)
         }
         table.push_back(std::move(texts));
     }
-    return std::make_shared<const TStringTable>(std::move(table));
+    return newStringTable(std::move(table));
 }
 
 QVariant KeyedReading::variant(const PlistItem &item, int depth)

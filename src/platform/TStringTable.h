@@ -12,4 +12,8 @@
 using TStringTable = std::vector<QStringList>;
 using TStringTablePtr = std::shared_ptr<const TStringTable>;
 
+/// Whoever lets go of it last does not wait until the texts of a large table are freed, which takes
+/// a second for some million rows.
+std::shared_ptr<TStringTable> newStringTable(TStringTable rows = {});
+
 Q_DECLARE_METATYPE(TStringTablePtr)
