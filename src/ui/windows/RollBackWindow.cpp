@@ -118,7 +118,11 @@ void RollBackWindow::connectAll()
     connect(m_cancel, &QPushButton::clicked, this, &RollBackWindow::reject);
     connect(m_reverse, &QCheckBox::toggled, this, [this](bool on) { m_runner.setReverse(on); });
     connect(m_onlyProblems, &QCheckBox::toggled, m_records, &RecordsModel::setOnlyProblems);
-    connect(m_records, &RecordsModel::modelReset, m_table, [this] { m_table->selectRow(0); });
+    connect(m_records, &RecordsModel::modelReset, m_table, [this] {
+        m_table->selectionModel()->setCurrentIndex(m_records->index(0, RecordsModel::Current),
+                                                   QItemSelectionModel::ClearAndSelect |
+                                                       QItemSelectionModel::Rows);
+    });
     connect(m_table, &QTableView::clicked, this, &RollBackWindow::showProblems);
     connect(m_table->verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
         if (m_problems != nullptr)
