@@ -51,7 +51,10 @@ QString remarkOn(const TCSVContents &contents)
         return Editor::tr("A quotation mark in row %L1 is never closed. The table ends with it.")
             .arg(rows.size());
     case TCSVParser::End::AtNul:
-        return Editor::tr("Row %L1 has a NUL character. The table ends with it.").arg(rows.size());
+        return Editor::tr(
+                   "Row %L1 has a NUL character. The table ends with it. Is the file UTF-16? "
+                   "Then save it as UTF-8.")
+            .arg(rows.size());
     case TCSVParser::End::OfText:
         break;
     }

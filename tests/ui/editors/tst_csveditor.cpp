@@ -135,7 +135,8 @@ private Q_SLOTS:
         QTest::newRow("UTF-16") << QByteArray("\xFF\xFE\xE9\x00", 4) << u"t.csv, UTF-16"_s;
         QTest::newRow("guessed") << QByteArray("\x8E,aaaa") << u"t.csv, Mac OS Roman"_s;
         QTest::newRow("NUL") << QByteArray("\u00e9\n1,\0,2", 8)
-                             << u"t.csv: Row 2 has a NUL character. The table ends with it."_s;
+                             << u"t.csv: Row 2 has a NUL character. The table ends with it. Is "
+                                "the file UTF-16? Then save it as UTF-8."_s;
         QTest::newRow("cut off") << QByteArray("\u00e9\n1,\"2,3\n4")
                                  << u"t.csv: A quotation mark in row 2 is never closed. The table "
                                     "ends with it."_s;
