@@ -33,7 +33,9 @@ std::optional<int> BatchCommand::understand(const CommandLine &line)
 
 std::optional<int> BatchCommand::collect(const CommandLine &line)
 {
-    const TResult<bool> collected = m_files.collect(line);
+    const TResult<bool> collected =
+        m_files.collect(line, m_recipe.readsSizeOrDate() ? FileExpansion::Detail::Everything
+                                                         : FileExpansion::Detail::Identity);
     if (!collected)
         return refuse(ExitStatus::kUsageError, collected.message());
     if (!collected.value() || !m_files.sort(m_recipe))

@@ -128,9 +128,16 @@ QString BatchFiles::understandSort(const QString &text)
     return {};
 }
 
-TResult<bool> BatchFiles::collect(const CommandLine &line)
+bool BatchFiles::sortsByStatus() const
 {
-    FileExpansion expansion(m_environment.fileManager);
+    return m_order && (m_order->key == Key::CreationDate || m_order->key == Key::ModificationDate ||
+                       m_order->key == Key::Size);
+}
+
+TResult<bool> BatchFiles::collect(const CommandLine &line, FileExpansion::Detail detail)
+{
+    FileExpansion expansion(m_environment.fileManager,
+                            sortsByStatus() ? FileExpansion::Detail::Everything : detail);
     std::stop_source stop;
     expansion.setProgress([&](qsizetype found) {
         if (interrupted())

@@ -22,8 +22,9 @@ public:
     /// Understands the options, before anything is read from disk. The message names what is wrong.
     QString understand(const CommandLine &line);
     /// Lists the files, reporting paths that cannot be taken. False when it was interrupted; a
-    /// failure when the list of paths cannot be read.
-    TResult<bool> collect(const CommandLine &line);
+    /// failure when the list of paths cannot be read. detail is what the caller reads of files;
+    /// the order may need more.
+    TResult<bool> collect(const CommandLine &line, FileExpansion::Detail detail);
     /// Brings the files into the order asked for. False when it was interrupted.
     bool sort(const Recipe &recipe);
 
@@ -41,6 +42,7 @@ public:
 private:
     bool interrupted() const { return m_environment.interrupted.load(); }
     QString understandSort(const QString &text);
+    bool sortsByStatus() const;
     int readList(const std::function<bool(const QString &)> &add);
     void reportProblems(const std::vector<FileExpansion::Problem> &problems);
     bool rowsFromAnalysis(std::vector<BatchSorting::Row> &rows, const Recipe &recipe);

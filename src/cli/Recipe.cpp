@@ -6,6 +6,9 @@
 #include "metadata/TAudioRule.h"
 #include "metadata/TCSVAggregator.h"
 #include "metadata/TImageTagRule.h"
+#include "rules/TOriginalRule.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -26,6 +29,14 @@ TRuleList Recipe::freshRules() const
     TRuleList copy = TRuleKinds::copyArrayViaEncode(rules);
     NameGeneration::prepareAllRules(copy);
     return copy;
+}
+
+bool Recipe::readsSizeOrDate() const
+{
+    return std::any_of(rules.begin(), rules.end(), [](const TRulePtr &rule) {
+        const auto *original = dynamic_cast<const TOriginalRule *>(rule.get());
+        return original != nullptr && original->readsSizeOrDate();
+    });
 }
 
 MetadataGatherer::Kinds Recipe::metadataKinds() const

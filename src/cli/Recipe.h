@@ -21,6 +21,8 @@ struct Recipe
 
     /// A copy of the rules for one pass over the batch, prepared.
     TRuleList freshRules() const;
+    /// Whether a rule takes a file's size or one of its dates.
+    bool readsSizeOrDate() const;
     /// What metadata the rules take from the files.
     MetadataGatherer::Kinds metadataKinds() const;
     /// Which image properties they take.

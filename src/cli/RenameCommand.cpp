@@ -67,15 +67,23 @@ int RenameCommand::run(const CommandLine &line)
                       "without a question"_s);
     if (!LogsFolder::recover(environment(), console()))
         return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
-    if (const auto status = collect(line))
-        return *status;
-    const std::unique_ptr<BatchReport> report = BatchReport::make(console());
-    makeRun(line);
     // The plan of a run that nobody will be asked about is written while the batch is analysed; it
-    // goes away with a refused run.
+    // goes away with a refused run. Its thread starts beside the listing, since a new thread may
+    // have to wait for a processor.
     const bool beside = line.has(kYes);
-    std::future<TResult<bool>> prepared = std::async(
-        beside ? std::launch::async : std::launch::deferred, [this] { return prepare(); });
+    std::promise<bool> listed;
+    std::future<TResult<bool>> prepared =
+        std::async(beside ? std::launch::async : std::launch::deferred,
+                   [this, isListed = listed.get_future()]() mutable {
+                       return isListed.get() ? prepare() : TResult<bool>(false);
+                   });
+    const std::optional<int> notListed = collect(line);
+    if (!notListed)
+        makeRun(line);
+    listed.set_value(!notListed);
+    if (notListed)
+        return *notListed;
+    const std::unique_ptr<BatchReport> report = BatchReport::make(console());
     const std::optional<RenameGuard::Answer> answer = analyse(*report);
     if (!answer)
         return refuse(ExitStatus::kInterrupted, kInterruptedBefore);

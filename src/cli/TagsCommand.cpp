@@ -102,7 +102,7 @@ int TagsCommand::run(const CommandLine &line)
 {
     if (line.words().isEmpty())
         return usageError(u"no files: give paths"_s);
-    const TResult<bool> collected = m_files.collect(line);
+    const TResult<bool> collected = m_files.collect(line, FileExpansion::Detail::Everything);
     if (!collected)
         return refuse(ExitStatus::kUsageError, collected.message());
     if (!collected.value() || !printAll())

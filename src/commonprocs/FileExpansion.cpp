@@ -118,8 +118,9 @@ private:
     FileExpansion &m_expansion;
 };
 
-FileExpansion::FileExpansion(FileManager &fileManager)
+FileExpansion::FileExpansion(FileManager &fileManager, Detail detail)
     : m_fileManager(fileManager)
+    , m_detail(detail)
 {
 }
 
@@ -142,7 +143,7 @@ void FileExpansion::add(const QString &path, const std::stop_token &stop)
         addNamed(whole, status);
     } else if (!m_listed.contains(Hash128::of(whole))) {
         Visitor visitor(*this);
-        FolderWalk(m_fileManager).walk(sharedFolder(whole), visitor, stop);
+        FolderWalk(m_fileManager, m_detail).walk(sharedFolder(whole), visitor, stop);
     }
 }
 

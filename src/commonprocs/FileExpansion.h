@@ -14,21 +14,22 @@
 
 /// What a drop or a list of paths becomes: folders expanded recursively (hidden files inside them
 /// skipped, links not entered, applications and bundles kept as single items), folders themselves
-/// taken out, each path once, order kept. Lists with readdir and one status call a file.
+/// taken out, each path once, order kept. Lists with readdir and at most one status call a file.
 ///
 /// A path that is named itself is taken whatever it is, a link as the link. Inside folders the
 /// order is that of the names' bytes (see FolderWalk). Used by one thread.
 class FileExpansion
 {
 public:
+    using Detail = FolderListing::Detail;
     struct Problem
     {
         QString path;
         QString text; ///< says what is wrong and what to do, without the path
     };
 
-    /// fileManager is not owned.
-    explicit FileExpansion(FileManager &fileManager);
+    /// fileManager is not owned. With Detail::Identity sizes and dates may be left out.
+    explicit FileExpansion(FileManager &fileManager, Detail detail = Detail::Everything);
 
     /// Appends what the path stands for. Paths may be relative, and may have "." and ".." parts:
     /// links are resolved only in front of a "..", where the path would lead elsewhere otherwise.
@@ -52,6 +53,7 @@ private:
     TFolderPtr sharedFolder(QStringView path);
 
     FileManager &m_fileManager;
+    Detail m_detail;
     std::vector<TFileItem> m_files;
     std::vector<Problem> m_problems;
     std::function<void(qsizetype)> m_progress;

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commonprocs/FolderListing.h"
 
+#include "commonprocs/LastingInodes.h"
+#include "platform/Clock.h"
+
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
@@ -28,6 +31,14 @@ struct FolderListing::Block
     std::vector<char> names;
     std::vector<quint32> places;
     std::vector<Known> known;
+    std::vector<Identity> identities; ///< of all names, where these are enough; else empty
+};
+
+/// What a folder's listing itself says of an entry.
+struct FolderListing::Identity
+{
+    quint64 inode = 0;
+    TFileStatus::Kind kind = TFileStatus::Kind::Other;
 };
 
 /// One name: where it is kept, and the eight bytes of it that tell most names apart.
@@ -135,9 +146,10 @@ private:
     std::jthread m_thread;
 };
 
-FolderListing::FolderListing(FileManager &fileManager, std::stop_token stop)
+FolderListing::FolderListing(FileManager &fileManager, std::stop_token stop, Detail detail)
     : m_fileManager(fileManager)
     , m_stop(std::move(stop))
+    , m_detail(detail)
 {
 }
 
@@ -150,23 +162,43 @@ std::size_t FolderListing::count() const
 
 int FolderListing::read(int folder)
 {
-    const int error = m_fileManager.list(folder, [&](const char *name, TFileStatus::Kind, quint64) {
+    if (m_detail == Detail::Identity && !inodesTell(folder))
+        m_detail = Detail::Everything;
+    const bool asks = m_detail == Detail::Everything;
+    const auto take = [&](const char *name, TFileStatus::Kind kind, quint64 inode) {
+        if (!asks)
+            m_inodes.add(inode);
         if (name[0] == '.')
             return;
         if (!m_blocks.empty() && m_blocks.back().places.size() == kBlock) {
-            if (m_asker == nullptr)
+            if (asks && m_asker == nullptr)
                 m_asker = std::make_unique<Asker>(m_fileManager, folder);
-            m_asker->add(m_blocks.back());
+            if (asks)
+                m_asker->add(m_blocks.back());
             m_blocks.emplace_back();
         }
-        append(name);
-    });
+        append(name, {inode, kind});
+    };
+    const int error = m_fileManager.list(folder, take);
+    m_inodes.settle();
     sort();
     m_asker.reset();
     return error;
 }
 
-void FolderListing::append(const char *name)
+/// Whether an inode number is enough to find a file of the folder again: it must stay the file's
+/// own, and birth times must show when it has been given to another one since. A folder that was
+/// changed in the future shows that the clock, and with it birth times, cannot be relied on.
+bool FolderListing::inodesTell(int folder)
+{
+    TFileStatus status;
+    if (!folderKeepsInodes(folder) || m_fileManager.status(folder, ".", false, status) != 0)
+        return false;
+    m_device = status.device;
+    return status.birth.isSet() && status.modification <= SystemClock().now();
+}
+
+void FolderListing::append(const char *name, const Identity &identity)
 {
     if (m_blocks.empty())
         m_blocks.emplace_back();
@@ -175,6 +207,8 @@ void FolderListing::append(const char *name)
         {0, static_cast<quint32>(m_blocks.size() - 1), static_cast<quint32>(block.places.size())});
     block.places.push_back(static_cast<quint32>(block.names.size()));
     block.names.insert(block.names.end(), name, name + std::strlen(name) + 1);
+    if (m_detail == Detail::Identity)
+        block.identities.push_back(identity);
 }
 
 const char *FolderListing::name(const Slot &slot) const
@@ -245,8 +279,30 @@ std::unique_ptr<FolderListing::Window> FolderListing::window(std::size_t first, 
         first, count, [this, folder](std::size_t index) { return ask(m_slots[index], folder); });
 }
 
+/// False when the listing does not tell enough: some file systems leave out kinds, and a file with
+/// two names in the folder is not told by its inode.
+bool FolderListing::takeIdentity(std::size_t index)
+{
+    const Slot &slot = m_slots[index];
+    const Identity &identity = m_blocks[slot.block].identities[slot.index];
+    if (identity.kind == TFileStatus::Kind::Other || identity.inode == 0 ||
+        m_inodes.contains(identity.inode))
+        return false;
+    m_identity = {};
+    m_identity.status.device = m_device;
+    m_identity.status.inode = identity.inode;
+    m_identity.status.kind = identity.kind;
+    m_identity.status.isWhole = false;
+    return true;
+}
+
 const FolderListing::Known &FolderListing::known(std::size_t index, int folder)
 {
+    if (m_detail == Detail::Identity) {
+        if (!takeIdentity(index))
+            m_identity = ask(m_slots[index], folder);
+        return m_identity;
+    }
     if (m_window == nullptr || !m_window->holds(index)) {
         const bool isAhead = m_ahead != nullptr && m_ahead->holds(index);
         m_window = isAhead ? std::move(m_ahead) : window(index, folder);

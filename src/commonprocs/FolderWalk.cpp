@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commonprocs/FolderWalk.h"
 
-#include "commonprocs/FolderListing.h"
-
 #include <cstring>
 #include <memory>
 
@@ -20,8 +18,9 @@ struct FolderWalk::Frame
     std::size_t next = 0;
 };
 
-FolderWalk::FolderWalk(FileManager &fileManager)
+FolderWalk::FolderWalk(FileManager &fileManager, FolderListing::Detail detail)
     : m_fileManager(fileManager)
+    , m_detail(detail)
 {
 }
 
@@ -47,7 +46,7 @@ void FolderWalk::push(std::vector<Frame> &frames, const TFolderPtr &folder, Visi
         close(frames[frames.size() - kOpenLevels]);
     Frame frame;
     frame.folder = folder;
-    frame.listing = std::make_unique<FolderListing>(m_fileManager, stop);
+    frame.listing = std::make_unique<FolderListing>(m_fileManager, stop, m_detail);
     int error = open(frame);
     if (error == 0)
         error = frame.listing->read(frame.descriptor);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "commonprocs/FolderListing.h"
 #include "commonprocs/TFileURL.h"
 #include "platform/FileManager.h"
 
@@ -40,8 +41,9 @@ public:
         virtual void failed(const TFolder &folder, int error) = 0;
     };
 
-    /// fileManager is not owned.
-    explicit FolderWalk(FileManager &fileManager);
+    /// fileManager is not owned. detail is what the visitor needs to know of files.
+    explicit FolderWalk(FileManager &fileManager,
+                        FolderListing::Detail detail = FolderListing::Detail::Everything);
 
     void walk(const TFolderPtr &start, Visitor &visitor, const std::stop_token &stop = {});
 
@@ -54,4 +56,5 @@ private:
               const std::stop_token &stop);
 
     FileManager &m_fileManager;
+    FolderListing::Detail m_detail;
 };

@@ -12,5 +12,6 @@ TFileFacts TFileFacts::fromStatus(const TFileStatus &status)
     facts.modification = status.modification;
     facts.links = status.links;
     facts.kind = status.kind;
+    facts.areWhole = status.isWhole;
     return facts;
 }

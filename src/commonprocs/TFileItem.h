@@ -15,6 +15,7 @@ struct TFileFacts
     quint32 links = 1;
     TFileStatus::Kind kind = TFileStatus::Kind::File;
     bool hasBirthTime = false;
+    bool areWhole = true; ///< false: only device, inode and kind have been read
 
     static TFileFacts fromStatus(const TFileStatus &status);
 };

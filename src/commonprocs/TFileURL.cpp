@@ -3,6 +3,8 @@
 
 #include "commonprocs/ByteNames.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
 #include <cstdlib>
 #include <unistd.h>
@@ -76,13 +78,9 @@ QString TFileURL::path() const
     if (!isValid() || m_name.isEmpty())
         return isValid() ? m_folder->path() : QString();
     const QString &folder = m_folder->path();
-    QString path;
-    path.reserve(folder.size() + 1 + m_name.size());
-    path += folder;
-    if (!folder.endsWith(kSlash))
-        path += kSlash;
-    path += m_name;
-    return path;
+    if (folder.endsWith(kSlash))
+        return folder % m_name;
+    return folder % kSlash % m_name;
 }
 
 QByteArray TFileURL::fileSystemPath() const

@@ -20,6 +20,8 @@ struct TFileStatus
     TDate birth; ///< unset where the file system keeps none
     quint32 links = 1;
     Kind kind = Kind::File;
+    /// False for what a folder's listing alone says: device, inode and kind.
+    bool isWhole = true;
 };
 
 /// The door to the disk: thin calls over bytes and folder descriptors that answer 0 or an errno.

@@ -14,6 +14,12 @@ constexpr QLatin1StringView kNoHeader{"its header is missing"};
 constexpr QLatin1StringView kBadRecord{"a record of frame %1 makes no sense"};
 constexpr QLatin1StringView kPlanCutOff{"its plan breaks off after %1 files, at byte %2"};
 
+/// A number given by its difference to another; hostile ones may wrap around.
+qint64 plus(qint64 before, qint64 difference)
+{
+    return static_cast<qint64>(static_cast<quint64>(before) + static_cast<quint64>(difference));
+}
+
 } // namespace
 
 /// Takes the records of one payload after another into the contents.
@@ -42,11 +48,12 @@ private:
     bool takeHeader(FieldReader &fields);
     bool takeFolder(FieldReader &fields);
     bool takeFile(FieldReader &fields);
+    void takeStatus(FieldReader &fields, File &file, bool hasBirth);
     bool takePlanEnd(FieldReader &fields);
     bool takeEvidence(FieldReader &fields, Evidence evidence);
 
     JournalContents &m_contents;
-    quint64 m_lastInode = 0; ///< what the differences of the next file start from
+    qint64 m_lastInode = 0; ///< what the differences of the next file start from
     qint64 m_lastModification = 0;
     quint64 m_device = 0;
     qint64 m_lastIndex = 0;
@@ -109,16 +116,12 @@ bool JournalContents::Parser::takeFile(FieldReader &fields)
     const quint8 flags = fields.byte();
     const quint64 folder = fields.varint();
     const QByteArrayView name = fields.bytes();
-    const auto plus = [&fields](auto before) {
-        return static_cast<quint64>(before) + static_cast<quint64>(fields.signedValue());
-    };
     File file;
-    file.inode = plus(m_lastInode);
-    file.links = static_cast<quint32>(fields.varint());
-    file.size = static_cast<qint64>(fields.varint());
-    file.modification.nanos = static_cast<qint64>(plus(m_lastModification));
-    if ((flags & JournalFormat::kHasBirth) != 0)
-        file.birth.nanos = static_cast<qint64>(plus(file.modification.nanos));
+    m_lastInode = plus(m_lastInode, fields.signedValue());
+    file.inode = static_cast<quint64>(m_lastInode);
+    file.hasInodeOnly = (flags & JournalFormat::kInodeOnly) != 0;
+    if (!file.hasInodeOnly)
+        takeStatus(fields, file, (flags & JournalFormat::kHasBirth) != 0);
     if (!fields.ok() || folder >= m_contents.m_folders.size() ||
         !(name.isEmpty() || isNameInFolder(name)))
         return false;
@@ -127,9 +130,17 @@ bool JournalContents::Parser::takeFile(FieldReader &fields)
     file.needsIntent = (flags & JournalFormat::kNeedsIntent) != 0;
     file.name = m_contents.store(name);
     m_contents.m_files.push_back(file);
-    m_lastInode = file.inode;
-    m_lastModification = file.modification.nanos;
     return true;
+}
+
+void JournalContents::Parser::takeStatus(FieldReader &fields, File &file, bool hasBirth)
+{
+    file.links = static_cast<quint32>(fields.varint());
+    file.size = static_cast<qint64>(fields.varint());
+    file.modification.nanos = plus(m_lastModification, fields.signedValue());
+    if (hasBirth)
+        file.birth.nanos = plus(file.modification.nanos, fields.signedValue());
+    m_lastModification = file.modification.nanos;
 }
 
 bool JournalContents::Parser::takePlanEnd(FieldReader &fields)
@@ -174,6 +185,16 @@ TResult<JournalContents> JournalContents::read(QIODevice &device)
     contents.m_end = frames.end();
     contents.m_nextSequence = frames.nextSequence();
     return contents;
+}
+
+bool JournalContents::canBe(const File &planned, const TFileStatus &found) const
+{
+    // A file that was there when the run began cannot be younger than the run.
+    if (planned.hasInodeOnly)
+        return found.birth.isSet() && found.birth <= m_time;
+    if (planned.birth.isSet())
+        return planned.birth == found.birth;
+    return planned.size == found.size && planned.modification == found.modification;
 }
 
 QByteArrayView JournalContents::text(Text text) const

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/FileManager.h"
 #include "platform/TDate.h"
 #include "platform/TResult.h"
 
@@ -39,6 +40,7 @@ public:
         quint32 folder = 0;
         quint32 links = 1;
         bool needsIntent = false;
+        bool hasInodeOnly = false; ///< links, size and dates are not known
         Evidence evidence = Evidence::None;
     };
 
@@ -52,6 +54,9 @@ public:
     const std::vector<QByteArray> &folders() const { return m_folders; }
     const std::vector<File> &files() const { return m_files; }
     QByteArrayView text(Text text) const;
+    /// Whether a file of the right inode can be the planned one: an inode number is given to
+    /// another file when the first is gone, so something else must agree.
+    bool canBe(const File &planned, const TFileStatus &found) const;
     /// Where the next frame goes, and its number.
     qint64 end() const { return m_end; }
     quint32 nextSequence() const { return m_nextSequence; }

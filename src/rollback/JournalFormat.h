@@ -36,5 +36,6 @@ enum class Record : char {
 /// Bits of a file record.
 inline constexpr quint8 kHasBirth = 1;
 inline constexpr quint8 kNeedsIntent = 2;
+inline constexpr quint8 kInodeOnly = 4; ///< links, size and dates were not read
 
 } // namespace JournalFormat

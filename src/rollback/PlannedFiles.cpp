@@ -2,24 +2,12 @@
 #include "rollback/PlannedFiles.h"
 
 #include "commonprocs/ByteNames.h"
+#include "commonprocs/LastingInodes.h"
 #include "rollback/JournalFolder.h"
-#include "rollback/LastingInodes.h"
 
 #include <QFile>
 
 #include <algorithm>
-
-namespace {
-
-/// Also when only the inode of a deleted file is back in use, nothing of it should agree.
-bool isSameFile(const JournalContents::File &file, const TFileStatus &status)
-{
-    if (file.birth.isSet())
-        return file.birth == status.birth;
-    return file.size == status.size && file.modification == status.modification;
-}
-
-} // namespace
 
 PlannedFiles PlannedFiles::ofRun(const QString &rollbackLog)
 {
@@ -58,7 +46,7 @@ bool PlannedFiles::isAnother(const TFileURL &original, const TFileStatus &status
                                        std::pair(status.inode, std::size_t{0}));
          found != m_byInode.end() && found->first == status.inode; ++found) {
         const JournalContents::File &file = m_journal->files()[found->second];
-        if (!isSameFile(file, status))
+        if (!m_journal->canBe(file, status))
             continue;
         if (stoodAt(file, original))
             return false;

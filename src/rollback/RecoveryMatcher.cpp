@@ -108,14 +108,10 @@ bool RecoveryMatcher::findInodes(int folder, Indices files)
     return error == 0 ? hasEntries : error == EACCES;
 }
 
-/// An inode number is given to another file when the first is gone: something else must agree.
 bool RecoveryMatcher::isPlanned(const File &file, const TFileStatus &status) const
 {
-    if (file.inode != status.inode || (m_sameBoot && file.device != status.device))
-        return false;
-    if (file.birth.isSet())
-        return file.birth == status.birth;
-    return file.size == status.size && file.modification == status.modification;
+    return file.inode == status.inode && (!m_sameBoot || file.device == status.device) &&
+           m_journal.canBe(file, status);
 }
 
 void RecoveryMatcher::noteFound(qsizetype index, const QByteArray &name)

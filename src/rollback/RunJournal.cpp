@@ -2,12 +2,12 @@
 #include "rollback/RunJournal.h"
 
 #include "commonprocs/ByteNames.h"
+#include "commonprocs/LastingInodes.h"
 #include "commonprocs/easyfile.h"
 #include "rollback/BootId.h"
 #include "rollback/FrameWriter.h"
 #include "rollback/JournalContents.h"
 #include "rollback/JournalFolder.h"
-#include "rollback/LastingInodes.h"
 
 #include <QHash>
 
@@ -142,16 +142,19 @@ void RunJournal::Private::putFile(quint32 folderOfFile, const QByteArray &nameOf
     }
     writer.begin(Record::File, nameOfFile.size() + kNumbers);
     writer.putByte(static_cast<quint8>((facts.hasBirthTime ? JournalFormat::kHasBirth : 0) |
-                                       (withIntent ? JournalFormat::kNeedsIntent : 0)));
+                                       (withIntent ? JournalFormat::kNeedsIntent : 0) |
+                                       (facts.areWhole ? 0 : JournalFormat::kInodeOnly)));
     writer.putVarint(folderOfFile);
     writer.putBytes(nameOfFile);
     writer.putSigned(minus(facts.inode, lastInode));
+    lastInode = facts.inode;
+    if (!facts.areWhole)
+        return;
     writer.putVarint(facts.links);
     writer.putVarint(static_cast<quint64>(facts.size));
     writer.putSigned(minus(facts.modification.nanos, lastModification));
     if (facts.hasBirthTime)
         writer.putSigned(minus(facts.creation.nanos, facts.modification.nanos));
-    lastInode = facts.inode;
     lastModification = facts.modification.nanos;
 }
 

@@ -138,6 +138,11 @@ QString TOriginalRule::processWithFileObject(TFileObject &file, TErrorLog * /*er
     }
 }
 
+bool TOriginalRule::readsSizeOrDate() const
+{
+    return m_whichProperty == FileSize || m_whichProperty == FileDate;
+}
+
 QString TOriginalRule::edited(QString text, bool replace) const
 {
     if (m_dropFromBeginning > 0)

@@ -32,6 +32,8 @@ public:
     /// 0 file name, 1 parent folder, 2 size, 3 date, 4 extension.
     qint64 whichProperty() const { return m_whichProperty; }
     void setWhichProperty(qint64 property) { m_whichProperty = property; }
+    /// Whether the property is more than the file's location.
+    bool readsSizeOrDate() const;
     /// 0 picks the unit by the size; 1 B, 2 KB, 3 MB, 4 GB, 5 TB. Anything else counts as 0.
     qint64 sizeFormat() const { return m_sizeFormat; }
     void setSizeFormat(qint64 format) { m_sizeFormat = format; }

@@ -2,6 +2,8 @@
 #include "cli/CliFixture.h"
 #include "support/Table.h"
 
+#include <QDateTime>
+#include <QFile>
 #include <QJsonArray>
 
 #include <cerrno>
@@ -223,6 +225,9 @@ private Q_SLOTS:
         row("size falling", u"size:desc", kOriginal, u"A B a b c");
         row("target name", u"targetName", falling, u"c b a B A");
         row("target name falling", u"targetName:desc", falling, u"A B a b c");
+        row("size in the name", u"targetName", u"Original whichProperty=2", u"c b a B A");
+        row("date in the name", u"targetName", u"Original whichProperty=3 dateFormat=4",
+            u"c b a B A");
         row("error", u"error", faulty, u"A B c a b");
         row("error falling", u"error:desc", faulty, u"b a A B c");
     }
@@ -233,8 +238,13 @@ private Q_SLOTS:
         QFETCH(QString, rule);
         CliFixture cli;
         qsizetype size = 9;
-        for (const QString &name : {u"A"_s, u"B"_s, u"a"_s, u"b"_s, u"c"_s})
-            cli.tree.file(u"batch/"_s + name + u".txt"_s, QByteArray(size--, 'x'));
+        for (const QString &name : {u"A"_s, u"B"_s, u"a"_s, u"b"_s, u"c"_s}) {
+            QFile file(cli.tree.file(u"batch/"_s + name + u".txt"_s, QByteArray(size, 'x')));
+            QVERIFY(file.open(QIODevice::ReadWrite));
+            QVERIFY(file.setFileTime(QDateTime(QDate(static_cast<int>(2000 + size), 7, 3), {}),
+                                     QFile::FileModificationTime));
+            --size;
+        }
         cli.run({u"preview"_s, u"--json"_s, u"--sort"_s, sort, u"--rule"_s, rule, cli.batchPath()});
         QTEST(column(cli.json()[u"files"_s].toArray(), u"fileName"_s).join(u' '), "order");
     }

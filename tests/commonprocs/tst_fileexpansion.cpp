@@ -178,6 +178,50 @@ private Q_SLOTS:
         QCOMPARE(link.size, 1);
     }
 
+    void identities_data()
+    {
+        const Table<QByteArray, bool, QStringList, int> row("fault", "inFuture", "whole", "asked");
+        // Asked about: the path, the folder, and what has two names in it.
+        row("inodes tell", "", false, {u"a"_s, u"b"_s, u"c"_s}, 5);
+        row("birth times are not to be relied on", "", true,
+            {u"a"_s, u"b"_s, u"c"_s, u"l"_s, u"x"_s}, 7);
+        row("the folder cannot be asked", ".", false, {u"a"_s, u"b"_s, u"c"_s, u"l"_s, u"x"_s}, 7);
+    }
+
+    void identities()
+    {
+        QFETCH(QByteArray, fault);
+        QFETCH(bool, inFuture);
+        TemporaryTree tree;
+        for (const QString &name : words(u"a c x"_s))
+            tree.file(name, "12345");
+        tree.hardLink(u"a"_s, u"b"_s);
+        tree.hardLink(u"c"_s, u".twin of c"_s);
+        tree.link(u"a"_s, u"l"_s);
+        if (inFuture) {
+            const timespec times[2] = {{4'000'000'000, 0}, {4'000'000'000, 0}};
+            QCOMPARE(utimensat(AT_FDCWD, ByteNames::toBytes(tree.path()).constData(), times, 0), 0);
+        }
+        FaultyFileManager disk;
+        if (!fault.isEmpty())
+            disk.fail(Call::Status, EACCES, FaultyFileManager::kAlways, fault);
+        FileExpansion expansion(disk, FileExpansion::Detail::Identity);
+        expansion.add(tree.path());
+        QCOMPARE(found(expansion, tree), words(u"a b c l x"_s));
+        QStringList whole;
+        for (const TFileItem &item : expansion.files()) {
+            TFileStatus status;
+            disk.status(AT_FDCWD, item.url.fileSystemPath(), false, status);
+            QCOMPARE(item.facts.device, status.device);
+            QCOMPARE(item.facts.inode, status.inode);
+            QCOMPARE(item.facts.kind, status.kind);
+            if (item.facts.areWhole)
+                whole += item.url.lastPathComponent();
+        }
+        QTEST(whole, "whole");
+        QTEST(disk.count(Call::Status) - 5, "asked");
+    }
+
     void problemsLeaveTheOthersAlone_data()
     {
         const Table<QString, QString> row("path", "word");

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commonprocs/HashSet128.h"
+#include "commonprocs/RepeatedNumbers.h"
 
 #include <QRandomGenerator>
 #include <QTest>
 
+#include <map>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -33,6 +35,31 @@ private Q_SLOTS:
                 QCOMPARE(set.contains(hash), model.contains(number));
             }
             QCOMPARE(set.size(), static_cast<qsizetype>(model.size()));
+        }
+    }
+
+    void repeatedNumbers_data()
+    {
+        QTest::addColumn<quint64>("factor");
+        QTest::newRow("close together") << quint64{1};
+        QTest::newRow("far apart") << quint64{0x1000'0000'0000'0001};
+    }
+
+    void repeatedNumbers()
+    {
+        QFETCH(quint64, factor);
+        QRandomGenerator random(3);
+        std::map<quint64, int> model;
+        RepeatedNumbers numbers;
+        for (int i = 0; i < 5000; ++i) {
+            const quint64 number = random.bounded(20'000) * factor;
+            numbers.add(number);
+            ++model[number];
+        }
+        numbers.settle();
+        for (quint64 i = 0; i < 20'000; ++i) {
+            const auto found = model.find(i * factor);
+            QCOMPARE(numbers.contains(i * factor), found != model.end() && found->second > 1);
         }
     }
 

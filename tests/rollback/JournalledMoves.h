@@ -25,6 +25,17 @@ inline TFileItem fileItem(const QString &path)
     return {url, TFileFacts::fromStatus(status)};
 }
 
+/// What a listing alone says of an item.
+inline TFileItem justInode(const TFileItem &item)
+{
+    TFileFacts facts;
+    facts.device = item.facts.device;
+    facts.inode = item.facts.inode;
+    facts.kind = item.facts.kind;
+    facts.areWhole = false;
+    return {item.url, facts};
+}
+
 /// Renames files the way a run does: plan, intents in groups of 64, moves, records. A test that
 /// wants to stop in the middle does so in beforeStep, which is told the step about to be taken.
 class JournalledMoves
@@ -38,6 +49,7 @@ public:
     {
     }
 
+    bool knowsInodesOnly = false;
     std::function<void(Step, qsizetype index)> beforeStep = [](Step, qsizetype) {};
 
     /// False when the journal did not allow a move or a move failed.
@@ -45,7 +57,8 @@ public:
     {
         std::vector<TFileItem> items;
         for (const TestMove &move : moves) {
-            items.push_back(fileItem(tree.path(move.from)));
+            const TFileItem whole = fileItem(tree.path(move.from));
+            items.push_back(knowsInodesOnly ? justInode(whole) : whole);
             m_journal.addFile(items.back());
         }
         beforeStep(Step::Plan, 0);

@@ -2,8 +2,8 @@
 #include "FileSizeLimit.h"
 #include "JournalledMoves.h"
 #include "commonprocs/ByteNames.h"
+#include "commonprocs/LastingInodes.h"
 #include "rollback/JournalContents.h"
-#include "rollback/LastingInodes.h"
 #include "rollback/RunJournal.h"
 #include "support/FaultyFileManager.h"
 #include "support/ManualClock.h"
@@ -60,7 +60,7 @@ private Q_SLOTS:
         f.tree.file(u"b/two.txt"_s);
         const auto journal = f.make();
         std::vector<TFileItem> items{fileItem(f.tree.path(u"b/one.txt"_s)),
-                                     fileItem(ByteNames::fromBytes(raw)),
+                                     justInode(fileItem(ByteNames::fromBytes(raw))),
                                      fileItem(f.tree.path(u"b/two.txt"_s))};
         for (const TFileItem &item : items)
             journal->addFile(item);
@@ -83,6 +83,7 @@ private Q_SLOTS:
                      items[i].url.fileSystemPath());
             QCOMPARE(file.inode, facts.inode);
             QCOMPARE(file.device, facts.device);
+            QCOMPARE(file.hasInodeOnly, !facts.areWhole);
             QCOMPARE(file.size, facts.size);
             QCOMPARE(file.links, facts.links);
             QCOMPARE(file.modification, facts.modification);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "rollback/LastingInodes.h"
+#include "commonprocs/LastingInodes.h"
 
 #include <algorithm>
 #include <array>
@@ -16,6 +16,11 @@ constexpr std::array<quint64, 8> kReliable{EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BT
                                            F2FS_SUPER_MAGIC, TMPFS_MAGIC,     RAMFS_MAGIC,
                                            kBcachefsMagic,   kJfsMagic};
 
+bool keepsInodes(const struct statfs &status)
+{
+    return fileSystemKeepsInodes(static_cast<quint64>(status.f_type) & 0xFFFFFFFFU);
+}
+
 } // namespace
 
 bool fileSystemKeepsInodes(quint64 magic)
@@ -26,6 +31,11 @@ bool fileSystemKeepsInodes(quint64 magic)
 bool folderKeepsInodes(const QByteArray &path)
 {
     struct statfs status;
-    return ::statfs(path.constData(), &status) == 0 &&
-           fileSystemKeepsInodes(static_cast<quint64>(status.f_type) & 0xFFFFFFFFU);
+    return ::statfs(path.constData(), &status) == 0 && keepsInodes(status);
+}
+
+bool folderKeepsInodes(int folder)
+{
+    struct statfs status;
+    return ::fstatfs(folder, &status) == 0 && keepsInodes(status);
 }
