@@ -68,8 +68,7 @@ bool RollbackRun::findsRenamed(FileMover &mover, std::size_t index) const
 {
     const TFileURL &renamed = m_transactions[index].renamedURL;
     TFileStatus status;
-    return m_completed[index] && renamed.isValid() &&
-           mover.status(*renamed.folder(), renamed.lastPathComponent(), status) == 0 &&
+    return mover.status(*renamed.folder(), renamed.lastPathComponent(), status) == 0 &&
            !m_files.isAnother(m_transactions[index].originalURL, status);
 }
 
@@ -79,6 +78,8 @@ void RollbackRun::processLog(const Progress &progress, const std::atomic<bool> *
     m_found.assign(m_transactions.size(), 0);
     if (!m_rollbackLog.isEmpty() && m_chained)
         m_files = PlannedFiles::ofRun(m_rollbackLog);
+    else
+        listFolders();
     std::size_t lookedFor = 0;
     for (qsizetype number = 1; number <= total && (abort == nullptr || !*abort); ++number) {
         const auto index = static_cast<std::size_t>(number - 1);
@@ -89,14 +90,39 @@ void RollbackRun::processLog(const Progress &progress, const std::atomic<bool> *
         processRecord(index);
         report(progress, number, total);
     }
+    m_names = {};
+}
+
+/// Where every name that a run gave was new, a file that has it is the run's, and it is enough to
+/// know which names are there. Records mostly come folder by folder.
+void RollbackRun::listFolders()
+{
+    for (std::size_t i = 0; i < m_transactions.size();) {
+        const TFolderPtr &folder = m_transactions[i].renamedURL.folder();
+        std::size_t end = i + 1;
+        while (end < m_transactions.size() && m_transactions[end].renamedURL.folder() == folder)
+            ++end;
+        if (folder)
+            m_names.list(m_fileManager, folder, static_cast<qsizetype>(end - i));
+        i = end;
+    }
 }
 
 void RollbackRun::lookFor(std::size_t first, std::size_t end)
 {
-    inTwoHalves(first, end, [this](std::size_t from, std::size_t to, int half) {
+    std::vector<std::size_t> unlisted;
+    for (std::size_t i = first; i < end; ++i) {
+        const TFileURL &renamed = m_transactions[i].renamedURL;
+        if (!m_completed[i] || !renamed.isValid())
+            continue;
+        m_found[i] = m_names.contain(renamed) ? 1 : 0;
+        if (m_found[i] == 0)
+            unlisted.push_back(i);
+    }
+    inTwoHalves(0, unlisted.size(), [&](std::size_t from, std::size_t to, int half) {
         FileMover &mover = half == 0 ? m_mover : m_secondMover;
         for (std::size_t i = from; i < to; ++i)
-            m_found[i] = findsRenamed(mover, i) ? 1 : 0;
+            m_found[unlisted[i]] = findsRenamed(mover, unlisted[i]) ? 1 : 0;
     });
 }
 

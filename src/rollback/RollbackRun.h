@@ -2,6 +2,7 @@
 #pragma once
 
 #include "commonprocs/FolderPicture.h"
+#include "commonprocs/ListedNames.h"
 #include "commonprocs/easyfile.h"
 #include "rollback/PlannedFiles.h"
 #include "rollback/TRenameTRX.h"
@@ -50,6 +51,7 @@ private:
     bool formsChains() const;
     static bool exists(FileMover &mover, const TFileURL &url);
     bool findsRenamed(FileMover &mover, std::size_t index) const;
+    void listFolders();
     void lookFor(std::size_t first, std::size_t end);
     void processRecord(std::size_t index);
     void rollBack(qsizetype index, const Restored &restored);
@@ -62,6 +64,7 @@ private:
     std::unique_ptr<FolderPicture> m_picture; ///< made when a name is in use
     QString m_rollbackLog;
     PlannedFiles m_files; ///< read when records form chains
+    ListedNames m_names;  ///< during the first pass, else empty
     std::vector<TRenameTRX> m_transactions;
     bool m_chained = false;
     std::vector<bool> m_completed; ///< by index: renamed, and as a run would have done it

@@ -219,6 +219,38 @@ private Q_SLOTS:
                  (QStringList{u"2 "_s + tree.path(u"c-1.x"_s), u"0 "_s + tree.path(u"a.x"_s)}));
     }
 
+    void manyFilesOfAFolderAreListed_data()
+    {
+        const Table<int, int, bool> row("records", "others", "listed");
+        row("all of a folder", 300, 0, true);
+        row("few", 20, 0, false);
+        row("some of a large folder", 100, 20'000, false);
+    }
+
+    void manyFilesOfAFolderAreListed()
+    {
+        QFETCH(int, records);
+        QFETCH(int, others);
+        QFETCH(bool, listed);
+        const TemporaryTree tree;
+        QStringList log;
+        for (int i = 0; i < records; ++i) {
+            tree.file(u"n%1.x"_s.arg(i));
+            log += u"a%1.x>n%1.x"_s.arg(i);
+        }
+        for (int i = 0; i < others; ++i)
+            tree.file(u"a rather long name of another file %1"_s.arg(i));
+        tree.remove(u"n7.x"_s);
+        FaultyFileManager disk;
+        RollbackRun run(disk, ::records(tree, log));
+        run.processLog({});
+        const QStringList lines = told(tree, run);
+        QCOMPARE(lines.filter(u"unable to find"_s).size(), 1);
+        QVERIFY(lines[7].contains(u"n7.x"_s));
+        QCOMPARE(disk.count(Call::List), listed ? 1 : 0);
+        QVERIFY(listed ? disk.count(Call::Status) < 5 : disk.count(Call::Status) >= records);
+    }
+
     void nameTakenAtTheLastMoment()
     {
         const TemporaryTree tree;
