@@ -7,9 +7,9 @@
 
 namespace {
 
-constexpr qsizetype kChunk = 128;
+constexpr qsizetype kChunk = 64;
 constexpr qsizetype kChunkAfterFailure = 4;
-constexpr std::size_t kChunksAhead = 16;
+constexpr std::size_t kChunksAhead = 8;
 constexpr std::size_t kChunksBehind = 32;
 
 } // namespace

@@ -3,6 +3,8 @@
 
 #include "commonprocs/ByteNames.h"
 
+#include <QStringBuilder>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -22,10 +24,7 @@ QString TEvaluatedName::joined(const QString &base, const QString &extension)
 {
     if (extension.isEmpty())
         return base;
-    QString name;
-    name.reserve(base.size() + 1 + extension.size());
-    name.append(base).append(u'.').append(extension);
-    return name;
+    return base % u'.' % extension;
 }
 
 TEvaluatedName TRenameOperation::evaluate(const TRuleList *rules, TExtensionHandler &handler,

@@ -31,7 +31,8 @@ public:
     }
 
     void startPipeline();
-    TResult<bool> makeJournal();
+    TResult<bool> writePlan();
+    TResult<bool> syncPlan();
     TRenameSummary run(const Report &report, const std::atomic<bool> &abort);
 
 private:
@@ -69,11 +70,13 @@ TRenameRun::~TRenameRun() = default;
 
 TResult<bool> TRenameRun::prepare()
 {
+    TResult<bool> planned = true;
+    if (!m_settings.logsFolder.isEmpty())
+        planned = m_private->writePlan();
+    // The first names are evaluated while the plan is on its way to the disk.
     if (m_settings.confirmed)
         m_private->startPipeline();
-    if (m_settings.logsFolder.isEmpty())
-        return true;
-    return m_private->makeJournal();
+    return planned ? m_private->syncPlan() : planned;
 }
 
 TRenameSummary TRenameRun::run(const Report &report, const std::atomic<bool> &abort)
@@ -81,7 +84,7 @@ TRenameSummary TRenameRun::run(const Report &report, const std::atomic<bool> &ab
     return m_private->run(report, abort);
 }
 
-TResult<bool> TRenameRun::Private::makeJournal()
+TResult<bool> TRenameRun::Private::writePlan()
 {
     auto rollbackLog = RollbackLogWriter::create(m_run.m_settings.logsFolder);
     if (!rollbackLog)
@@ -94,11 +97,19 @@ TResult<bool> TRenameRun::Private::makeJournal()
         return TResult<bool>::failure(journal.message());
     for (const TFileItem &file : m_run.m_files)
         journal.value()->addFile(file);
-    if (!journal.value()->syncPlan())
-        return TResult<bool>::failure(journal.value()->problem());
     m_journal = std::move(journal).value();
     m_rollbackLog = std::move(rollbackLog).value();
     return true;
+}
+
+TResult<bool> TRenameRun::Private::syncPlan()
+{
+    if (!m_journal || m_journal->syncPlan())
+        return true;
+    const QString problem = m_journal->problem();
+    m_journal.reset();
+    m_rollbackLog.reset();
+    return TResult<bool>::failure(problem);
 }
 
 void TRenameRun::Private::startPipeline()

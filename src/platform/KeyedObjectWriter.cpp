@@ -238,6 +238,11 @@ KeyedObjectWriter::array(qsizetype count, const std::function<TArchiveClass(qsiz
 {
     if (m_depth == kMaxDepth)
         return m_null;
+    if (count == 0) {
+        if (!m_emptyArray)
+            m_emptyArray = collection(kMutableArrayClass, {});
+        return *m_emptyArray;
+    }
     ++m_depth;
     QVarLengthArray<Ref, 16> elements;
     for (qsizetype i = 0; i < count; ++i)

@@ -79,6 +79,7 @@ private:
     Ref m_null;
     std::optional<Ref> m_plainBools[2];
     std::optional<Ref> m_bools[2];
+    std::optional<Ref> m_emptyArray;
     std::vector<SharedNumber> m_plainNumbers; ///< by a part of the number; the last one stays
     std::vector<SharedNumber> m_numbers;
     std::vector<SharedText> m_texts;   ///< by a part of the text's hash; the last one stays

@@ -2,7 +2,6 @@
 #include "rollback/RollbackLog.h"
 
 #include "commonprocs/ByteNames.h"
-#include "commonprocs/TimeUtils.h"
 #include "commonprocs/TwoHalves.h"
 #include "commonprocs/URLListProcessing.h"
 #include "commonprocs/easyfile.h"
@@ -15,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <ctime>
 #include <fcntl.h>
 #include <functional>
 #include <iterator>
@@ -113,9 +113,13 @@ TDate dateOfFile(const TFileURL &url)
 
 QString rollbackLogName(TDate date)
 {
-    const TimeUtils::CalendarParts parts = TimeUtils::localParts(date);
-    return QString::asprintf(kNameFormat, parts.year, parts.month, parts.day, parts.hour,
-                             parts.minute, parts.second) +
+    // The C library knows the zone at once, where the locale's calendar takes a while to load.
+    const time_t seconds = date.milliseconds() / 1000;
+    std::tm parts{};
+    ::tzset();
+    ::localtime_r(&seconds, &parts);
+    return QString::asprintf(kNameFormat, parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
+                             parts.tm_hour, parts.tm_min, parts.tm_sec) +
            kRollbackLogExtension;
 }
 

@@ -21,7 +21,7 @@ constexpr qint64 kSizeOfEmptyLog = 1024;
 constexpr qint64 kSizeOfRecord = 120;
 constexpr qint64 kNamesInRecord = 4;
 /// How much is written between two requests to begin bringing it to the disk.
-constexpr qint64 kWrittenBetween = qint64{4} * 1024 * 1024;
+constexpr qint64 kWrittenBetween = qint64{512} * 1024;
 
 QString failureText(const QByteArray &folder, const QString &why)
 {
