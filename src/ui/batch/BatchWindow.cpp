@@ -3,6 +3,7 @@
 
 #include "document/TDocumentDrag.h"
 #include "ui/batch/BatchMenus.h"
+#include "ui/batch/BodyArea.h"
 #include "ui/batch/EditorPopovers.h"
 #include "ui/batch/OptionsMenu.h"
 #include "ui/batch/SortButton.h"
@@ -63,7 +64,7 @@ BatchWindow::BatchWindow(TDocumentServices services, ApplicationCommands &applic
           },
           this))
 {
-    setCentralWidget(makeBody());
+    setCentralWidget(new BodyArea(makeBody(), this));
     m_inspector->setObjectName(QStringLiteral("inspector"));
     m_inspector->setParent(nullptr); // so that the keys come to it last
     addDockWidget(Qt::RightDockWidgetArea, m_inspector);

@@ -3,11 +3,12 @@
 
 #include "document/TErrorTypes.h"
 #include "ui/controls/BadgeButton.h"
+#include "ui/controls/ElidedLabel.h"
+#include "ui/controls/FoldingRow.h"
 #include "ui/controls/Icons.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLocale>
 
 #include <chrono>
@@ -19,6 +20,7 @@ namespace {
 
 constexpr auto kBarDelay = 150ms;
 constexpr int kBarWidth = 150;
+constexpr int kLeastBarWidth = 40;
 constexpr int kApart = 8;
 constexpr int kFarApart = 24;
 constexpr int kSteps = 1000; ///< of the bar; a batch may have more files than an int counts
@@ -27,7 +29,7 @@ constexpr int kSteps = 1000; ///< of the bar; a batch may have more files than a
 
 StatusLine::StatusLine(QWidget *parent)
     : QWidget(parent)
-    , m_text(new QLabel(this))
+    , m_text(new ElidedLabel(this))
     , m_bar(new QProgressBar(this))
     , m_warnings(makeCount())
     , m_criticals(makeCount())
@@ -37,7 +39,8 @@ StatusLine::StatusLine(QWidget *parent)
 {
     m_text->setTextFormat(Qt::PlainText);
     m_text->setAccessibleName(tr("Status"));
-    m_bar->setFixedWidth(kBarWidth);
+    m_bar->setMinimumWidth(kLeastBarWidth);
+    m_bar->setMaximumWidth(kBarWidth);
     m_bar->setTextVisible(false);
     m_bar->setAccessibleName(tr("Progress"));
     QSizePolicy policy = m_bar->sizePolicy();
@@ -54,6 +57,7 @@ StatusLine::StatusLine(QWidget *parent)
     connect(&m_barDelay, &QTimer::timeout, m_bar, &QWidget::show);
 
     auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
     buttons->setSpacing(0); // they keep room for their badges around them
     buttons->addWidget(m_testRun);
     buttons->addWidget(m_rollBack);
@@ -62,14 +66,15 @@ StatusLine::StatusLine(QWidget *parent)
     counts->setSpacing(kApart);
     counts->addWidget(m_warnings);
     counts->addWidget(m_criticals);
-    auto *line = new QHBoxLayout(this);
-    line->setContentsMargins(0, 0, 0, 0);
-    line->setSpacing(kFarApart);
-    line->addWidget(m_text);
-    line->addWidget(m_bar);
-    line->addLayout(counts);
-    line->addStretch();
-    line->addLayout(buttons);
+    auto *state = new QHBoxLayout;
+    state->setSpacing(kFarApart);
+    state->addWidget(m_text);
+    state->addWidget(m_bar);
+    state->addLayout(counts);
+    state->addStretch();
+    auto *parts = new FoldingRow(kFarApart, 0, this);
+    parts->addLayout(state, 1);
+    parts->addLayout(buttons);
 }
 
 QToolButton *StatusLine::makeCount()

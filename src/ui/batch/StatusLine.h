@@ -7,7 +7,7 @@
 #include <QWidget>
 
 class BadgeButton;
-class QLabel;
+class ElidedLabel;
 
 /// The foot of a batch window: what is going on, how many problems there are, and the buttons that
 /// run. Work that is over in a moment shows no bar.
@@ -46,7 +46,7 @@ private:
     void followLook();
     void updateBar();
 
-    QLabel *m_text;
+    ElidedLabel *m_text;
     QProgressBar *m_bar;
     QToolButton *m_warnings;
     QToolButton *m_criticals;

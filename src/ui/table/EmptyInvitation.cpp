@@ -18,6 +18,8 @@ namespace {
 
 constexpr int kDrawingSize = 112;
 constexpr int kInset = 16;
+constexpr int kMargin = kInset + 8;
+constexpr int kSpacing = 16;
 constexpr qreal kTitleScale = 1.3;
 constexpr qreal kQuiet = 0.6;
 
@@ -48,12 +50,26 @@ EmptyInvitation::EmptyInvitation(TDocument &document, QWidget *parent)
     buttons->addWidget(folder);
     buttons->addStretch();
     auto *layout = new QVBoxLayout(this);
-    layout->setSpacing(16);
+    layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    layout->setSpacing(kSpacing);
     layout->addStretch(4);
     layout->addWidget(m_drawing, 0, Qt::AlignHCenter);
     layout->addWidget(title, 0, Qt::AlignHCenter);
     layout->addLayout(buttons);
     layout->addStretch(5);
+}
+
+QSize EmptyInvitation::minimumSizeHint() const
+{
+    const QSize all = layout()->minimumSize();
+    const int drawing = m_drawing->isHidden() ? 0 : kDrawingSize + kSpacing;
+    return {all.width(), all.height() - drawing};
+}
+
+void EmptyInvitation::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    m_drawing->setVisible(height() >= minimumSizeHint().height() + kDrawingSize + kSpacing);
 }
 
 void EmptyInvitation::paintEvent(QPaintEvent *)
@@ -68,6 +84,8 @@ void EmptyInvitation::paintEvent(QPaintEvent *)
     painter.setPen(QPen(m_isHighlighted ? colors.accent : colors.border, m_isHighlighted ? 2 : 1.5,
                         Qt::DashLine, Qt::RoundCap));
     painter.drawRoundedRect(frame, Theme::kCardRadius, Theme::kCardRadius);
+    if (m_drawing->isHidden())
+        return;
     const QColor ink = m_isHighlighted ? colors.accent : colors.muted;
     if (!m_isHighlighted)
         painter.setOpacity(kQuiet); // of the whole drawing, so that crossing lines do not show

@@ -15,11 +15,16 @@ public:
     /// The document outlives the invitation.
     explicit EmptyInvitation(TDocument &document, QWidget *parent = nullptr);
 
+    /// Without the drawing, which gives way where there is no room for it.
+    QSize minimumSizeHint() const override;
+    QSize sizeHint() const override { return minimumSizeHint(); }
+
 Q_SIGNALS:
     void addFilesRequested();
     void addFoldersRequested();
 
 protected:
+    void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;

@@ -12,6 +12,8 @@
 
 namespace {
 
+constexpr int kLeastRows = 4;
+
 bool isPlain(Qt::KeyboardModifiers modifiers)
 {
     return (modifiers & (Qt::ShiftModifier | Qt::ControlModifier)) == 0;
@@ -154,6 +156,12 @@ void FileTableView::keyboardSearch(const QString &search)
 QRect FileTableView::problemRect(int row) const
 {
     return visualRect(m_model.index(row, FileTableModel::Status));
+}
+
+QSize FileTableView::minimumSizeHint() const
+{
+    return {QTableView::minimumSizeHint().width(),
+            m_header->sizeHint().height() + kLeastRows * verticalHeader()->defaultSectionSize()};
 }
 
 void FileTableView::setHint(const QString &hint)

@@ -30,6 +30,9 @@ public:
     void keyboardSearch(const QString &search) override;
     /// Where the row's problem icon is, in the viewport.
     QRect problemRect(int row) const;
+    /// Room for some rows; what else there is, it takes.
+    QSize sizeHint() const override { return minimumSizeHint(); }
+    QSize minimumSizeHint() const override;
     /// A text in the middle while there are no rows.
     void setHint(const QString &hint);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/table/FilterRow.h"
 
+#include "ui/controls/FoldingRow.h"
 #include "ui/controls/Icons.h"
 #include "ui/controls/PillButton.h"
 #include "ui/controls/Theme.h"
@@ -20,6 +21,7 @@ namespace {
 constexpr int kPause = 90;
 constexpr int kSearchLetters = 26;
 constexpr int kLeastSearchLetters = 12;
+constexpr int kGap = 8;
 
 struct PillText
 {
@@ -40,30 +42,35 @@ constexpr std::array<PillText, FileKinds::kFilterCount> kPills{{
 
 FilterRow::FilterRow(QWidget *parent)
     : QWidget(parent)
+    , m_tools(new QHBoxLayout)
     , m_remark(new QLabel(this))
     , m_search(new QLineEdit(this))
 {
-    auto *layout = new QHBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(8);
+    auto *parts = new FoldingRow(kGap, kGap, this);
+    auto *pills = new QHBoxLayout;
+    parts->addLayout(pills);
+    parts->addLayout(m_tools, 1);
+    pills->setSpacing(kGap);
+    m_tools->setSpacing(kGap);
     auto *group = new QButtonGroup(this);
     for (std::size_t i = 0; i < m_pills.size(); ++i) {
         auto *pill = new PillButton(tr(kPills[i].title), this);
         pill->setToolTip(tr(kPills[i].toolTip));
         m_pills[i] = pill;
         group->addButton(pill, static_cast<int>(i));
-        layout->addWidget(pill);
+        pills->addWidget(pill);
     }
     m_pills[0]->setChecked(true);
     connect(group, &QButtonGroup::idToggled, this, [this](int id, bool isOn) {
         if (isOn)
             Q_EMIT filterChosen(static_cast<Filter>(id));
     });
-    layout->addStretch();
+    pills->addStretch();
+    m_tools->addStretch();
     m_remark->setForegroundRole(QPalette::PlaceholderText);
     m_remark->setMinimumWidth(1); // is cut before the row grows wider than its window
     m_remark->hide();
-    layout->addWidget(m_remark);
+    m_tools->addWidget(m_remark);
 
     m_search->setPlaceholderText(tr("Search names"));
     m_search->setAccessibleName(tr("Search names"));
@@ -71,7 +78,7 @@ FilterRow::FilterRow(QWidget *parent)
     m_search->setClearButtonEnabled(true);
     m_lens = m_search->addAction(Icons::icon("search"_L1), QLineEdit::LeadingPosition);
     m_search->installEventFilter(this);
-    layout->addWidget(m_search, 1); // up to its width, then the room before it
+    m_tools->addWidget(m_search, 1); // up to its width, then the room before it
     followFont();
     m_pause.setSingleShot(true);
     connect(m_search, &QLineEdit::textChanged, this, [this] { m_pause.start(kPause); });
@@ -97,8 +104,7 @@ void FilterRow::setRemark(const QString &remark)
 
 void FilterRow::addControl(QWidget *control)
 {
-    auto *row = static_cast<QHBoxLayout *>(layout());
-    row->insertWidget(row->indexOf(m_remark), control);
+    m_tools->insertWidget(m_tools->indexOf(m_remark), control);
     setTabOrder(m_pills.back(), control);
     setTabOrder(control, m_search);
 }

@@ -8,9 +8,11 @@
 
 class PillButton;
 class QLabel;
+class QBoxLayout;
 class QLineEdit;
 
-/// The filters above the file table, with the number of files that pass each, and the search field.
+/// The filters above the file table, with the number of files that pass each, and the search field,
+/// which goes below them where the row is too narrow for both.
 class FilterRow : public QWidget
 {
     Q_OBJECT
@@ -46,6 +48,7 @@ private:
     void searchNow();
     void followFont();
 
+    QBoxLayout *m_tools;
     std::array<PillButton *, FileKinds::kFilterCount> m_pills{};
     QLabel *m_remark;
     QLineEdit *m_search;

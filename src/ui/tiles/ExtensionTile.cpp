@@ -19,6 +19,7 @@ namespace {
 constexpr int kPadding = 13;
 constexpr int kGap = 14;
 constexpr int kInset = 2;
+constexpr int kLeastLetters = 5;
 
 /// Of the period that stands before the tile as it does before an extension.
 int periodSize(const QFontMetrics &metrics)
@@ -38,7 +39,7 @@ ExtensionTile::ExtensionTile(TDocument &document, QWidget *parent)
     , m_document(document)
 {
     setFocusPolicy(Qt::StrongFocus);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     setToolTip(tr("What becomes of the extension: kept, replaced, mapped, left out or rewritten"));
     connect(&document, &TDocument::extensionHandlerChanged, this, &ExtensionTile::follow);
     follow();
@@ -72,6 +73,14 @@ QSize ExtensionTile::sizeHint() const
     return {roomForPeriod(fontMetrics()) + 2 * kInset + 2 * kPadding + title + kGap + name + kGap +
                 Icons::extent(fontMetrics()),
             TileDrawing::height(fontMetrics(), true)};
+}
+
+/// With as little of the method's name as still tells something.
+QSize ExtensionTile::minimumSizeHint() const
+{
+    const int name = fontMetrics().horizontalAdvance(text());
+    const int least = std::min(name, kLeastLetters * fontMetrics().averageCharWidth());
+    return sizeHint() - QSize(name - least, 0);
 }
 
 void ExtensionTile::paintEvent(QPaintEvent *)
@@ -111,7 +120,8 @@ void ExtensionTile::paintEvent(QPaintEvent *)
     const QRect name(nameStart, 0, end - nameStart, height());
     const Qt::Alignment alignment =
         QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter);
-    painter.drawText(placed(name), static_cast<int>(alignment), text());
+    painter.drawText(placed(name), static_cast<int>(alignment),
+                     fontMetrics().elidedText(text(), Qt::ElideRight, name.width()));
     const QRect chevron(end, (height() - side) / 2, side, side);
     painter.drawPixmap(placed(chevron),
                        Icons::pixmap("chevron-down"_L1, side, colors.muted, devicePixelRatioF()));
