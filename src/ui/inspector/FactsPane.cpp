@@ -8,11 +8,12 @@
 
 #include <QDateTime>
 #include <QEvent>
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -74,7 +75,7 @@ FactsPane::FactsPane(QWidget *parent)
     : QWidget(parent)
     , m_name(label(this))
     , m_kind(label(this))
-    , m_form(new QFormLayout)
+    , m_list(new QGridLayout)
 {
     QFont bold = font();
     bold.setWeight(QFont::DemiBold);
@@ -85,18 +86,17 @@ FactsPane::FactsPane(QWidget *parent)
     layout->setSpacing(kGap);
     layout->addWidget(m_name);
     layout->addWidget(m_kind);
-    layout->addLayout(m_form);
-    m_form->setContentsMargins(0, kGap, 0, 0);
-    m_form->setHorizontalSpacing(kColumnGap);
-    m_form->setVerticalSpacing(kGap);
-    m_form->setRowWrapPolicy(QFormLayout::WrapLongRows);
+    layout->addLayout(m_list);
+    m_list->setContentsMargins(0, kGap, 0, 0);
+    m_list->setVerticalSpacing(kGap);
     for (int row = 0; row < kRows; ++row) {
         m_titles[row] = new QLabel(tr(kTitles[row]), this);
         m_values[row] = new QLabel(this);
         m_values[row]->setTextFormat(Qt::PlainText);
+        m_values[row]->setWordWrap(true);
         m_values[row]->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        m_form->addRow(m_titles[row], m_values[row]);
     }
+    place(false);
     recolour();
 }
 
@@ -113,6 +113,7 @@ void FactsPane::showFacts(const TFileItem &file, const FileReading &reading)
     setRow(Duration, reading.media ? duration(reading.media->duration) : QString());
     setRow(Created, shown(file.facts.creation));
     setRow(Modified, shown(file.facts.modification));
+    arrange();
 }
 
 void FactsPane::setRow(Row row, const QString &text)
@@ -120,6 +121,36 @@ void FactsPane::setRow(Row row, const QString &text)
     m_values[row]->setText(text);
     m_values[row]->setVisible(!text.isEmpty());
     m_titles[row]->setVisible(!text.isEmpty());
+}
+
+/// Titles stand above their values when one of these would have no room beside them.
+void FactsPane::arrange()
+{
+    int titles = 0;
+    int values = 0;
+    for (int row = 0; row < kRows; ++row) {
+        if (m_values[row]->isHidden())
+            continue;
+        titles = std::max(titles, m_titles[row]->sizeHint().width());
+        values = std::max(values, fontMetrics().horizontalAdvance(m_values[row]->text()));
+    }
+    place(titles + kColumnGap + values > width());
+}
+
+void FactsPane::place(bool isStacked)
+{
+    if (m_isStacked == isStacked)
+        return;
+    m_isStacked = isStacked;
+    for (int row = 0; row < kRows; ++row) {
+        m_list->removeWidget(m_titles[row]);
+        m_list->removeWidget(m_values[row]);
+        m_list->addWidget(m_titles[row], 2 * row, 0, Qt::AlignTop);
+        m_list->addWidget(m_values[row], 2 * row + (isStacked ? 1 : 0), isStacked ? 0 : 1);
+    }
+    m_list->setColumnStretch(0, isStacked ? 1 : 0);
+    m_list->setColumnStretch(1, isStacked ? 0 : 1);
+    m_list->setHorizontalSpacing(isStacked ? 0 : kColumnGap);
 }
 
 void FactsPane::elideName()
@@ -144,6 +175,7 @@ void FactsPane::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     elideName();
+    arrange();
 }
 
 void FactsPane::changeEvent(QEvent *event)

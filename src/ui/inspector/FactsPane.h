@@ -5,7 +5,9 @@
 
 #include <QWidget>
 
-class QFormLayout;
+#include <optional>
+
+class QGridLayout;
 class QLabel;
 
 /// The name of one file, its kind and size, and its dates, dimensions and duration in a short list.
@@ -28,12 +30,15 @@ private:
 
     void setRow(Row row, const QString &text);
     void elideName();
+    void arrange();
+    void place(bool isStacked);
     void recolour();
 
     QString m_fullName;
     QLabel *m_name;
     QLabel *m_kind;
-    QFormLayout *m_form;
+    QGridLayout *m_list;
     QLabel *m_titles[kRows];
     QLabel *m_values[kRows];
+    std::optional<bool> m_isStacked; ///< nothing before the first placing
 };

@@ -12,7 +12,12 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using Sort = FileReading::Sort;
@@ -22,6 +27,7 @@ namespace {
 constexpr int kMargin = 12;
 constexpr int kGap = 12;
 constexpr int kLeastLetters = 32;
+constexpr int kMostOfScreen = 4; ///< of its width, one part in so many
 constexpr int kTreeMargin = 4;
 
 QLatin1StringView ruleKindOf(Sort sort)
@@ -78,7 +84,9 @@ InspectorDock::Private::Private(InspectorDock &dock)
     : m_dock(dock)
 {
     dock.setTitleBarWidget(new DockTitle(dock)); // first, also for the keyboard
-    auto *const content = new QWidget(&dock);
+    // All of it scrolls where it would be squeezed, in a large font or a low window.
+    auto *const area = new QScrollArea(&dock);
+    auto *const content = new QWidget(area);
     m_picture = new PicturePane(content);
     m_facts = new FactsPane(content);
     m_filter = new QLineEdit(content);
@@ -104,8 +112,18 @@ InspectorDock::Private::Private(InspectorDock &dock)
     layout->addWidget(m_hint);
     m_hint->setWordWrap(true);
     m_hint->setForegroundRole(QPalette::PlaceholderText);
-    content->setMinimumWidth(kLeastLetters * content->fontMetrics().averageCharWidth());
-    dock.setWidget(content);
+    area->setWidget(content);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setFocusPolicy(Qt::NoFocus);
+    for (QWidget *clear : {area->viewport(), content})
+        clear->setAutoFillBackground(false); // the window's own ground shows
+    const int least = std::min(kLeastLetters * content->fontMetrics().averageCharWidth(),
+                               dock.screen()->availableGeometry().width() / kMostOfScreen);
+    content->setMinimumWidth(least);
+    area->setMinimumWidth(least + area->verticalScrollBar()->sizeHint().width());
+    dock.setWidget(area);
 
     connect(m_filter, &QLineEdit::textChanged, m_tree, &TagTree::setFilter);
     connect(m_tree, &TagTree::addRequested, &dock, &InspectorDock::addRuleRequested);

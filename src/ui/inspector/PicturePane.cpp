@@ -6,6 +6,7 @@
 #include "ui/images/Images.h"
 
 #include <QPainter>
+#include <QScreen>
 #include <QTimerEvent>
 
 #include <algorithm>
@@ -15,6 +16,7 @@ namespace {
 
 constexpr QSize kRoom(300, 184);
 constexpr int kCharacters = 42;
+constexpr int kPartOfScreen = 4;
 constexpr int kEdge = 256; ///< of pictures that are not much wider than high
 constexpr int kFrame = 6;
 constexpr qreal kRadius = 4;
@@ -37,8 +39,9 @@ PicturePane::PicturePane(QWidget *parent)
 QSize PicturePane::sizeHint() const
 {
     // Below it stand tags and their values, which want more room in a larger font.
-    return {std::max(kRoom.width(), fontMetrics().averageCharWidth() * kCharacters),
-            kRoom.height()};
+    const int wanted = std::min(fontMetrics().averageCharWidth() * kCharacters,
+                                screen()->availableGeometry().width() / kPartOfScreen);
+    return {std::max(kRoom.width(), wanted), kRoom.height()};
 }
 
 int PicturePane::edge() const

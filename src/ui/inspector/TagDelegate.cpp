@@ -88,5 +88,10 @@ void TagDelegate::paintMark(QPainter &painter, const QStyleOptionViewItem &optio
 QSize TagDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const QSize hint = QStyledItemDelegate::sizeHint(option, index);
-    return {hint.width(), std::max(Theme::kRowHeight, option.fontMetrics.height() + 4)};
+    return {hint.width(), rowHeight(option.fontMetrics)};
+}
+
+int TagDelegate::rowHeight(const QFontMetrics &metrics)
+{
+    return std::max(Theme::kRowHeight, metrics.height() + 4);
 }

@@ -16,6 +16,7 @@ public:
     static constexpr int kPadding = 8;
     /// How far titles and names stand from the tree's edge, behind their marks.
     static int indentation(const QFontMetrics &metrics);
+    static int rowHeight(const QFontMetrics &metrics);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;

@@ -31,6 +31,7 @@ constexpr int kTileHeight = 28;
 constexpr int kTilePadding = 10;
 constexpr int kTileGap = 6;
 constexpr int kMostCharacters = 40;
+constexpr int kLeastRows = 5;
 
 } // namespace
 
@@ -89,6 +90,18 @@ void TagTree::setEmptyText(const QString &text)
 {
     m_emptyText = text;
     viewport()->update();
+}
+
+/// It takes what there is, and needs no more than this.
+QSize TagTree::sizeHint() const
+{
+    return minimumSizeHint();
+}
+
+QSize TagTree::minimumSizeHint() const
+{
+    return {QTreeView::minimumSizeHint().width(),
+            kLeastRows * TagDelegate::rowHeight(fontMetrics())};
 }
 
 const TagEntry *TagTree::entryAt(const QModelIndex &index) const

@@ -21,6 +21,8 @@ public:
     void setFilter(const QString &text);
     /// What stands there while there are no tags.
     void setEmptyText(const QString &text);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
 Q_SIGNALS:
     /// Enter or a double click on a tag that a rule can put into a name.
