@@ -2,6 +2,7 @@
 #include "ui/windows/LogWindow.h"
 
 #include "commonprocs/ByteNames.h"
+#include "ui/windows/MutedLabel.h"
 #include "ui/windows/SheetParts.h"
 #include "ui/windows/WindowDialogHost.h"
 
@@ -53,6 +54,7 @@ private:
     WindowDialogHost m_dialogs;
     QPlainTextEdit *m_text = nullptr;
     QLineEdit *m_find = nullptr;
+    QLabel *m_missing = nullptr; ///< beside the field when what it wants is not there
     QTimer m_filling;
     qsizetype m_filled = 0;
 };
@@ -119,7 +121,10 @@ QLayout *LogWindow::Private::makeFoot()
     auto *close = new QPushButton(tr("&Close"), m_window);
     QObject::connect(close, &QPushButton::clicked, m_window, &QWidget::close);
     QHBoxLayout *row = SheetParts::buttonRow({save, close});
+    m_missing = new MutedLabel(tr("Not found"), m_window);
+    m_missing->hide();
     row->insertWidget(0, m_find);
+    row->insertWidget(1, m_missing);
     return row;
 }
 
@@ -152,6 +157,9 @@ void LogWindow::Private::find(QTextDocument::FindFlags flags, bool fromStart)
                                                                         : QTextCursor::Start);
         found = m_text->document()->find(wanted, cursor, flags);
     }
+    const bool isMissing = found.isNull() && !wanted.isEmpty();
+    m_missing->setVisible(isMissing);
+    m_find->setAccessibleDescription(isMissing ? m_missing->text() : QString());
     if (found.isNull())
         cursor.clearSelection();
     m_text->setTextCursor(found.isNull() ? cursor : found);
