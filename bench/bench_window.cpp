@@ -10,10 +10,17 @@
 //                                 names, the longest time in milliseconds for which the main thread
 //                                 did not look for events, by the clock and by what it computed,
 //                                 and the bytes a file that the process grew by
+//   bench_window csv FOLDER TABLE drops the folder on a CSV rule, loads the table in its editor,
+//                                 chooses another column and loads the table again. Prints the
+//                                 seconds from the choice of the file to the table and from the
+//                                 click to all new names, and the longest stall as above
 #include "Heartbeat.h"
 #include "ResidentMemory.h"
 #include "WindowScene.h"
+#include "metadata/TCSVRule.h"
 #include "ui/controls/Popover.h"
+#include "ui/editors/CSVTableView.h"
+#include "ui/editors/TEditCSVRuleViewController.h"
 #include "ui/table/FileTableView.h"
 
 #include <QApplication>
@@ -156,6 +163,69 @@ private:
     qint64 m_memory = 0;
 };
 
+class TableBench
+{
+public:
+    explicit TableBench(const QString &folder)
+        : m_rule(m_scene.addRule(u"CSVTag"_s))
+    {
+        m_scene.addFiles({folder});
+        WindowScene::settle();
+        m_scene.waitIdle();
+        WindowScene::settle(kForecastTime);
+    }
+
+    int run(const QString &path)
+    {
+        Popover *const popover = m_scene.openEditor(m_rule);
+        auto *const editor =
+            popover ? qobject_cast<TEditCSVRuleViewController *>(popover->content()) : nullptr;
+        if (editor == nullptr)
+            qFatal("the CSV rule has no editor");
+        Heartbeat heartbeat;
+        const double toTable = load(*editor, path);
+        const double toNames = chooseColumn(*editor);
+        load(*editor, path); // as after a change of the file
+        m_scene.closePopover();
+        WindowScene::settle(kForecastTime);
+        std::printf("%.3f %.3f %.1f %.1f\n", toTable, toNames, heartbeat.longest() * 1000,
+                    heartbeat.longestUsed() * 1000);
+        return EXIT_SUCCESS;
+    }
+
+private:
+    /// Seconds until the rule has the table.
+    double load(TEditCSVRuleViewController &editor, const QString &path)
+    {
+        const TStringTable *const former = rule().theRows().get();
+        const Steady::time_point chosen = Steady::now();
+        editor.loadFile(path);
+        WindowScene::wait([&] { return rule().theRows().get() != former; });
+        const double seconds = secondsSince(chosen);
+        m_scene.waitIdle();
+        WindowScene::settle(kForecastTime);
+        return seconds;
+    }
+
+    /// Seconds until all names come from the second column.
+    double chooseColumn(TEditCSVRuleViewController &editor)
+    {
+        auto *const columns = editor.findChild<CSVTableView *>();
+        const Steady::time_point clicked = Steady::now();
+        QTest::mouseClick(columns->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          columns->visualRect(columns->model()->index(0, 1)).center());
+        WindowScene::wait([&] { return rule().useColumn() == 1 && m_scene.isIdle(); });
+        const double seconds = secondsSince(clicked);
+        WindowScene::settle(kForecastTime);
+        return seconds;
+    }
+
+    TCSVRule &rule() const { return static_cast<TCSVRule &>(*m_rule); }
+
+    WindowScene m_scene;
+    const TRulePtr m_rule;
+};
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -169,8 +239,11 @@ int main(int argc, char **argv)
     }
     if (arguments.size() == 3 && arguments[1] == "start"_L1)
         return measureStart(arguments[2].toLongLong());
+    if (arguments.size() == 4 && arguments[1] == "csv"_L1)
+        return TableBench(arguments[2]).run(arguments[3]);
     if (arguments.size() >= 2)
         return WindowBench(arguments[1], arguments.sliced(2)).run();
-    std::fputs("usage: bench_window prepare | start MOMENT | FOLDER KIND...\n", stderr);
+    std::fputs("usage: bench_window prepare | start MOMENT | csv FOLDER TABLE | FOLDER KIND...\n",
+               stderr);
     return 2;
 }
