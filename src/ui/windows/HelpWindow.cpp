@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/windows/HelpWindow.h"
 
-#include "ui/controls/Theme.h"
+#include "ui/windows/HelpPage.h"
 #include "ui/windows/RowDelegate.h"
 #include "ui/windows/SheetParts.h"
 
@@ -15,20 +15,18 @@
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextBrowser>
-#include <QTextTable>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 #include <QUrl>
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView kFolder{":/help/manual/"};
-constexpr QLatin1StringView kBase{"qrc:/help/manual/"};
 constexpr std::array kPages{"window.md"_L1, "regular-expressions.md"_L1};
 constexpr QLatin1StringView kKeys{"Keys"};
 constexpr QLatin1StringView kHttps{"https"};
@@ -36,86 +34,19 @@ constexpr QLatin1StringView kHttps{"https"};
 constexpr int kCharacters = 140;
 constexpr int kLines = 38;
 constexpr int kHeadingMargin = 24; ///< beside the longest one
-constexpr qreal kPageMargin = 20;
-constexpr qreal kCellPadding = 5;
-constexpr qreal kAboveHeading = 20;
-constexpr qreal kBelowHeading = 6;
-constexpr qreal kLineHeight = 120; ///< percent
-constexpr qreal kPictureWidth = 520;
+constexpr int kPageCharacters = 74;
 constexpr int kBesidePage = 72; ///< frames, margins and the scroll bar
 constexpr int kBlockNumber = RowDelegate::kInkRole + 1;
 
 QString page(QLatin1StringView name)
 {
-    QFile file(kFolder + name);
+    QFile file(HelpPage::kFolder + name);
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
 QString titleOf(QLatin1StringView name)
 {
     return page(name).section(u'\n', 0, 0).sliced(2);
-}
-
-template <typename Change>
-void forEachBlock(QTextDocument &document, Change change)
-{
-    for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
-        change(block);
-}
-
-void spaceOut(const QTextBlock &block)
-{
-    QTextCursor cursor(block);
-    QTextBlockFormat format = block.blockFormat();
-    if (format.headingLevel() > 0) {
-        format.setTopMargin(block.blockNumber() == 0 ? 0 : kAboveHeading);
-        format.setBottomMargin(kBelowHeading);
-    }
-    format.setLineHeight(kLineHeight, QTextBlockFormat::ProportionalHeight);
-    cursor.setBlockFormat(format);
-}
-
-/// Pictures get the width of the page, and links that lead out of the manual become plain text.
-void mend(QTextDocument &document, const QTextFragment &fragment, const QColor &ink)
-{
-    QTextCharFormat format = fragment.charFormat();
-    const QUrl link(format.anchorHref());
-    const bool isDead =
-        format.isAnchor() && link.scheme() != kHttps && !QFile::exists(kFolder + link.path());
-    if (!isDead && !format.isImageFormat())
-        return;
-    if (format.isImageFormat()) {
-        QTextImageFormat image = format.toImageFormat();
-        image.setWidth(kPictureWidth);
-        format = image;
-    } else {
-        format.setAnchor(false);
-        format.clearProperty(QTextFormat::AnchorHref);
-        format.setForeground(ink);
-        format.setFontUnderline(false);
-    }
-    QTextCursor cursor(&document);
-    cursor.setPosition(fragment.position());
-    cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
-    cursor.setCharFormat(format);
-}
-
-void lineTables(const QTextFrame &frame, const QColor &line)
-{
-    const QList<QTextFrame *> children = frame.childFrames();
-    for (QTextFrame *child : children) {
-        auto *table = qobject_cast<QTextTable *>(child);
-        if (table == nullptr)
-            continue;
-        QTextTableFormat format = table->format();
-        format.setBorder(1);
-        format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
-        format.setBorderBrush(line);
-        format.setBorderCollapse(true);
-        format.setCellSpacing(0);
-        format.setCellPadding(kCellPadding);
-        table->setFormat(format);
-    }
 }
 
 } // namespace
@@ -142,7 +73,7 @@ HelpWindow::HelpWindow(QWidget *parent)
     layout->addWidget(SheetParts::framed(m_headings, this));
     layout->addWidget(SheetParts::framed(m_text, this), 1);
     fill();
-    const int page = static_cast<int>(kPictureWidth + 2 * kPageMargin) + kBesidePage;
+    const int page = SheetParts::widthOf(this, kPageCharacters) + kBesidePage;
     const QSize usual = SheetParts::sizeOf(this, kCharacters, kLines);
     const int most = screen()->availableGeometry().width() - kBesidePage;
     resize(std::clamp(m_headings->width() + page, usual.width(), std::max(usual.width(), most)),
@@ -150,6 +81,7 @@ HelpWindow::HelpWindow(QWidget *parent)
     connect(m_headings, &QTreeWidget::currentItemChanged, this,
             [this](const QTreeWidgetItem *current) { scrollTo(current); });
     connect(m_text, &QTextBrowser::anchorClicked, this, &HelpWindow::followLink);
+    m_text->viewport()->installEventFilter(this);
     m_text->setFocus();
 }
 
@@ -158,36 +90,58 @@ void HelpWindow::fill()
     QString all;
     for (const QLatin1StringView name : kPages)
         all += page(name) + u'\n';
-    m_text->document()->setBaseUrl(QUrl(QString(kBase)));
+    m_text->document()->setBaseUrl(QUrl(QString(HelpPage::kBase)));
     m_text->setMarkdown(all);
-    polish();
+    HelpPage::polish(*m_text->document(), palette());
+    m_pictureWidth = 0;
+    fitPictures();
     listHeadings();
 }
 
-void HelpWindow::polish()
+void HelpWindow::fitPictures()
 {
-    const ThemeColors colors = ThemeColors::of(palette());
-    QTextDocument &document = *m_text->document();
-    document.setDocumentMargin(kPageMargin);
-    forEachBlock(document, spaceOut);
-    QList<QTextFragment> fragments;
-    forEachBlock(document, [&fragments](const QTextBlock &block) {
-        for (auto part = block.begin(); !part.atEnd(); ++part)
-            fragments += part.fragment();
-    });
-    for (const QTextFragment &fragment : std::as_const(fragments))
-        mend(document, fragment, colors.ink);
-    lineTables(*document.rootFrame(), colors.border);
+    const int page = m_text->viewport()->width() - static_cast<int>(2 * HelpPage::kMargin);
+    if (std::exchange(m_pictureWidth, page) != page)
+        HelpPage::fitPictures(*m_text->document(), page, palette(), devicePixelRatioF());
+}
+
+void HelpWindow::keep(const QTextCursor &place, int top)
+{
+    m_kept = place;
+    m_keptTop = top;
+}
+
+/// What is read stays in its place.
+void HelpWindow::fitToPage()
+{
+    const QTextCursor place = std::exchange(m_kept, {});
+    if (place.isNull())
+        return;
+    fitPictures();
+    QScrollBar &bar = *m_text->verticalScrollBar();
+    bar.setValue(bar.value() + m_text->cursorRect(place).top() - m_keptTop);
+}
+
+bool HelpWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize && watched == m_text->viewport() && m_kept.isNull()) {
+        const QTextCursor top = m_text->cursorForPosition({});
+        keep(top, m_text->cursorRect(top).top());
+        // Later, when the text has its new lines.
+        QMetaObject::invokeMethod(this, &HelpWindow::fitToPage, Qt::QueuedConnection);
+    }
+    return QDialog::eventFilter(watched, event);
 }
 
 void HelpWindow::listHeadings()
 {
     m_headings->clear();
     QTreeWidgetItem *above = nullptr;
-    forEachBlock(*m_text->document(), [this, &above](const QTextBlock &block) {
+    const QTextDocument &document = *m_text->document();
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         const int level = block.blockFormat().headingLevel();
         if (level < 1 || level > 2)
-            return;
+            continue;
         auto *item = level == 1 ? new QTreeWidgetItem(m_headings) : new QTreeWidgetItem(above);
         item->setText(0, block.text());
         item->setData(0, kBlockNumber, block.blockNumber());
@@ -197,7 +151,7 @@ void HelpWindow::listHeadings()
             bold.setBold(true);
             item->setFont(0, bold);
         }
-    });
+    }
     m_headings->expandAll();
     m_headings->resizeColumnToContents(0);
     m_headings->setColumnWidth(0, m_headings->columnWidth(0) + kHeadingMargin);
@@ -231,7 +185,9 @@ void HelpWindow::scrollTo(const QTreeWidgetItem *heading)
     (void)document.documentLayout()->documentSize(); // lays out all of it, not only what is seen
     const QRectF place = document.documentLayout()->blockBoundingRect(block);
     m_text->verticalScrollBar()->setValue(
-        static_cast<int>(block.blockNumber() == 0 ? 0 : place.top() - kBelowHeading));
+        static_cast<int>(block.blockNumber() == 0 ? 0 : place.top() - HelpPage::kBelowHeading));
+    if (!m_kept.isNull()) // the text is about to get new lines
+        keep(QTextCursor(block), m_text->cursorRect(QTextCursor(block)).top());
 }
 
 void HelpWindow::followLink(const QUrl &link)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QTextCursor>
 
 class QTextBrowser;
 class QTreeWidget;
@@ -22,10 +23,14 @@ public:
 
 protected:
     void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void fill();
     void polish();
+    void fitPictures();
+    void keep(const QTextCursor &place, int top);
+    void fitToPage();
     void listHeadings();
     QTreeWidgetItem *heading(const QString &text) const;
     void scrollTo(const QTreeWidgetItem *heading);
@@ -33,4 +38,7 @@ private:
 
     QTreeWidget *m_headings;
     QTextBrowser *m_text;
+    int m_pictureWidth = 0; ///< that there is room for
+    QTextCursor m_kept;     ///< stays where it is when the text gets new lines; else null
+    int m_keptTop = 0;
 };
