@@ -209,12 +209,12 @@ void FileTableHeader::describeReached()
                                             : tr("%1, sorted descending").arg(title));
 }
 
-/// Where a menu belongs that a key opens.
+/// Its middle is where a menu belongs that a key opens: below the title.
 QVariant FileTableHeader::inputMethodQuery(Qt::InputMethodQuery query) const
 {
     if (query != Qt::ImCursorRectangle || m_reached < 0)
         return QHeaderView::inputMethodQuery(query);
-    return QRect(sectionViewportPosition(m_reached), 0, sectionSize(m_reached), height());
+    return QRect(sectionViewportPosition(m_reached), 0, sectionSize(m_reached), 2 * height());
 }
 
 /// Arrows are the column's, whatever the menus mean by them elsewhere.
