@@ -64,6 +64,7 @@ public:
     void followCurrent();
     void search(const QString &text);
     void showMenu(QPoint position);
+    void stepProblems(int row, bool up);
     QString oldName(const TFileObject &file) const;
     QString newName(const TFileObject &file) const;
     void copyNames(QString (Private::*nameOf)(const TFileObject &) const) const;
@@ -148,6 +149,8 @@ void FilePane::Private::followTable()
     });
     QObject::connect(table, &FileTableView::copyRequested, &pane,
                      [this] { copyNames(&Private::oldName); });
+    QObject::connect(table, &FileTableView::problemsRequested, &pane,
+                     [this] { pane.showProblems(model.documentRow(table->currentIndex().row())); });
     QObject::connect(table, &FileTableView::contextMenuRequested, &pane,
                      [this](QPoint position) { showMenu(position); });
 }
@@ -224,6 +227,20 @@ void FilePane::Private::showMenu(QPoint position)
     QObject::connect(menu, &M::copyNameChosen, &pane, [this] { copyNames(&Private::oldName); });
     QObject::connect(menu, &M::copyNewNameChosen, &pane, [this] { copyNames(&Private::newName); });
     menu->popup(position);
+}
+
+/// To the problems of the next file that has some.
+void FilePane::Private::stepProblems(int row, bool up)
+{
+    do {
+        row += up ? -1 : 1;
+        if (row < 0 || row >= model.rowCount())
+            return;
+    } while (FileCells::problems(model.file(row), model.forecast(row)).isEmpty());
+    if (problems != nullptr)
+        problems->dismiss();
+    table->selectDocumentRows({model.documentRow(row)});
+    pane.showProblems(model.documentRow(row));
 }
 
 QString FilePane::Private::oldName(const TFileObject &file) const
@@ -326,8 +343,10 @@ void FilePane::showProblems(qsizetype row)
         return;
     FileTableView &table = *m_private->table;
     table.scrollTo(m_private->model.index(shown, FileTableModel::Name));
-    m_private->problems = Popover::open(new ProblemList(FileCells::currentName(file), log, this),
-                                        table.viewport(), table.problemRect(shown));
+    auto *const list = new ProblemList(FileCells::currentName(file), log, this);
+    connect(list, &ProblemList::stepRequested, this,
+            [this, shown](bool up) { m_private->stepProblems(shown, up); });
+    m_private->problems = Popover::open(list, table.viewport(), table.problemRect(shown));
 }
 
 void FilePane::revealCurrent()

@@ -310,6 +310,12 @@ void FileTableView::keyPressEvent(QKeyEvent *event)
         event->accept();
         return;
     }
+    if (event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier &&
+        m_selection->contains(currentIndex().row())) { // else it selects the row
+        Q_EMIT problemsRequested();
+        event->accept();
+        return;
+    }
     if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
         event->modifiers() == Qt::NoModifier) {
         goToNextSelected();

@@ -38,6 +38,8 @@ public:
 
 Q_SIGNALS:
     void copyRequested();
+    /// Of the row that the keyboard is at.
+    void problemsRequested();
     void contextMenuRequested(QPoint globalPosition);
 
 protected:

@@ -5,6 +5,7 @@
 #include "ui/controls/Icons.h"
 
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 
 #include <algorithm>
@@ -35,6 +36,7 @@ ProblemList::ProblemList(const QString &fileName, const TErrorLog &log, QWidget 
     : QWidget(parent)
 {
     setAccessibleName(tr("Problems"));
+    setFocusPolicy(Qt::StrongFocus);
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setHorizontalSpacing(8);
@@ -64,4 +66,13 @@ ProblemList::ProblemList(const QString &fileName, const TErrorLog &log, QWidget 
         layout->addWidget(
             wrapped(tr("and %Ln more", nullptr, static_cast<int>(log.count() - kMostShown)), this),
             row, 1);
+}
+
+void ProblemList::keyPressEvent(QKeyEvent *event)
+{
+    const bool isUp = event->key() == Qt::Key_Up;
+    if (isUp || event->key() == Qt::Key_Down)
+        Q_EMIT stepRequested(isUp);
+    else
+        QWidget::keyPressEvent(event);
 }

@@ -435,7 +435,7 @@ void TestFilePane::contextMenu()
 
 void TestFilePane::problemsOpenBesideTheirRow()
 {
-    Shown shown({u"a.txt"_s, u"b.txt"_s});
+    Shown shown({u"a.txt"_s, u"b.txt"_s, u"c.txt"_s});
     QVERIFY(shown.batch.useRules({textRule(u"<i>x</i>"_s)}));
     shown.click(0, {}, Column::Status);
     QVERIFY(shown.pane->findChild<Popover *>() == nullptr);
@@ -452,6 +452,13 @@ void TestFilePane::problemsOpenBesideTheirRow()
     QVERIFY2(texts.contains(problem), qPrintable(texts.join(u'|')));
     const QString tip = shown.model->index(1, Column::Status).data(Qt::ToolTipRole).toString();
     QVERIFY2(tip.contains(problem.toHtmlEscaped()), qPrintable(tip));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    QTRY_VERIFY(!popover);
+    QCOMPARE(shown.table->currentIndex().row(), 2);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QTRY_VERIFY(shown.pane->findChild<Popover *>() == nullptr);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    QCOMPARE(shown.pane->findChild<Popover *>()->findChild<QLabel *>()->text(), u"c.txt"_s);
 }
 
 void TestFilePane::columnsAreRemembered_data()
