@@ -38,6 +38,7 @@ TDocument::TDocument(TDocumentHost &host, TDocumentServices services, QObject *p
     , m_myUUID(kUUIDPrefix + QUuid::createUuid().toString(QUuid::WithoutBraces))
     , m_theExtensionHandler(std::make_unique<TExtensionHandler>())
     , m_theOptions(m_services.options)
+    , m_facts(m_mail, m_sourceObjectArray)
     , m_gathering(m_mail, m_services.makeGatherer, *this)
     , m_analysis(m_services.fileManager, m_mail, analysisOutput())
 {

@@ -8,6 +8,7 @@
 #include "document/FolderGrants.h"
 #include "document/RenameGuard.h"
 #include "document/TDocumentAnalysis.h"
+#include "document/TDocumentFactCollector.h"
 #include "document/TDocumentForecasts.h"
 #include "document/TDocumentHost.h"
 #include "document/TDocumentMail.h"
@@ -180,7 +181,7 @@ public:
     /// True from a change until the names and problems that belong to it are there.
     bool isAnalysing() const
     {
-        return m_testRun || m_analysis.isRunning() || (m_isCollecting && !m_isForecastOnly);
+        return m_testRun || m_analysis.isRunning() || (m_facts.isCollecting() && !m_isForecastOnly);
     }
 
     // Rename
@@ -278,12 +279,8 @@ private:
 
     // TDocumentRuns.cpp
     TDocumentAnalysis::Output analysisOutput();
-    TDocumentFacts facts();
-    void collectFacts();
     void startWhenCollected(bool forecastOnly);
     void startBackgroundRun();
-    void forgetFacts();
-    void forgetCollected();
     TRuleList preparedCopy() const;
     TDocumentAnalysis::Input analysisInput();
     AnalysisRun analysisRun();
@@ -348,16 +345,8 @@ private:
     std::unique_ptr<TDocumentPresets> m_presets; ///< null once the window has gone
 
     std::optional<TErrorLog> m_errorLog;
-    TDocumentFacts m_facts;        ///< null when list or metadata have changed since
-    TDocumentFiles m_factFiles;    ///< their entries
-    TDocumentFactList m_collected; ///< the first ones, for a run that is about to start
-    TFileList m_collectedFiles;
-    quint64 m_collectedVersion = 0;  ///< of the list that they are from
-    quint64 m_metadataVersion = 0;   ///< counts the files whose metadata have come
-    quint64 m_collectedMetadata = 0; ///< what that was when collecting began
-    bool m_isCollecting = false;
-    bool m_isCollectingPosted = false;
-    bool m_isForecastOnly = false;      ///< what is collected for
+    TDocumentFactCollector m_facts;
+    bool m_isForecastOnly = false;      ///< what facts are collected for
     std::shared_ptr<TestRun> m_testRun; ///< null when none is under way
     quint64 m_testRunVersion = 0;       ///< of the batch that it is over
     TDocumentForecasts m_forecasts;

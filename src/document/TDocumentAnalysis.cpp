@@ -7,24 +7,6 @@ constexpr std::size_t kPortion = 50;
 
 } // namespace
 
-void TDocumentFactList::add(const TFileObject &file)
-{
-    const bool hasMetadata = file.imageProperties() || file.ID3();
-    if (hasMetadata && m_metadata.empty()) {
-        m_metadata.reserve(m_items.capacity());
-        m_metadata.resize(m_items.size());
-    }
-    m_items.push_back(file.item());
-    if (hasMetadata || !m_metadata.empty())
-        m_metadata.push_back({file.imageProperties(), file.ID3()});
-}
-
-void TDocumentFactList::clear()
-{
-    m_items.clear();
-    m_metadata.clear();
-}
-
 /// A run as its worker sees it. The owner is named only in work that is posted, which is not run
 /// once the owner has gone.
 struct TDocumentAnalysis::Job

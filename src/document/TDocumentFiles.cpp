@@ -65,7 +65,7 @@ std::vector<qsizetype> movedOrder(std::size_t count, const std::vector<qsizetype
 void TDocument::listChanged()
 {
     ++m_listVersion;
-    forgetFacts();
+    m_facts.listChanged();
     batchChanged();
 }
 

@@ -124,7 +124,7 @@ void TDocument::awaitRecovery(int looks)
 
 void TDocument::tellOfRecovery()
 {
-    const bool isElsewhere = m_services.recovery->leavesAlone(facts()->items());
+    const bool isElsewhere = m_services.recovery->leavesAlone(m_facts.facts()->items());
     TDialogHost::Question question{TDialogHost::Form::Sheet,
                                    text(kRecoveryTitle),
                                    text(kRecoveryText, {m_services.recovery->folderAtHand()}),
@@ -158,10 +158,10 @@ void TDocument::makePlan()
         m_isPreparing = false;
         return runRename();
     }
-    const TDocumentFacts known = facts();
+    const TDocumentFacts &known = m_facts.facts();
     m_renaming = std::make_unique<TDocumentRenaming>(
         m_services.fileManager, m_services.clock, m_mail,
-        TDocumentRenaming::Input{known, m_factFiles, preparedCopy(),
+        TDocumentRenaming::Input{known, m_facts.files(), preparedCopy(),
                                  m_theExtensionHandler->copyForRun(), m_theOptions,
                                  m_services.logsFolder ? m_services.logsFolder() : QString()});
     m_renaming->prepare([this](const QString &problem) { confirmRename(problem); });

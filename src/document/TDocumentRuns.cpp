@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/NameGeneration.h"
 #include "document/TDocument.h"
-#include "document/TDocumentSlice.h"
 
 namespace {
 
 constexpr const char *kTestRun = QT_TRANSLATE_NOOP("TDocument", "Performing test run");
-
-/// What is known of so many files is collected at once; of more, in portions.
-constexpr std::size_t kCollectedAtOnce = 1000;
 
 } // namespace
 
@@ -29,31 +25,6 @@ TDocumentAnalysis::Output TDocument::analysisOutput()
             [this] { redisplay(); }};
 }
 
-TDocumentFacts TDocument::facts()
-{
-    if (!m_facts) {
-        TDocumentFactList list;
-        list.reserve(m_sourceObjectArray.size());
-        for (const auto &file : m_sourceObjectArray)
-            list.add(*file);
-        m_facts = std::make_shared<const TDocumentFactList>(std::move(list));
-        m_factFiles = std::make_shared<const TFileList>(m_sourceObjectArray);
-    }
-    return m_facts;
-}
-
-void TDocument::forgetFacts()
-{
-    m_facts.reset();
-    m_factFiles.reset();
-}
-
-void TDocument::forgetCollected()
-{
-    m_collected.clear();
-    m_collectedFiles.clear();
-}
-
 TRuleList TDocument::preparedCopy() const
 {
     TRuleList copy = copyArrayViaEncode(m_ruleArray);
@@ -64,9 +35,9 @@ TRuleList TDocument::preparedCopy() const
 TDocumentAnalysis::Input TDocument::analysisInput()
 {
     m_analysisVersion = m_listVersion;
-    const TDocumentFacts known = facts();
+    const TDocumentFacts &known = m_facts.facts();
     return {known,
-            m_factFiles,
+            m_facts.files(),
             copyArrayViaEncode(m_ruleArray),
             preparedCopy(),
             m_theExtensionHandler->copyForRun(),
@@ -83,8 +54,7 @@ AnalysisRun TDocument::analysisRun()
 
 void TDocument::AOpComplete(TAnalyseOperation &)
 {
-    forgetFacts();
-    ++m_metadataVersion;
+    m_facts.metadataChanged();
     batchChanged();
     ++m_testRunVersion; // one that is under way goes on, since the last file brings a new one
     if (--m_remainingAOps > 0)
@@ -109,55 +79,21 @@ void TDocument::doBackgroundRun()
 void TDocument::startWhenCollected(bool forecastOnly)
 {
     m_isForecastOnly = forecastOnly;
-    if (m_facts || m_sourceObjectArray.size() <= kCollectedAtOnce)
+    if (m_facts.areAtHand()) {
+        m_facts.stop();
         return startBackgroundRun();
+    }
     m_analysis.cancel();
-    if (m_collectedMetadata != m_metadataVersion)
-        forgetCollected();
-    m_collectedMetadata = m_metadataVersion;
-    m_isCollecting = true;
-    collectFacts();
+    m_facts.collect([this] { startBackgroundRun(); });
 }
 
 void TDocument::startBackgroundRun()
 {
-    m_isCollecting = false;
     if (m_isForecastOnly)
         return m_analysis.startForecast(analysisInput());
     // The run evaluates a copy from before the document's own rules are prepared.
     m_analysis.start(analysisInput());
     NameGeneration::prepareAllRules(m_ruleArray);
-}
-
-/// A portion of the facts of a long list, from which the run starts when all are there.
-void TDocument::collectFacts()
-{
-    if (!m_isCollecting || m_isCollectingPosted)
-        return;
-    if (m_collectedVersion != m_listVersion)
-        forgetCollected();
-    m_collectedVersion = m_listVersion;
-    m_collected.reserve(m_sourceObjectArray.size());
-    m_collectedFiles.reserve(m_sourceObjectArray.size());
-    const TDocumentSlice slice;
-    while (m_collected.count() < m_sourceObjectArray.size()) {
-        const auto &file = m_sourceObjectArray[m_collected.count()];
-        m_collected.add(*file);
-        m_collectedFiles.push_back(file);
-        if (!slice.isOver())
-            continue;
-        m_isCollectingPosted = true;
-        return m_mail->post([this] {
-            m_isCollectingPosted = false;
-            collectFacts();
-        });
-    }
-    m_facts = std::make_shared<const TDocumentFactList>(std::move(m_collected));
-    m_factFiles = std::make_shared<const TFileList>(std::move(m_collectedFiles));
-    forgetCollected();
-    startBackgroundRun();
-    if (m_collectedMetadata != m_metadataVersion)
-        forgetFacts();
 }
 
 void TDocument::doBackgroundRunIfUpdate()
@@ -214,8 +150,8 @@ void TDocument::cancelAnalysis()
 {
     m_analysis.cancel();
     m_testRun.reset();
-    m_isCollecting = false;
-    forgetCollected();
+    m_facts.stop();
+    m_facts.forgetCollected();
     m_renameWanted = false;
     tell(&TDocumentHost::hideProgress);
 }
