@@ -3,8 +3,10 @@
 
 #include "ui/controls/Theme.h"
 
-#include <QEvent>
 #include <QFontDatabase>
+#include <QResizeEvent>
+
+#include <algorithm>
 
 EditorLabel::EditorLabel(const QString &text, Tone tone, QWidget *parent)
     : QLabel(text, parent)
@@ -25,6 +27,20 @@ QFont EditorLabel::codeFont(const QFont &like)
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setPointSizeF(like.pointSizeF());
     return font;
+}
+
+QSize EditorLabel::minimumSizeHint() const
+{
+    const QSize least = QLabel::minimumSizeHint();
+    return wordWrap() ? QSize(least.width(), std::max(least.height(), heightForWidth(width())))
+                      : least;
+}
+
+void EditorLabel::resizeEvent(QResizeEvent *event)
+{
+    QLabel::resizeEvent(event);
+    if (wordWrap() && event->size().width() != event->oldSize().width())
+        updateGeometry();
 }
 
 void EditorLabel::changeEvent(QEvent *event)

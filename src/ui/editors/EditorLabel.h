@@ -13,11 +13,14 @@ public:
 
     EditorLabel(const QString &text, Tone tone, QWidget *parent = nullptr);
 
+    /// Of a wrapped text: all its lines at the label's width, where layouts would count on one.
+    QSize minimumSizeHint() const override;
     /// The fixed-width font for patterns and the like, as large as the given one.
     static QFont codeFont(const QFont &like);
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void takeColors();
