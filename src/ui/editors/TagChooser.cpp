@@ -118,6 +118,7 @@ void TagChooser::addList()
     static_cast<QBoxLayout *>(layout())->addWidget(frame, 1);
     m_hint->setAlignment(Qt::AlignCenter);
     m_hint->setWordWrap(true);
+    m_hint->setForegroundRole(QPalette::WindowText); // not that of lists, which is not muted
     m_hint->hide();
     auto *place = new QVBoxLayout(m_list->viewport());
     place->addWidget(m_hint);
