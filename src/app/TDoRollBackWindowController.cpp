@@ -20,8 +20,6 @@ constexpr const char *kStopping =
 constexpr const char *kRollBack = QT_TRANSLATE_NOOP("TDoRollBackWindowController", "Roll Back");
 constexpr const char *kComplete =
     QT_TRANSLATE_NOOP("TDoRollBackWindowController", "Roll Back Complete");
-constexpr const char *kOldNameInUse = QT_TRANSLATE_NOOP(
-    "TDoRollBackWindowController", "The old name is in use. The file is now named \"%1\".");
 constexpr QLatin1StringView kLogTitle{"rollback TRX table view"};
 constexpr QLatin1StringView kUnknownColumn{" column %@ not processed"};
 constexpr QLatin1StringView kRollbackTitle{"rollback"};
@@ -69,7 +67,7 @@ struct TDoRollBackWindowController::Checked
 struct TDoRollBackWindowController::Undone
 {
     Records records;
-    std::vector<std::pair<qsizetype, TFileURL>> renamed; ///< whose old name was in use
+    QHash<qsizetype, QString> otherNames;
 };
 
 TDoRollBackWindowController::TDoRollBackWindowController(const Services &services,
@@ -184,7 +182,7 @@ void TDoRollBackWindowController::performBackgroundRollBack()
                 [&](qsizetype index, const TFileURL &target) {
                     const TRenameTRX &record = run->transactions()[static_cast<std::size_t>(index)];
                     if (target.lastPathComponent() != record.originalURL.lastPathComponent())
-                        undone.renamed.emplace_back(index, target);
+                        undone.otherNames.insert(index, target.lastPathComponent());
                 });
             undone.records = run->transactions();
             return undone;
@@ -195,9 +193,7 @@ void TDoRollBackWindowController::performBackgroundRollBack()
 void TDoRollBackWindowController::rollBackComplete(Undone undone)
 {
     m_records = std::move(undone.records);
-    for (const auto &[index, target] : undone.renamed)
-        m_records[static_cast<std::size_t>(index)].errorLog.addErrorOfType(
-            TErrorTypes::kWarning, tr(kOldNameInUse).arg(target.lastPathComponent()));
+    m_otherNames = std::move(undone.otherNames);
     m_progressShown = false;
     m_state = State::Complete;
     Q_EMIT tableReloaded();

@@ -6,6 +6,7 @@
 #include "platform/BackgroundWork.h"
 #include "rollback/RollbackRun.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <memory>
@@ -70,6 +71,8 @@ public:
     /// The problems to show beside a clicked cell; an empty list says that there is none, and null
     /// that nothing is shown at all.
     const TErrorLog *clicked(qsizetype row, qsizetype column) const;
+    /// The name that a file was given back to because its old one is in use; empty for all others.
+    QString otherName(qsizetype row) const { return m_otherNames.value(row); }
 
 Q_SIGNALS:
     /// State, button, status text or visibility.
@@ -99,7 +102,8 @@ private:
     QString m_statusText;
     bool m_progressShown = true;
     int m_progress = 0;
-    bool m_isAsking = false; ///< a panel for a folder is open
+    QHash<qsizetype, QString> m_otherNames; ///< by record
+    bool m_isAsking = false;                ///< a panel for a folder is open
     /// Read by the rollback before each file.
     const std::shared_ptr<std::atomic<bool>> m_stopped = std::make_shared<std::atomic<bool>>(false);
     bool m_reverse = false;

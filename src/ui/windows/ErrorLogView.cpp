@@ -166,14 +166,15 @@ protected:
     }
 };
 
-ErrorLogView::ErrorLogView(const TErrorLog &log, QWidget *parent)
+ErrorLogView::ErrorLogView(const TErrorLog &log, const QString &note, QWidget *parent)
     : QWidget(parent)
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(SheetParts::kGap);
     if (log.isEmpty()) {
-        auto *none = new QLabel(tr("No problems found."), this);
+        auto *none = new QLabel(note.isEmpty() ? tr("No problems found.") : note, this);
+        none->setTextFormat(Qt::PlainText);
         setAccessibleName(none->text());
         layout->addWidget(none);
         return;

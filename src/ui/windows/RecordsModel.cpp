@@ -35,7 +35,7 @@ void RecordsModel::findProblems()
     m_problems.clear();
     int number = 0;
     for (const TRenameTRX &record : m_runner.theTRX()) {
-        if (record.renamedExistsWithStatus != wanted || !record.errorLog.isEmpty())
+        if (record.renamedExistsWithStatus != wanted || !m_runner.otherName(number).isEmpty())
             m_problems.push_back(number);
         ++number;
     }
@@ -106,6 +106,14 @@ QString RecordsModel::statusName(qint64 status) const
     }
 }
 
+QString RecordsModel::note(int row) const
+{
+    const QString name = m_runner.otherName(recordOf(row));
+    return name.isEmpty() ? name
+                          : tr("The old name is in use. The file is now named \"%1\".")
+                                .arg(ByteNames::forDisplay(name));
+}
+
 QString RecordsModel::toolTip(const QModelIndex &index) const
 {
     const TRenameTRX &record = recordAt(index.row());
@@ -116,6 +124,8 @@ QString RecordsModel::toolTip(const QModelIndex &index) const
     QString text = statusName(record.renamedExistsWithStatus);
     for (const TErrorTypes &problem : record.errorLog)
         text += u'\n' + ByteNames::forDisplay(problem.errDesc.toString());
+    if (const QString more = note(index.row()); !more.isEmpty())
+        text += u'\n' + more;
     return text;
 }
 

@@ -26,6 +26,9 @@ public:
     int problemCount() const { return static_cast<int>(m_problems.size()); }
     /// The number of the record in the run.
     int recordOf(int row) const;
+    /// What there is to say of a file that was moved back to another name than its old one; else
+    /// empty.
+    QString note(int row) const;
 
 private:
     void findProblems();

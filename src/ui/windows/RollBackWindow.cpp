@@ -182,7 +182,8 @@ void RollBackWindow::showProblems(const QModelIndex &index)
                         : nullptr;
     if (log == nullptr)
         return;
-    m_problems = Popover::open(std::make_unique<ErrorLogView>(*log).release(), // the popover's
+    const QString note = m_records->note(index.row());
+    m_problems = Popover::open(std::make_unique<ErrorLogView>(*log, note).release(), // its own
                                m_table->viewport(), m_table->visualRect(index));
 }
 
