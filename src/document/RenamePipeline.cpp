@@ -14,8 +14,8 @@ constexpr std::size_t kChunksBehind = 32;
 
 } // namespace
 
-RenamePipeline::RenamePipeline(FileManager &fileManager, Settings settings)
-    : m_settings(std::move(settings))
+RenamePipeline::RenamePipeline(FileManager &fileManager, const Settings &settings)
+    : m_settings(settings)
     , m_planner(fileManager)
     , m_chunkSize(kChunk)
 {

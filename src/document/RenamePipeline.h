@@ -27,7 +27,7 @@ public:
     };
 
     /// Starts at once; fileManager is not owned.
-    RenamePipeline(FileManager &fileManager, Settings settings);
+    RenamePipeline(FileManager &fileManager, const Settings &settings);
     ~RenamePipeline();
 
     /// The next files in list order, which are the mover's until it hands them back; waits for
