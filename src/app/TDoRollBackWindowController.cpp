@@ -5,6 +5,7 @@
 #include "rollback/RollbackLog.h"
 #include "settings/logging.h"
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -194,6 +195,11 @@ void TDoRollBackWindowController::rollBackComplete(Undone undone)
 {
     m_records = std::move(undone.records);
     m_otherNames = std::move(undone.otherNames);
+    const bool isAnyLeft =
+        std::any_of(m_records.begin(), m_records.end(), [](const TRenameTRX &record) {
+            return record.renamedExistsWithStatus == RollbackRun::kRenamedFound;
+        });
+    *m_stopped = *m_stopped && isAnyLeft; // else it was too late to stop
     m_progressShown = false;
     m_state = State::Complete;
     Q_EMIT tableReloaded();

@@ -127,6 +127,7 @@ void TestApplication::newcomersRoad()
     program.trigger(u"Roll Back This Run"_s);
     QVERIFY(WindowTools::answer<RollBackWindow>(u"Roll Back"_s));
     QTRY_COMPARE(program.names(), (QStringList{u"a/"_s} + before));
+    QTRY_VERIFY(WindowTools::button(*WindowTools::shown<RollBackWindow>(), u"Close"_s) != nullptr);
     WindowTools::shown<RollBackWindow>()->close();
     QTRY_VERIFY(WindowTools::shown<RollBackWindow>() == nullptr);
     QCOMPARE(QApplication::activeModalWidget(), nullptr);
