@@ -9,8 +9,12 @@ namespace {
 
 constexpr qsizetype kChunk = 64;
 constexpr qsizetype kChunkAfterFailure = 4;
-constexpr std::size_t kChunksAhead = 8;
+constexpr std::size_t kChunksAhead = 16;
 constexpr std::size_t kChunksBehind = 32;
+/// Waking a thread takes as long as two moves, so it is done for several chunks together, unless
+/// moves are so slow that nobody would notice.
+constexpr std::size_t kWorthWaking = 8;
+constexpr std::chrono::milliseconds kLongestWait{20};
 
 } // namespace
 
@@ -78,11 +82,16 @@ void RenamePipeline::replan(std::size_t firstEntry, const std::function<void(Mov
 
 void RenamePipeline::hand(RunRecorder &recorder)
 {
+    const auto now = std::chrono::steady_clock::now();
     {
         const std::lock_guard lock(m_mutex);
         m_recorder = &recorder;
         m_done.push_back(std::move(m_current));
+        if (m_done.size() < kWorthWaking && m_ahead.size() > kChunksAhead / 2 &&
+            now - m_lastWaking < kLongestWait)
+            return;
     }
+    m_lastWaking = now;
     m_workerWakes.notify_one();
 }
 

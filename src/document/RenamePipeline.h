@@ -4,6 +4,7 @@
 #include "document/RenameChunk.h"
 #include "document/RunRecorder.h"
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <memory>
@@ -57,8 +58,9 @@ private:
     }
 
     Settings m_settings;
-    TFileObject m_file; ///< the worker's
-    Chunk m_current;    ///< the mover's
+    TFileObject m_file;                                 ///< the worker's
+    Chunk m_current;                                    ///< the mover's
+    std::chrono::steady_clock::time_point m_lastWaking; ///< of the worker, by the mover
 
     std::mutex m_planning; ///< held while targets are decided; taken before m_mutex
     MovePlanner m_planner; ///< guarded by m_planning
