@@ -44,6 +44,8 @@ void FoldingRow::setGeometry(const QRect &rect)
 {
     const bool isFolded = folds(rect.width());
     setDirection(isFolded ? TopToBottom : LeftToRight);
-    setSpacing(isFolded ? m_below : m_beside);
+    // Setting the same again would ask for a layout, and so on for ever.
+    if (const int wanted = isFolded ? m_below : m_beside; spacing() != wanted)
+        setSpacing(wanted);
     QBoxLayout::setGeometry(rect);
 }

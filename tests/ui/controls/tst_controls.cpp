@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TRuleKinds.h"
+#include "ui/controls/FoldingRow.h"
 #include "ui/controls/Icons.h"
 #include "ui/controls/Popover.h"
 #include "ui/controls/Theme.h"
@@ -57,6 +58,40 @@ class TestControls : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    /// A layout that asks for itself again keeps the program busy for ever, and painting waiting.
+    void foldingRowsComeToRest()
+    {
+        class Counted : public QWidget
+        {
+        public:
+            int requests = 0;
+
+        protected:
+            bool event(QEvent *event) override
+            {
+                requests += event->type() == QEvent::LayoutRequest ? 1 : 0;
+                return QWidget::event(event);
+            }
+        };
+        Counted window;
+        auto *row = new FoldingRow(8, 4, &window);
+        for (const int width : {120, 100}) {
+            auto *part = new QWidget(&window);
+            part->setMinimumSize(width, 20);
+            row->addWidget(part);
+        }
+        window.show();
+        for (const int width : {300, 200, 300}) {
+            window.resize(width, 60);
+            QCoreApplication::processEvents();
+            window.requests = 0;
+            for (int i = 0; i < 10; ++i)
+                QCoreApplication::processEvents();
+            QVERIFY(window.requests <= 2);
+            QCOMPARE(row->itemAt(1)->geometry().y() > row->itemAt(0)->geometry().y(), width < 228);
+        }
+    }
+
     void textCanBeRead_data()
     {
         QTest::addColumn<QPalette>("palette");
