@@ -155,18 +155,22 @@ void LocalFormats::followEnvironment()
 {
     std::string localeName = localeVariable();
     std::optional<std::string> zoneName = zoneVariable();
-    if (m_named && localeName == m_localeName && zoneName == m_zoneName)
+    if (m_isRead && localeName == m_localeName && zoneName == m_zoneName)
         return;
+    m_isRead = true;
     ::tzset();
-    m_locale = icuLocale(localeName);
     m_localeName = std::move(localeName);
     m_zoneName = std::move(zoneName);
     m_fixed.clear();
-    m_named.emplace().zone = namedZone(m_zoneName);
+    m_named.reset();
 }
 
 LocalFormats::Zone &LocalFormats::zoneAt(std::time_t seconds)
 {
+    if (!m_named) {
+        m_locale = icuLocale(m_localeName);
+        m_named.emplace().zone = namedZone(m_zoneName);
+    }
     const auto offset = static_cast<int32_t>(parts(seconds).tm_gmtoff) * kMillisecondsPerSecond;
     if (m_named->zone && offsetOf(*m_named->zone, seconds) == offset)
         return *m_named;

@@ -16,7 +16,8 @@
 
 /// One thread's view of locale and zone, with the formatters made so far. The C library decides the
 /// offset of every moment, because it understands each form of TZ and is what other programs show;
-/// ICU's zone is used where it agrees, for the sake of its names, and a fixed one elsewhere.
+/// ICU's zone is used where it agrees, for the sake of its names, and a fixed one elsewhere. ICU is
+/// only asked for texts, since its data take a while to load.
 class LocalFormats
 {
 public:
@@ -49,7 +50,8 @@ private:
 
     std::string m_localeName;
     std::optional<std::string> m_zoneName;
+    bool m_isRead = false;       ///< the environment
+    std::optional<Zone> m_named; ///< set with the locale by the first text
     icu::Locale m_locale;
-    std::optional<Zone> m_named; ///< set once the environment has been read
     std::map<int32_t, Zone> m_fixed;
 };

@@ -2,6 +2,7 @@
 #include "rollback/RollbackLog.h"
 
 #include "commonprocs/ByteNames.h"
+#include "commonprocs/TimeUtils.h"
 #include "commonprocs/TwoHalves.h"
 #include "commonprocs/URLListProcessing.h"
 #include "commonprocs/easyfile.h"
@@ -14,7 +15,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <ctime>
 #include <fcntl.h>
 #include <functional>
 #include <iterator>
@@ -113,13 +113,9 @@ TDate dateOfFile(const TFileURL &url)
 
 QString rollbackLogName(TDate date)
 {
-    // The C library knows the zone at once, where the locale's calendar takes a while to load.
-    const time_t seconds = date.milliseconds() / 1000;
-    std::tm parts{};
-    ::tzset();
-    ::localtime_r(&seconds, &parts);
-    return QString::asprintf(kNameFormat, parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
-                             parts.tm_hour, parts.tm_min, parts.tm_sec) +
+    const TimeUtils::CalendarParts parts = TimeUtils::localParts(date);
+    return QString::asprintf(kNameFormat, parts.year, parts.month, parts.day, parts.hour,
+                             parts.minute, parts.second) +
            kRollbackLogExtension;
 }
 
