@@ -2,6 +2,7 @@
 #include "document/RenamePipeline.h"
 
 #include "commonprocs/ByteNames.h"
+#include "commonprocs/FolderRuns.h"
 
 #include <algorithm>
 
@@ -31,15 +32,13 @@ RenamePipeline::~RenamePipeline() = default;
 
 void RenamePipeline::announceFolders()
 {
-    // Files mostly come folder by folder, so neighbours are counted together.
     const auto &files = m_settings.files;
-    for (std::size_t i = 0; i < files.size();) {
-        std::size_t end = i + 1;
-        while (end < files.size() && files[end].url.folder() == files[i].url.folder())
-            ++end;
-        m_planner.folders().announce(files[i].url.folder(), static_cast<qsizetype>(end - i));
-        i = end;
-    }
+    forEachFolderRun(
+        files.size(),
+        [&files](std::size_t i) -> const TFolderPtr & { return files[i].url.folder(); },
+        [this](const TFolderPtr &folder, qsizetype count) {
+            m_planner.folders().announce(folder, count);
+        });
 }
 
 RenameChunk *RenamePipeline::next()

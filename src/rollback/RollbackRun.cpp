@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "rollback/RollbackRun.h"
 
+#include "commonprocs/FolderRuns.h"
 #include "commonprocs/HashSet128.h"
 #include "commonprocs/TwoHalves.h"
 #include "rollback/FolderPool.h"
@@ -94,18 +95,17 @@ void RollbackRun::processLog(const Progress &progress, const std::atomic<bool> *
 }
 
 /// Where every name that a run gave was new, a file that has it is the run's, and it is enough to
-/// know which names are there. Records mostly come folder by folder.
+/// know which names are there.
 void RollbackRun::listFolders()
 {
-    for (std::size_t i = 0; i < m_transactions.size();) {
-        const TFolderPtr &folder = m_transactions[i].renamedURL.folder();
-        std::size_t end = i + 1;
-        while (end < m_transactions.size() && m_transactions[end].renamedURL.folder() == folder)
-            ++end;
-        if (folder)
-            m_names.list(m_fileManager, folder, static_cast<qsizetype>(end - i));
-        i = end;
-    }
+    forEachFolderRun(
+        m_transactions.size(),
+        [this](std::size_t i) -> const TFolderPtr & {
+            return m_transactions[i].renamedURL.folder();
+        },
+        [this](const TFolderPtr &folder, qsizetype names) {
+            m_names.list(m_fileManager, folder, names);
+        });
 }
 
 void RollbackRun::lookFor(std::size_t first, std::size_t end)
@@ -165,18 +165,15 @@ FolderPicture &RollbackRun::picture()
     if (m_picture)
         return *m_picture;
     m_picture = std::make_unique<FolderPicture>(m_fileManager);
-    TFolderPtr last;
-    qsizetype count = 0;
-    for (const TRenameTRX &record : m_transactions) {
-        if (record.renamedExistsWithStatus != kRenamedFound)
-            continue;
-        if (record.originalURL.folder() != last && count > 0)
-            m_picture->announce(last, std::exchange(count, 0));
-        last = record.originalURL.folder();
-        ++count;
-    }
-    if (count > 0)
-        m_picture->announce(last, count);
+    const TFolderPtr none;
+    forEachFolderRun(
+        m_transactions.size(),
+        [&](std::size_t i) -> const TFolderPtr & {
+            const TRenameTRX &record = m_transactions[i];
+            return record.renamedExistsWithStatus == kRenamedFound ? record.originalURL.folder()
+                                                                   : none;
+        },
+        [this](const TFolderPtr &folder, qsizetype files) { m_picture->announce(folder, files); });
     return *m_picture;
 }
 
