@@ -26,7 +26,6 @@ constexpr QLatin1StringView kHidden{"hidden"};
 constexpr std::array<QLatin1StringView, Model::ColumnCount> kNames{
     "status"_L1, "name"_L1, "newName"_L1, "size"_L1, "modified"_L1, "created"_L1, "folder"_L1};
 constexpr int kStatusWidth = 36;
-constexpr int kMostWidth = 4000;
 /// Of the room for both names, the part for the old one.
 constexpr double kOldNamePart = 0.36;
 constexpr int kSavingDelay = 400;
@@ -143,7 +142,7 @@ void ColumnSettings::load()
         const bool canHide = column != Model::NewName;
         m_header.setSectionHidden(column, canHide && settings.value(kHidden).toBool());
         const int width = settings.value(kWidth).toInt();
-        if (width >= m_header.minimumSectionSize() && width <= kMostWidth &&
+        if (width >= m_header.minimumSectionSize() && width <= TableLook::kMostWidth &&
             column != Model::Status) {
             m_header.resizeSection(column, width);
             m_isFitting = false;

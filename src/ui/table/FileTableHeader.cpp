@@ -18,7 +18,6 @@ constexpr int kExtraHeight = 11;
 constexpr int kSeparatorInset = 8;
 constexpr int kFocusInset = 3;
 constexpr int kStepLetters = 2; ///< that an edge moves by
-constexpr int kMostWidth = 4000;
 
 void drawMark(QPainter &painter, QPoint place, bool ascending, const QColor &ink)
 {
@@ -194,7 +193,7 @@ void FileTableHeader::resizeReached(int step)
         return;
     const int width =
         sectionSize(m_reached) + step * kStepLetters * QFontMetrics(titleFont()).averageCharWidth();
-    resizeSection(m_reached, std::clamp(width, minimumSectionSize(), kMostWidth));
+    resizeSection(m_reached, std::clamp(width, minimumSectionSize(), TableLook::kMostWidth));
     reach(visualIndex(m_reached));
 }
 

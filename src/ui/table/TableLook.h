@@ -14,6 +14,7 @@
 struct TableLook
 {
     static constexpr int kPadding = 8;
+    static constexpr int kMostWidth = 4000; ///< of a column
 
     ThemeColors colors;
     QColor mutedOnSelection; ///< text of lesser weight in selected rows
