@@ -19,15 +19,19 @@ FILES = 1000
 PATIENCE = 60
 
 
+class NotHappened(Exception):
+    pass
+
+
 def wait_for(what, condition):
-    """The first true value of condition(); ends the test when there is none in time."""
+    """The first true value of condition(); fails when there is none in time."""
     deadline = time.monotonic() + PATIENCE
     while time.monotonic() < deadline:
         value = condition()
         if value:
             return value
         time.sleep(0.05)
-    sys.exit(f"smoke_window: {what} did not happen in {PATIENCE} s")
+    raise NotHappened(f"{what} did not happen in {PATIENCE} s")
 
 
 @contextlib.contextmanager
@@ -67,8 +71,18 @@ def window(title):
     return found[-1] if found else None
 
 
-def activate(title):
-    number = wait_for(f"a window '{title}'", lambda: window(title))
+def all_windows():
+    """Title and place of whatever has a title, shown or not."""
+    numbers = xdotool("search", "--name", ".")
+    shown = set(xdotool("search", "--onlyvisible", "--name", "."))
+    for number in numbers:
+        title = " ".join(xdotool("getwindowname", number))
+        place = " ".join(xdotool("getwindowgeometry", number)[2:])
+        yield f"  '{title}', {place}, {'shown' if number in shown else 'hidden'}"
+
+
+def activate(title, when):
+    number = wait_for(f"a window '{title}' {when}", lambda: window(title))
     xdotool("windowactivate", "--sync", number)
     return number
 
@@ -103,32 +117,41 @@ def use(program, work):
     for name in before:
         (folder / name).touch()
     with running([program, str(folder)]) as tavrin:
-        number = activate("Tavrin 10")
-        # The first tile of the palette is the text.
-        drag(number, (160, 47), (400, 102))
-        press("ctrl+3", "Escape")
-        press("ctrl+Return")
-        activate("Tavrin")  # the question has no title of its own
-        press("Tab", "Return")
-        wait_for("the log", lambda: window("Rename log:"))
-        after = names(folder)
-        if set(after) & set(before) or len(after) != FILES:
-            sys.exit(f"smoke_window: renamed to {after[:3]} ...")
-        if after[0] != "Tavrin0001.txt":
-            sys.exit(f"smoke_window: the first new name is {after[0]}")
-        activate("Tavrin 10")
-        press("alt+b", "b")
-        activate("Roll Back")
-        time.sleep(1)
-        press("Tab", "Tab", "space")  # over Cancel
-        wait_for("the rollback", lambda: names(folder) == before)
-        press("Escape")
-        wait_for("the end of the rollback window", lambda: not window("Roll Back"))
-        activate("Tavrin 10")
-        press("ctrl+q")
-        wait_for("the end", lambda: tavrin.poll() is not None)
-        if tavrin.returncode != 0:
-            sys.exit(f"smoke_window: ended with {tavrin.returncode}")
+        try:
+            rename_and_roll_back(tavrin, folder, before)
+        except NotHappened as failure:
+            state = "runs" if tavrin.poll() is None else f"ended with {tavrin.returncode}"
+            windows = "\n".join(all_windows())
+            sys.exit(f"smoke_window: {failure}; the program {state}, windows:\n{windows}")
+
+
+def rename_and_roll_back(tavrin, folder, before):
+    number = activate("Tavrin 10", "at the start")
+    # The first tile of the palette is the text.
+    drag(number, (160, 47), (400, 102))
+    press("ctrl+3", "Escape")
+    press("ctrl+Return")
+    activate("Tavrin", "with the question")  # which has no title of its own
+    press("Tab", "Return")
+    wait_for("the log", lambda: window("Rename log:"))
+    after = names(folder)
+    if set(after) & set(before) or len(after) != FILES:
+        sys.exit(f"smoke_window: renamed to {after[:3]} ...")
+    if after[0] != "Tavrin0001.txt":
+        sys.exit(f"smoke_window: the first new name is {after[0]}")
+    activate("Tavrin 10", "after the rename")
+    press("alt+b", "b")
+    activate("Roll Back", "by its command")
+    time.sleep(1)
+    press("Tab", "Tab", "space")  # over Cancel
+    wait_for("the rollback", lambda: names(folder) == before)
+    # The first Escape may come before the window knows that the last file is back.
+    wait_for("the end of the rollback window", lambda: not window("Roll Back") or press("Escape"))
+    activate("Tavrin 10", "after the rollback")
+    press("ctrl+q")
+    wait_for("the end", lambda: tavrin.poll() is not None)
+    if tavrin.returncode != 0:
+        sys.exit(f"smoke_window: ended with {tavrin.returncode}")
 
 
 def own_settings(work):
