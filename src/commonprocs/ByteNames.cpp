@@ -206,8 +206,13 @@ QByteArray ByteNames::toBytes(QStringView name)
     return {buffer.data(), length};
 }
 
-QString ByteNames::toUrlPath(QStringView path)
+QString ByteNames::toUrlPath(const QString &path)
 {
+    const auto stands = [](QChar unit) {
+        return unit.unicode() < 0x80 && kStandsInUrl[unit.unicode()];
+    };
+    if (std::all_of(path.cbegin(), path.cend(), stands))
+        return path;
     constexpr qsizetype kMostUnits = 3; // "%XX"
     QVarLengthArray<char, 1024> bytes(path.size() * kMaxBytesPerUnit);
     bytes.resize(toBytes(path, bytes.data()));

@@ -17,7 +17,7 @@ QByteArray toBytes(QStringView name);
 qsizetype toBytes(QStringView name, char *out);
 inline constexpr qsizetype kMaxBytesPerUnit = 3;
 /// Percent-encodes the bytes of a path for a file URL ("/" stays).
-QString toUrlPath(QStringView path);
+QString toUrlPath(const QString &path);
 /// The reverse; null when the text is no valid percent-encoding (or holds a NUL).
 QString fromUrlPath(QStringView encoded);
 /// True when the name carries bytes that are not valid UTF-8.

@@ -49,8 +49,10 @@ constexpr ErrnoText kErrnoTexts[] = {
 
 bool isNameInFolder(QByteArrayView name)
 {
-    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/') &&
-           !name.contains('\0');
+    const auto has = [name](int byte) {
+        return std::memchr(name.data(), byte, static_cast<std::size_t>(name.size())) != nullptr;
+    };
+    return !name.isEmpty() && name != "." && name != ".." && !has('/') && !has('\0');
 }
 
 QString reasonToRefuseName(QStringView name)

@@ -3,6 +3,8 @@
 
 #include "commonprocs/StringAdditions.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -33,7 +35,9 @@ QString postProcessFragment(const QString &fragment, const TOptions &options)
 {
     if (fragment.isNull())
         return u""_s;
-    if (options.compliance != 0 || !(fragment.contains(u':') || fragment.contains(u'/')))
+    if (options.compliance != 0 || std::none_of(fragment.cbegin(), fragment.cend(), [](QChar unit) {
+            return unit == u':' || unit == u'/';
+        }))
         return fragment;
     QString cleaned = fragment;
     cleaned.replace(u':', u'_');

@@ -4,6 +4,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <limits>
@@ -18,6 +19,8 @@ constexpr quint64 kMaxObjects = std::numeric_limits<quint32>::max();
 constexpr unsigned kMarkBits = 2;
 /// Numbers are written eight bytes at a time, also when fewer of them count.
 constexpr qsizetype kSlack = 8;
+/// Bytes of lengths that are read at a time: a table of many parts is slow to go through.
+constexpr qsizetype kPartOfLengths = 4096;
 
 int bytesFor(quint64 value)
 {
@@ -218,14 +221,19 @@ BinaryPlistWriter::Ref BinaryPlistWriter::writeArray(std::span<const Ref> elemen
     return ref;
 }
 
-BinaryPlistWriter::Ref BinaryPlistWriter::writeDictionary(std::span<const Entry> entries)
+BinaryPlistWriter::Ref BinaryPlistWriter::writeDictionary(std::span<const Entry> entries,
+                                                          std::optional<Entry> last)
 {
     const Ref ref = begin();
-    putCount(kDictionary, entries.size());
+    putCount(kDictionary, entries.size() + (last ? 1 : 0));
     for (const Entry &entry : entries)
         putRef(entry.key);
+    if (last)
+        putRef(last->key);
     for (const Entry &entry : entries)
         putRef(entry.value);
+    if (last)
+        putRef(last->value);
     return ref;
 }
 
@@ -235,15 +243,22 @@ void BinaryPlistWriter::forEachObject(Call call) const
     quint64 offset = kMagicSize;
     quint64 value = 0;
     unsigned shift = 0;
-    for (const quint8 byte : m_lengths) {
-        value |= static_cast<quint64>(byte & 0x7FU) << shift;
-        shift += 7;
-        if ((byte & 0x80U) != 0)
-            continue;
-        call(offset, static_cast<Mark>(value & ((1U << kMarkBits) - 1)));
-        offset += value >> kMarkBits;
-        value = 0;
-        shift = 0;
+    std::array<quint8, kPartOfLengths> part;
+    const auto total = static_cast<qsizetype>(m_lengths.size());
+    for (qsizetype done = 0; done < total; done += kPartOfLengths) {
+        const auto from = m_lengths.begin() + done;
+        const auto *const end =
+            std::copy(from, from + std::min(kPartOfLengths, total - done), part.begin());
+        for (const quint8 *byte = part.begin(); byte != end; ++byte) {
+            value |= static_cast<quint64>(*byte & 0x7FU) << shift;
+            shift += 7;
+            if ((*byte & 0x80U) != 0)
+                continue;
+            call(offset, static_cast<Mark>(value & ((1U << kMarkBits) - 1)));
+            offset += value >> kMarkBits;
+            value = 0;
+            shift = 0;
+        }
     }
 }
 

@@ -8,6 +8,7 @@
 #include <QStringView>
 
 #include <deque>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -41,7 +42,8 @@ public:
     Ref writeAscii(QLatin1StringView value);
     Ref writeUid(quint32 value);
     Ref writeArray(std::span<const Ref> elements);
-    Ref writeDictionary(std::span<const Entry> entries);
+    /// last is one entry more, for callers that would have to copy the others to add it.
+    Ref writeDictionary(std::span<const Entry> entries, std::optional<Entry> last = {});
     /// An array of all objects with the mark, in the order in which they were written.
     Ref writeArrayOfMarked(Mark mark);
     /// Marks the object written last.

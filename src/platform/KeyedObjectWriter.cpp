@@ -165,25 +165,22 @@ KeyedObjectWriter::Ref KeyedObjectWriter::baseUid(const QString &base)
 
 KeyedObjectWriter::Ref KeyedObjectWriter::classUid(TArchiveClass type)
 {
-    const auto known = m_classes.constFind(type.data());
-    if (known != m_classes.cend())
-        return *known;
+    for (const auto &[known, uid] : m_classes)
+        if (known == type.data())
+            return uid;
     QVarLengthArray<Ref, 8> names;
     for (const char *name : type)
         names.append(m_plist.writeAscii(QLatin1StringView(name)));
     const std::array<BinaryPlistWriter::Entry, 2> fields{
         {{key(kClassName), names.first()}, {key(kClasses), m_plist.writeArray(names)}}};
     m_plist.writeDictionary(fields);
-    return *m_classes.insert(type.data(), asObject());
+    return m_classes.emplace_back(type.data(), asObject()).second;
 }
 
 KeyedObjectWriter::Ref KeyedObjectWriter::instance(std::span<const BinaryPlistWriter::Entry> fields,
                                                    TArchiveClass type)
 {
-    QVarLengthArray<BinaryPlistWriter::Entry, 24> all;
-    all.append(fields.data(), static_cast<qsizetype>(fields.size()));
-    all.append({key(kClass), classUid(type)});
-    m_plist.writeDictionary(all);
+    m_plist.writeDictionary(fields, BinaryPlistWriter::Entry{key(kClass), classUid(type)});
     return asObject();
 }
 

@@ -85,7 +85,7 @@ private:
     std::vector<SharedText> m_texts;   ///< by a part of the text's hash; the last one stays
     std::vector<SharedKey> m_lastKeys; ///< by address, in front of the table of all keys
     QHash<QByteArray, Ref> m_keys;
-    QHash<const void *, Ref> m_classes;
+    std::vector<std::pair<const void *, Ref>> m_classes; ///< few, the usual ones first
     QHash<QString, Ref> m_bases;
     SharedText m_lastBase; ///< most files are in the folder of the file before
 };
