@@ -24,6 +24,7 @@ constexpr QLatin1StringView kProgress{"progress"};
 constexpr QLatin1StringView kAuto{"auto"};
 constexpr QLatin1StringView kAlways{"always"};
 constexpr QLatin1StringView kNever{"never"};
+constexpr QByteArrayView kArrow{" -> "};
 
 constexpr std::array kCommonOptions{
     OptionInfo{kJson, ""_L1, "print one JSON document"_L1},
@@ -47,6 +48,24 @@ bool isYes(const QByteArray &answer)
 {
     const QByteArray word = answer.trimmed().toLower();
     return word == "y" || word == "yes";
+}
+
+/// Appends what displayed gives. Nearly all texts are plain, which is seen while they are copied.
+void appendDisplayed(QByteArray &out, QStringView text)
+{
+    constexpr char16_t kPlainOnes = u'\x7f' - u' ';
+    const qsizetype start = out.size();
+    out.resize(start + text.size());
+    char *end = out.data() + start;
+    bool isPlain = true;
+    for (const QChar unit : text) {
+        isPlain = isPlain && static_cast<char16_t>(unit.unicode() - u' ') < kPlainOnes;
+        *end++ = static_cast<char>(unit.unicode());
+    }
+    if (isPlain)
+        return;
+    out.resize(start);
+    out += ByteNames::forDisplay(text).toUtf8();
 }
 
 } // namespace
@@ -115,6 +134,26 @@ void Console::print(QByteArrayView bytes)
     m_environment.out.write(bytes);
 }
 
+void Console::printArrow(QStringView oldName, QStringView newName)
+{
+    m_line.resize(0);
+    appendDisplayed(m_line, oldName);
+    m_line += kArrow;
+    appendDisplayed(m_line, newName);
+    m_line += '\n';
+    print(m_line);
+}
+
+void Console::printArrow(QStringView oldName, const QByteArray &colouredName)
+{
+    m_line.resize(0);
+    appendDisplayed(m_line, oldName);
+    m_line += kArrow;
+    m_line += colouredName;
+    m_line += '\n';
+    print(m_line);
+}
+
 void Console::printLine(QStringView text)
 {
     if (!m_quiet)
@@ -176,16 +215,9 @@ void Console::flush()
 
 QByteArray displayed(QStringView text)
 {
-    const bool isPlain = std::all_of(text.begin(), text.end(),
-                                     [](QChar unit) { return unit >= u' ' && unit < u'\x7f'; });
-    if (isPlain)
-        return text.toLatin1();
-    return ByteNames::forDisplay(text).toUtf8();
-}
-
-QByteArray arrowLine(const QByteArray &oldName, const QByteArray &newName)
-{
-    return oldName % " -> " % newName % '\n';
+    QByteArray result;
+    appendDisplayed(result, text);
+    return result;
 }
 
 QString counted(qsizetype number, QLatin1StringView one, QLatin1StringView many)

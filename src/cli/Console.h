@@ -35,6 +35,10 @@ public:
 
     /// Bytes on standard output, as they are.
     void print(QByteArrayView bytes);
+    /// The line "old name -> new name" on standard output, made safe for display; with colours the
+    /// new name comes as it is to be shown.
+    void printArrow(QStringView oldName, QStringView newName);
+    void printArrow(QStringView oldName, const QByteArray &colouredName);
     /// A line of text on standard output, made safe for display; nothing when quiet.
     void printLine(QStringView text);
     /// A line on standard error, after the program's name.
@@ -66,11 +70,10 @@ private:
     bool m_verbose = false;
     bool m_colour = false;
     std::optional<ProgressLine> m_progress;
+    QByteArray m_line; ///< the latest "old -> new", whose memory serves for the next
 };
 
 /// A name or text as UTF-8 for people: control characters and raw bytes as \xNN.
 QByteArray displayed(QStringView text);
-/// "old name -> new name", of texts that can be shown, with the line's end.
-QByteArray arrowLine(const QByteArray &oldName, const QByteArray &newName);
 /// "1 file", "2 files".
 QString counted(qsizetype number, QLatin1StringView one, QLatin1StringView many);

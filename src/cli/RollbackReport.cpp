@@ -61,16 +61,16 @@ void printAsJson(Console &console, const RollbackResult &result)
 }
 
 /// The name of a place, or its whole path for those who want to know more.
-QByteArray shown(const Console &console, const TFileURL &url)
+QString shown(const Console &console, const TFileURL &url)
 {
-    return displayed(console.isVerbose() ? url.path() : url.lastPathComponent());
+    return console.isVerbose() ? url.path() : url.lastPathComponent();
 }
 
 void printRecord(Console &console, const TRenameTRX &record, const QString &restored)
 {
     const TFileURL target = restored.isNull() ? record.originalURL : restoredTo(record, restored);
     if (!console.isQuiet())
-        console.print(arrowLine(shown(console, record.renamedURL), shown(console, target)));
+        console.printArrow(shown(console, record.renamedURL), shown(console, target));
     for (const TErrorTypes &problem : record.errorLog) {
         const QByteArray mark =
             problem.errClass == TErrorTypes::kCritical ? "critical: " : "warning: ";

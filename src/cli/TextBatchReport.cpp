@@ -46,13 +46,12 @@ void TextBatchReport::batchProblems(const TErrorLog &problems, const TErrorLog &
     }
 }
 
-void TextBatchReport::line(const TFileItem &item, const QByteArray &newName)
+template <class Name>
+void TextBatchReport::line(const TFileItem &item, const Name &newName)
 {
-    if (m_console.isQuiet())
-        return;
-    const QByteArray old =
-        displayed(m_console.isVerbose() ? item.url.path() : item.url.lastPathComponent());
-    m_console.print(arrowLine(old, newName));
+    if (!m_console.isQuiet())
+        m_console.printArrow(m_console.isVerbose() ? item.url.path() : item.url.lastPathComponent(),
+                             newName);
 }
 
 void TextBatchReport::problem(const TFileItem &item, QByteArrayView mark, const QString &text)
@@ -74,12 +73,12 @@ void TextBatchReport::previewed(const TFileItem &item, const TAnalysisResult &an
                                 const ForecastStepper::Forecast &forecast)
 {
     if (forecast.finalName.isNull())
-        line(item, displayed(analysis.targetName.string()));
+        line(item, analysis.targetName.string());
     else if (m_console.hasColour())
         line(item, colouredName(forecast.finalName, analysis.targetName,
                                 analysis.targetExtension.string()));
     else
-        line(item, displayed(forecast.finalName));
+        line(item, forecast.finalName);
     problems(item, analysis.errors);
     if (!forecast.refusal.isEmpty())
         problem(item, "will fail", forecast.refusal);
@@ -114,9 +113,11 @@ bool TextBatchReport::wantsTargets() const
 void TextBatchReport::renamed(const TFileItem &item, const TAnalysisResult &analysis,
                               const TRenameReport &report)
 {
-    line(item, m_console.hasColour() ? colouredName(report.finalName, analysis.targetName,
-                                                    analysis.targetExtension.string())
-                                     : displayed(report.finalName));
+    if (m_console.hasColour())
+        line(item, colouredName(report.finalName, analysis.targetName,
+                                analysis.targetExtension.string()));
+    else
+        line(item, report.finalName);
     problems(item, report.errors);
     if (!report.failure.isEmpty())
         problem(item, markForLevel(TErrorTypes::kCritical), report.failure);

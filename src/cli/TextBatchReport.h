@@ -22,7 +22,9 @@ public:
     void finish(const RenameOutcome &outcome) override;
 
 private:
-    void line(const TFileItem &item, const QByteArray &newName);
+    /// With the new name as text, or with colours as bytes.
+    template <class Name>
+    void line(const TFileItem &item, const Name &newName);
     void problem(const TFileItem &item, QByteArrayView mark, const QString &text);
     void problems(const TFileItem &item, const TErrorLog &log);
     void batchSummary();

@@ -58,6 +58,14 @@ bool isAscii(QByteArrayView bytes)
     return all < 0x80;
 }
 
+bool isAscii(QStringView text)
+{
+    char16_t all = 0;
+    for (const QChar unit : text)
+        all |= unit.unicode();
+    return all < 0x80;
+}
+
 /// Writes one byte for each unit; true when that is all, false when they are not ASCII.
 bool narrowed(QStringView text, char *out)
 {
@@ -105,6 +113,8 @@ bool isPairAt(QStringView text, qsizetype at)
 template <typename Visit>
 bool anyLoneSurrogate(QStringView text, Visit visit)
 {
+    if (isAscii(text))
+        return false;
     for (qsizetype i = 0; i < text.size(); ++i) {
         if (!text[i].isSurrogate())
             continue;

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <charconv>
+#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -90,7 +91,10 @@ Hash128 NameCandidates::hash(qint64 number)
 
 bool NameCandidates::leadOut() const
 {
-    return m_base.contains(u'/') || m_extension.contains(u'/');
+    const auto hasSlash = [](const Bytes &bytes, qsizetype size) {
+        return std::memchr(bytes.data(), '/', static_cast<std::size_t>(size)) != nullptr;
+    };
+    return hasSlash(m_bytes, m_baseSize) || hasSlash(m_extensionBytes, m_extensionBytes.size());
 }
 
 Hash128 NameCandidates::hashOf(QStringView name, bool folds)

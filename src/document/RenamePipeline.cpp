@@ -123,17 +123,29 @@ void RenamePipeline::work(const std::stop_token &stop)
             makeChunk(count);
             lock.lock();
         } else if (!m_done.empty()) {
-            const Chunk chunk = std::move(m_done.front());
+            Chunk chunk = std::move(m_done.front());
             m_done.pop_front();
             RunRecorder *const recorder = m_recorder;
             lock.unlock();
             for (std::size_t i = 0; i < chunk->moved; ++i)
                 recorder->record(chunk->indexOf(i), chunk->entries[i]);
+            m_spare.push_back(std::move(chunk));
             lock.lock();
         } else if (stop.stop_requested()) {
             return;
         }
     }
+}
+
+RenamePipeline::Chunk RenamePipeline::emptyChunk()
+{
+    if (m_spare.empty())
+        return std::make_unique<RenameChunk>();
+    Chunk chunk = std::move(m_spare.back());
+    m_spare.pop_back();
+    chunk->entries.clear();
+    chunk->moved = 0;
+    return chunk;
 }
 
 void RenamePipeline::makeChunk(qsizetype count)
@@ -142,7 +154,7 @@ void RenamePipeline::makeChunk(qsizetype count)
     const qsizetype first = m_nextToEvaluate;
     const auto total = static_cast<qsizetype>(m_settings.files.size());
     const qsizetype end = std::min(first + count, total);
-    auto chunk = std::make_unique<RenameChunk>();
+    Chunk chunk = emptyChunk();
     chunk->first = first;
     chunk->entries.resize(static_cast<std::size_t>(end - first));
     for (qsizetype i = first; i < end; ++i) {

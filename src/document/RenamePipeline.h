@@ -50,6 +50,7 @@ private:
     void announceFolders();
     void work(const std::stop_token &stop);
     bool canEvaluate() const;
+    Chunk emptyChunk();
     void makeChunk(qsizetype count);
     TEvaluatedName evaluate(qsizetype index);
     const TFileItem &item(qsizetype index) const
@@ -59,6 +60,7 @@ private:
 
     Settings m_settings;
     TFileObject m_file;                                 ///< the worker's
+    std::vector<Chunk> m_spare;                         ///< the worker's, to be filled again
     Chunk m_current;                                    ///< the mover's
     std::chrono::steady_clock::time_point m_lastWaking; ///< of the worker, by the mover
 

@@ -91,17 +91,19 @@ KeyedObjectWriter::Ref KeyedObjectWriter::key(QLatin1StringView key)
 
 KeyedObjectWriter::Ref KeyedObjectWriter::text(const QString &text)
 {
-    if (text.size() > kMaxSharedText) {
-        m_plist.writeString(text);
-        return asObject();
-    }
+    if (text.size() > kMaxSharedText)
+        return ownText(text);
     const std::span units(text.utf16(), static_cast<size_t>(text.size()));
     SharedText &shared = m_texts[slotOf(units, kSharedTexts)];
-    if (!shared.uid || shared.text != text) {
-        m_plist.writeString(text);
-        shared = {text, asObject()};
-    }
+    if (!shared.uid || shared.text != text)
+        shared = {text, ownText(text)};
     return *shared.uid;
+}
+
+KeyedObjectWriter::Ref KeyedObjectWriter::ownText(const QString &text)
+{
+    m_plist.writeString(text);
+    return asObject();
 }
 
 KeyedObjectWriter::Ref KeyedObjectWriter::data(const QByteArray &data)
@@ -143,7 +145,7 @@ KeyedObjectWriter::Ref KeyedObjectWriter::date(TDate date)
 KeyedObjectWriter::Ref KeyedObjectWriter::urlPart(Ref base, const QString &relative)
 {
     const std::array<BinaryPlistWriter::Entry, 2> fields{
-        {{key(kUrlBase), base}, {key(kUrlRelative), text(relative)}}};
+        {{key(kUrlBase), base}, {key(kUrlRelative), ownText(relative)}}};
     return instance(fields, kUrlClass);
 }
 

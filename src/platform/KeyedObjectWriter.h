@@ -64,6 +64,8 @@ private:
 
     /// Makes the object written last a member of the archive; gives its UID.
     Ref asObject();
+    /// A text that is not expected again, such as the name of a file.
+    Ref ownText(const QString &text);
     Ref instance(std::span<const BinaryPlistWriter::Entry> fields, TArchiveClass type);
     Ref classUid(TArchiveClass type);
     Ref baseUid(const QString &base);
