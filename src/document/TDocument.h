@@ -311,6 +311,7 @@ private:
     void startRename();
     void finishedRenameOp(TFileObject &file, const TRenameReport &report);
     void processingFinished(const TRenameSummary &summary);
+    void tellWhereItStopped(qsizetype renamed, const char *status);
     void endProgressSheet();
     void setRollbackURL(const TFileURL &log);
 

@@ -5,6 +5,7 @@
 #include "document/TDocumentRenaming.h"
 #include "rollback/RollbackLog.h"
 
+#include <QLocale>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -33,6 +34,11 @@ constexpr const char *kConcerned = QT_TRANSLATE_NOOP(
                  "again, or remove from the batch what is in the folders of that run.");
 constexpr const char *kGoOn = QT_TRANSLATE_NOOP("TDocument", "Go On");
 constexpr const char *kStoppedTitle = QT_TRANSLATE_NOOP("TDocument", "The rename has stopped");
+constexpr const char *kStoppedStatus = QT_TRANSLATE_NOOP("TDocument", "Rename stopped: %@, %@ not");
+constexpr const char *kCancelledStatus =
+    QT_TRANSLATE_NOOP("TDocument", "Rename cancelled: %@, %@ not");
+constexpr const char *kOneRenamed = QT_TRANSLATE_NOOP("TDocument", "1 file renamed");
+constexpr const char *kManyRenamed = QT_TRANSLATE_NOOP("TDocument", "%@ files renamed");
 constexpr QLatin1StringView kApplication{"Tavrin"};
 constexpr QLatin1StringView kLogs{"Logs"};
 
@@ -207,6 +213,7 @@ void TDocument::startRename()
     m_renameTextLog.clear();
     m_theProgressSheet = std::make_shared<TProgressSheetController>(m_remainingRenameOps);
     const auto sheet = m_theProgressSheet;
+    idleStatus(); // of a run that went no further it would be wrong now
     Q_EMIT renamingChanged(true);
     tell(&TDocumentHost::showProgressSheet, sheet);
     m_renaming->start(
@@ -254,6 +261,8 @@ void TDocument::processingFinished(const TRenameSummary &summary)
     m_remainingRenameOps = 0;
     if (!summary.rollbackLog.isEmpty())
         setRollbackURL(TFileURL::fileURLWithPath(summary.rollbackLog));
+    if (summary.interrupted)
+        tellWhereItStopped(summary.renamed, wasAborted ? kCancelledStatus : kStoppedStatus);
     m_renameTextLog = m_renaming->textLog();
     const QString title = text(kLogTitle, {TimeUtils::systemDateAndTime(summary.finished)});
     tell(&TDocumentHost::showLogWindow,
@@ -269,6 +278,15 @@ void TDocument::processingFinished(const TRenameSummary &summary)
     Q_EMIT renamingChanged(false);
     if (m_isClosing)
         Q_EMIT closed();
+}
+
+/// Else only the log would tell which part of the batch has its new names.
+void TDocument::tellWhereItStopped(qsizetype renamed, const char *status)
+{
+    const QLocale locale;
+    const QString done = renamed == 1 ? text(kOneRenamed)
+                                      : text(kManyRenamed, {locale.toString(qlonglong{renamed})});
+    setStatus(status, {done, locale.toString(qlonglong{m_renaming->count() - renamed})});
 }
 
 void TDocument::setRollbackURL(const TFileURL &log)

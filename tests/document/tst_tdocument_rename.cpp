@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include <cerrno>
+#include <numeric>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -59,6 +60,7 @@ private Q_SLOTS:
     void wholeRun();
     void progressSheet();
     void problemsOfARun();
+    void cancelling_data();
     void cancelling();
     void changesBeforeTheAnswer();
     void renameWaitsForTheNames();
@@ -236,25 +238,45 @@ void TestTDocumentRename::problemsOfARun()
     QVERIFY(!records[1].renameComplete && records[2].renameComplete && records[3].insured);
 }
 
+void TestTDocumentRename::cancelling_data()
+{
+    const Table<int, int, QString> row("files", "moved", "status");
+    row("midway", 1005, 5, u"Rename cancelled: 5 files renamed, 1,000 not"_s);
+    row("after the first of two", 2, 1, u"Rename cancelled: 1 file renamed, 1 not"_s);
+    row("before the first", 3, 0, u"Rename cancelled: 0 files renamed, 3 not"_s);
+}
+
 void TestTDocumentRename::cancelling()
 {
-    Batch batch(400, {textRule(u"n"_s), makeRule(u"Counter"_s)});
-    // The user presses the button while the fifth file is being moved.
+    QFETCH(const int, files);
+    QFETCH(const int, moved);
+    Batch batch(files, {textRule(u"n"_s), makeRule(u"Counter"_s)});
+    // The user presses the button while the last of them is being moved.
     batch.host.onSheetShown = [&] {
+        if (moved == 0)
+            return batch.host.sheet->iWantToAbort();
         batch.disk.before(
             Call::RenameNoReplace, [flag = batch.host.sheet->abortFlag()] { flag->store(true); },
-            "0004.x");
+            u"%1.x"_s.arg(moved - 1, 4, 10, QChar(u'0')).toLatin1().constData());
     };
     QVERIFY(batch.rename());
-    QCOMPARE(batch.onDisk().filter(u"n"_s).size(), 5);
-    QCOMPARE(batch.records().size(), 5U);
+    QTEST(batch.host.status, "status");
+    QCOMPARE(batch.onDisk().filter(u"n"_s).size(), moved);
+    QCOMPARE(batch.records().size(), static_cast<std::size_t>(moved));
     QCOMPARE(batch.host.callsOf(u"end progress sheet"_s).size(), 1);
     QCOMPARE(batch.host.callsOf(u"log window"_s).size(), 1);
     QCOMPARE(batch.host.callsOf(u"alert"_s).size(), 0);
     QCOMPARE(batch.document->remainingRenameOps(), 0);
-    const TFileList &files = batch.document->sourceObjectArray();
-    QCOMPARE(TDocument::stripProcessed(files).size(), 395U);
-    QVERIFY(files[4]->hasBeenProcessed());
+    const TFileList &list = batch.document->sourceObjectArray();
+    QCOMPARE(TDocument::stripProcessed(list).size(), static_cast<std::size_t>(files - moved));
+    // What was left can be renamed once the others are out of the way, and the line knows of it.
+    std::vector<qsizetype> done(static_cast<std::size_t>(moved));
+    std::iota(done.begin(), done.end(), 0);
+    batch.document->removeFiles(done);
+    QVERIFY(batch.settle());
+    batch.host.onSheetShown = {};
+    QVERIFY(batch.rename());
+    QCOMPARE(batch.host.status, u"Idle. Files: %1"_s.arg(files - moved));
 }
 
 void TestTDocumentRename::changesBeforeTheAnswer()
@@ -371,6 +393,7 @@ void TestTDocumentRename::stoppedByTheDisk()
     QVERIFY(batch.rename());
     QCOMPARE(batch.onDisk(), (QStringList{u"0000.x"_s, u"0001.x"_s, u"0002.x"_s}));
     QVERIFY(batch.host.callsOf(u"alert: The rename has stopped|"_s).value(0).size() > 40);
+    QCOMPARE(batch.host.status, u"Rename stopped: 0 files renamed, 3 not"_s);
     QVERIFY(!batch.host.sheet && batch.host.logWindow);
 }
 
