@@ -14,6 +14,7 @@ struct Source
 {
     QString path;
     TCSVStream::Encoding encoding = TCSVStream::Encoding::Utf8;
+    int columns = 0; ///< of the longest row, which takes a while to find
 };
 
 void remember(const TStringTablePtr &table, const Source &source);

@@ -11,12 +11,15 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype kLongestShown = 120;
+constexpr int kPortion = 200'000; ///< rows for which a view needs no more than some milliseconds
 
 } // namespace
 
 CSVTableModel::CSVTableModel(QObject *parent)
     : QAbstractTableModel(parent)
 {
+    connect(&m_growing, &QTimer::timeout, this,
+            [this] { letIn(std::min(tableRows() - m_shown, kPortion)); });
 }
 
 int CSVTableModel::columnsOf(const TStringTablePtr &rows)
@@ -34,25 +37,38 @@ void CSVTableModel::setTable(const TStringTablePtr &rows, int columns)
     beginResetModel();
     m_rows = rows;
     m_columns = columns;
+    m_shown =
+        std::min(tableRows(), std::max(m_shown, kPortion)); // views have room for the old ones
     endResetModel();
+    m_growing.start(0);
 }
 
+void CSVTableModel::letIn(int rows)
+{
+    if (rows > 0) {
+        beginInsertRows({}, m_shown, m_shown + rows - 1);
+        m_shown += rows;
+        endInsertRows();
+    }
+    if (m_shown == tableRows())
+        m_growing.stop();
+}
+
+/// All rows move by one. For views one comes or goes at the end, where that costs nothing.
 void CSVTableModel::setHasHeader(bool hasHeader)
 {
     if (hasHeader == m_hasHeader)
         return;
-    const bool hasRow = m_rows && !m_rows->empty();
-    if (hasRow && hasHeader)
-        beginRemoveRows({}, 0, 0);
-    else if (hasRow)
-        beginInsertRows({}, 0, 0);
-    m_hasHeader = hasHeader;
-    if (hasRow && hasHeader)
+    const bool isWhole = m_shown == tableRows();
+    if (hasHeader && isWhole && m_shown > 0) {
+        beginRemoveRows({}, m_shown - 1, m_shown - 1);
+        --m_shown;
         endRemoveRows();
-    else if (hasRow)
-        endInsertRows();
-    if (m_columns > 0)
-        Q_EMIT headerDataChanged(Qt::Horizontal, 0, m_columns - 1);
+    }
+    m_hasHeader = hasHeader;
+    if (isWhole)
+        letIn(tableRows() - m_shown);
+    cellsChanged();
 }
 
 void CSVTableModel::setTrimsQuotes(bool trims)
@@ -60,15 +76,25 @@ void CSVTableModel::setTrimsQuotes(bool trims)
     if (trims == m_trimsQuotes)
         return;
     m_trimsQuotes = trims;
+    cellsChanged();
+}
+
+void CSVTableModel::cellsChanged()
+{
     if (m_columns > 0)
         Q_EMIT headerDataChanged(Qt::Horizontal, 0, m_columns - 1);
-    if (m_columns > 0 && rowCount() > 0)
-        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, m_columns - 1));
+    if (m_columns > 0 && m_shown > 0)
+        Q_EMIT dataChanged(index(0, 0), index(m_shown - 1, m_columns - 1));
 }
 
 int CSVTableModel::rowCount(const QModelIndex &parent) const
 {
-    if (parent.isValid() || !m_rows || m_rows->empty())
+    return parent.isValid() ? 0 : m_shown;
+}
+
+int CSVTableModel::tableRows() const
+{
+    if (!m_rows || m_rows->empty())
         return 0;
     const std::size_t rows = m_rows->size() - (m_hasHeader ? 1 : 0);
     return static_cast<int>(std::min<std::size_t>(rows, std::numeric_limits<int>::max()));

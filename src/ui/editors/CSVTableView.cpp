@@ -17,12 +17,14 @@ constexpr int kAroundText = 16;
 constexpr int kWidth = 58; ///< in average characters
 constexpr int kLeastRows = 3;
 
-/// Titles that are cut say so, which Qt leaves out.
+/// Titles that are cut say so, which Qt leaves out. The chosen one is strong; as a selection it
+/// would cost time for every row of the table, whenever the titles are painted.
 class ColumnTitles : public QHeaderView
 {
 public:
-    explicit ColumnTitles(QWidget *parent)
-        : QHeaderView(Qt::Horizontal, parent)
+    explicit ColumnTitles(CSVTableView *table)
+        : QHeaderView(Qt::Horizontal, table)
+        , m_table(*table)
     {
     }
 
@@ -30,12 +32,16 @@ protected:
     void initStyleOptionForIndex(QStyleOptionHeader *option, int column) const override
     {
         QHeaderView::initStyleOptionForIndex(option, column);
+        option->state.setFlag(QStyle::State_On, column == m_table.chosenColumn());
         QFont drawn = font();
         drawn.setBold(option->state.testFlag(QStyle::State_On));
         const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, option, this);
         option->text = QFontMetrics(drawn).elidedText(option->text, Qt::ElideRight,
                                                       sectionSize(column) - 2 * margin);
     }
+
+private:
+    const CSVTableView &m_table;
 };
 
 } // namespace
@@ -46,7 +52,7 @@ CSVTableView::CSVTableView(CSVTableModel *model, QWidget *parent)
     setHorizontalHeader(new ColumnTitles(this));
     setModel(model);
     setAccessibleName(tr("Rows of the CSV file"));
-    // The selection is the chosen column, which a click changes and moving about does not.
+    // What is marked is the chosen column, which a click changes and moving about does not.
     setSelectionMode(QAbstractItemView::NoSelection);
     setShowGrid(false);
     setWordWrap(false);
@@ -62,17 +68,16 @@ CSVTableView::CSVTableView(CSVTableModel *model, QWidget *parent)
             [this](const QModelIndex &cell) { Q_EMIT columnChosen(cell.column()); });
     connect(model, &QAbstractItemModel::modelReset, this, [this] {
         fitColumns();
-        markChosen();
+        scrollToChosen();
     });
     connect(model, &QAbstractItemModel::headerDataChanged, this, &CSVTableView::fitColumns);
-    connect(model, &QAbstractItemModel::rowsInserted, this, &CSVTableView::markChosen);
 }
 
 void CSVTableView::addHeaders()
 {
     QHeaderView *columns = horizontalHeader();
     columns->setSectionsClickable(true);
-    columns->setHighlightSections(true);
+    columns->setHighlightSections(false);
     columns->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     columns->setDefaultSectionSize(kColumnCharacters * fontMetrics().averageCharWidth());
     columns->setStretchLastSection(true);
@@ -107,18 +112,16 @@ void CSVTableView::setChosenColumn(qint64 column)
     if (column == m_chosen)
         return;
     m_chosen = column;
-    markChosen();
+    viewport()->update();
+    horizontalHeader()->viewport()->update();
+    scrollToChosen();
 }
 
-void CSVTableView::markChosen()
+void CSVTableView::scrollToChosen()
 {
-    selectionModel()->clearSelection();
     if (m_chosen < 0 || m_chosen >= model()->columnCount() || model()->rowCount() == 0)
         return;
     const auto column = static_cast<int>(m_chosen);
-    const QItemSelection whole(model()->index(0, column),
-                               model()->index(model()->rowCount() - 1, column));
-    selectionModel()->select(whole, QItemSelectionModel::ClearAndSelect);
     if (columnViewportPosition(column) < 0 ||
         columnViewportPosition(column) + columnWidth(column) > viewport()->width())
         scrollTo(model()->index(std::max(rowAt(0), 0), column));

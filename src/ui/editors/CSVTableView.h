@@ -16,6 +16,7 @@ public:
 
     /// One that the table does not have marks nothing.
     void setChosenColumn(qint64 column);
+    qint64 chosenColumn() const { return m_chosen; }
 
 Q_SIGNALS:
     void columnChosen(int column);
@@ -23,7 +24,7 @@ Q_SIGNALS:
 private:
     void addHeaders();
     void fitColumns();
-    void markChosen();
+    void scrollToChosen();
 
     qint64 m_chosen = -1;
 };

@@ -31,7 +31,8 @@ public:
                const QModelIndex &index) const override
     {
         QStyleOptionViewItem row = option;
-        if (row.state.testFlag(QStyle::State_Selected))
+        if (row.state.testFlag(QStyle::State_Selected) ||
+            m_weightOf(index) == ListFrame::Weight::Marked)
             painter->fillRect(row.rect, ThemeColors::of(row.palette).selection);
         row.state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
         row.rect.adjust(kInset, 0, -kInset, 0);

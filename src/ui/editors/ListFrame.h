@@ -6,13 +6,14 @@
 #include <functional>
 
 /// A list or table inside an editor, in a rounded field's frame that shows who has the keyboard:
-/// rows of one height, texts in the theme's weights, a calm selection.
+/// rows of one height, texts in the theme's weights, a calm selection, which marked cells look
+/// like.
 class ListFrame : public QWidget
 {
     Q_OBJECT
 
 public:
-    enum class Weight { Plain, Muted, Strong };
+    enum class Weight { Plain, Muted, Strong, Marked };
     using WeightOf = std::function<Weight(const QModelIndex &)>;
 
     /// Takes the view over and asks for a height of so many rows.

@@ -126,8 +126,11 @@ void TEditCSVRuleViewController::addTable()
                           this);
     form().addWide(m_hint);
     m_table = new CSVTableView(m_model, this);
-    m_tableRow = form().addWide(new ListFrame(
-        m_table, kShownRows, [](const QModelIndex &) { return ListFrame::Weight::Plain; }, this));
+    const auto weightOf = [table = m_table](const QModelIndex &cell) {
+        return cell.column() == table->chosenColumn() ? ListFrame::Weight::Marked
+                                                      : ListFrame::Weight::Plain;
+    };
+    m_tableRow = form().addWide(new ListFrame(m_table, kShownRows, weightOf, this));
     connect(m_table, &CSVTableView::columnChosen, this, [this](int column) {
         if (rule().useColumn() == column)
             return;
@@ -165,8 +168,10 @@ void TEditCSVRuleViewController::addSettings()
 void TEditCSVRuleViewController::refresh()
 {
     const TStringTablePtr &table = rule().theRows();
-    if (m_model->table() != table)
-        m_model->setTable(table, CSVTableModel::columnsOf(table));
+    if (m_model->table() != table) {
+        const auto source = CSVSources::sourceOf(table);
+        m_model->setTable(table, source ? source->columns : CSVTableModel::columnsOf(table));
+    }
     m_model->setHasHeader(rule().skipFirst());
     m_model->setTrimsQuotes(rule().trimQuotes());
     m_table->setChosenColumn(rule().useColumn());
@@ -195,7 +200,7 @@ QString TEditCSVRuleViewController::tableSummary() const
 {
     if (!rule().theRows())
         return {};
-    const int rows = m_model->rowCount();
+    const int rows = m_model->tableRows();
     return rows == 1 ? tr("1 row") : tr("%L1 rows").arg(rows);
 }
 
@@ -259,7 +264,8 @@ void TEditCSVRuleViewController::fileLoaded(const CSVLoader::Result &result)
 {
     showLoading(false);
     if (result.contents.rows) {
-        CSVSources::remember(result.contents.rows, {result.path, result.contents.encoding});
+        CSVSources::remember(result.contents.rows,
+                             {result.path, result.contents.encoding, result.columns});
         m_model->setTable(result.contents.rows, result.columns);
         rule().setTheRows(result.contents.rows);
         const QString remark = remarkOn(result.contents);

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "EditorStage.h"
 #include "metadata/TCSVRule.h"
+#include "ui/editors/CSVTableModel.h"
 
+#include <QAbstractItemModelTester>
 #include <QDropEvent>
 #include <QElapsedTimer>
 #include <QFileDialog>
@@ -68,6 +70,29 @@ private Q_SLOTS:
         stage.document->undoStack().redo();
         QVERIFY(stage.show(rule));
         QVERIFY(stage.labels().contains(u"places.csv, UTF-8"_s));
+    }
+    void rowsOfALargeTableComeInPortions()
+    {
+        constexpr int kRows = 450'000;
+        TStringTable rows(kRows, {u"cell"_s});
+        rows.back() = {u"last"_s};
+        CSVTableModel model(nullptr);
+        const QAbstractItemModelTester tester(&model);
+        model.setTable(newStringTable(std::move(rows)), 1);
+        QVERIFY(model.rowCount() < kRows);
+        model.setHasHeader(true); // while they come
+        const auto last = [&model] { return model.index(model.rowCount() - 1, 0).data(); };
+        QTRY_COMPARE(model.rowCount(), kRows - 1);
+        QCOMPARE(last(), u"last"_s);
+        model.setHasHeader(false);
+        QCOMPARE(model.rowCount(), kRows);
+        QCOMPARE(last(), u"last"_s);
+        model.setHasHeader(true);
+        QCOMPARE(model.rowCount(), kRows - 1);
+        model.setTable(newStringTable({{u"only"_s}}), 1);
+        QCOMPARE(model.rowCount(), 0);
+        model.setHasHeader(false);
+        QCOMPARE(last(), u"only"_s);
     }
     void csvFilesThatGiveNoTable_data()
     {
