@@ -23,6 +23,8 @@ constexpr int kShadow = 10;  ///< room around the body for its shadow
 constexpr int kArrow = 9;    ///< height of the arrow, half of its width
 constexpr int kMargin = 4;   ///< from the window's edges
 constexpr int kPadding = 16; ///< around the content
+/// Content that shows at least this part of itself beside its anchor scrolls there.
+constexpr double kLeastPart = 0.6;
 
 /// In the cell of a table, Return ends the editing of the cell.
 bool isCellEditor(const QWidget &field)
@@ -134,18 +136,21 @@ void Popover::place()
     const QRect target(m_anchor->mapTo(around, part.topLeft()), part.size());
     const QRect room = around->rect().adjusted(kMargin, kMargin, -kMargin, -kMargin);
     const QSize frame(2 * (kShadow + kPadding), 2 * (kShadow + kPadding) + kArrow);
-    QSize least = m_content->minimumSizeHint() + frame;
-    const bool scrolls = least.height() > room.height() + 2 * kShadow;
-    const int barWidth = scrolls ? m_scroll->verticalScrollBar()->sizeHint().width() : 0;
-    least.rwidth() += barWidth;
-    const QSize wanted = (m_content->sizeHint() + frame).expandedTo(least);
+    const QSize least = m_content->minimumSizeHint() + frame;
+    QSize size = (m_content->sizeHint() + frame).expandedTo(least);
     const int below = room.bottom() - target.bottom() + kShadow;
     const int above = target.top() - room.top() + kShadow;
-    m_isBelow = below >= wanted.height() || below >= above;
-    // Content that can be lower rather is than that it covers what it is about.
-    const int beside = std::max(m_isBelow ? below : above, least.height());
-    const QSize size(std::min(wanted.width(), room.width() + 2 * kShadow),
-                     std::min({wanted.height(), beside, room.height() + 2 * kShadow}));
+    m_isBelow = below >= size.height() || below >= above;
+    // Content that can be lower, or scroll a little, rather does than that it covers what it is
+    // about.
+    const int beside = m_isBelow ? below : above;
+    const int most = room.height() + 2 * kShadow;
+    size.setHeight(beside >= kLeastPart * least.height() ? std::min(size.height(), beside)
+                                                         : std::min(least.height(), most));
+    const int barWidth =
+        size.height() < least.height() ? m_scroll->verticalScrollBar()->sizeHint().width() : 0;
+    size.setWidth(
+        std::min(std::max(size.width(), least.width() + barWidth), room.width() + 2 * kShadow));
     int y = m_isBelow ? target.bottom() + 1 - kShadow : target.top() + kShadow - size.height();
     y = std::clamp(y, room.top() - kShadow,
                    std::max(room.top() - kShadow, room.bottom() + kShadow + 1 - size.height()));
