@@ -28,7 +28,23 @@ constexpr int kMargin = 12;
 constexpr int kGap = 12;
 constexpr int kLeastLetters = 32;
 constexpr int kMostOfScreen = 4; ///< of its width, one part in so many
+constexpr int kMostOfWindow = 4;
 constexpr int kTreeMargin = 4;
+
+/// All of the dock scrolls where it would be squeezed, in a large font or a low window. In a narrow
+/// window it is content with less than it likes, because the files need the room.
+class InspectorArea : public QScrollArea
+{
+public:
+    using QScrollArea::QScrollArea;
+
+    QSize sizeHint() const override
+    {
+        const QSize wanted = QScrollArea::sizeHint();
+        const int room = std::max(minimumWidth(), window()->width() / kMostOfWindow);
+        return {std::min(wanted.width(), room), wanted.height()};
+    }
+};
 
 QLatin1StringView ruleKindOf(Sort sort)
 {
@@ -84,8 +100,7 @@ InspectorDock::Private::Private(InspectorDock &dock)
     : m_dock(dock)
 {
     dock.setTitleBarWidget(new DockTitle(dock)); // first, also for the keyboard
-    // All of it scrolls where it would be squeezed, in a large font or a low window.
-    auto *const area = new QScrollArea(&dock);
+    auto *const area = new InspectorArea(&dock);
     auto *const content = new QWidget(area);
     m_picture = new PicturePane(content);
     m_facts = new FactsPane(content);

@@ -27,13 +27,19 @@ constexpr std::array<QLatin1StringView, Model::ColumnCount> kNames{
     "status"_L1, "name"_L1, "newName"_L1, "size"_L1, "modified"_L1, "created"_L1, "folder"_L1};
 constexpr int kStatusWidth = 36;
 /// Of the room for both names, the part for the old one.
-constexpr double kOldNamePart = 0.36;
+constexpr double kOldNamePart = 0.4;
 constexpr int kSavingDelay = 400;
 /// Room for this much of a name is worth more than all columns in sight.
 constexpr QLatin1StringView kShortName{"IMG_0042 Rome.jpeg"};
+/// And for this much of a new one more than all of a folder's name and the time of a date.
+constexpr QLatin1StringView kUsualName{"2025-07-03 Holiday in Rome 0042.jpeg"};
+/// What gives way to the names in a narrow window, first of all what matters least.
+constexpr std::array kGiving{Model::Folder, Model::Created, Model::Modified};
 constexpr QLatin1StringView kLongSize{"1000.0 MB"};
 constexpr QLatin1StringView kLongFolder{"Holiday pictures 2"};
-constexpr qint64 kSampleSeconds = 1'751'551'509;
+/// Month, day and hour have two digits.
+constexpr TDate kSampleDate = TDate::fromSeconds(1'766'271'538);
+constexpr QLatin1StringView kSpare{"0"}; ///< for an hour of another zone and wider figures
 
 int columnNamed(const QString &name)
 {
@@ -88,7 +94,6 @@ int ColumnSettings::widthFor(const QString &sample) const
 void ColumnSettings::showInitialColumns()
 {
     const QScopedValueRollback adjusting(m_isAdjusting, true);
-    const QString date = FileCells::dateText(TDate::fromSeconds(kSampleSeconds)) + "00"_L1;
     for (int column = 0; column < Model::ColumnCount; ++column) {
         m_header.moveSection(m_header.visualIndex(column), column);
         m_header.setSectionHidden(column, column == Model::Created);
@@ -96,29 +101,60 @@ void ColumnSettings::showInitialColumns()
     m_header.setSectionResizeMode(Model::Status, QHeaderView::Fixed);
     m_header.resizeSection(Model::Status, kStatusWidth);
     m_header.resizeSection(Model::Size, widthFor(kLongSize));
-    m_header.resizeSection(Model::Modified, widthFor(date));
-    m_header.resizeSection(Model::Created, widthFor(date));
-    m_header.resizeSection(Model::Folder, widthFor(kLongFolder));
+    for (const int column : kGiving) // also of those that are hidden now
+        m_header.resizeSection(column, usualWidth(column));
     m_isFitting = true;
     fit();
 }
 
-/// The old and the new name get what the other columns leave.
+int ColumnSettings::usualWidth(int column) const
+{
+    return widthFor(column == Model::Folder ? QString(kLongFolder)
+                                            : FileCells::dateText(kSampleDate) + kSpare);
+}
+
+/// That still shows the title, and the day of a date.
+int ColumnSettings::leastWidth(int column) const
+{
+    const int title = m_header.sectionSizeHint(column);
+    return column == Model::Folder
+               ? title
+               : std::max(title, widthFor(FileCells::dayText(kSampleDate) + kSpare));
+}
+
+/// The old and the new name get what the other columns leave, and more where that is little.
 void ColumnSettings::fit()
 {
     if (!m_isFitting)
         return;
     const QScopedValueRollback adjusting(m_isAdjusting, true);
-    int others = kStatusWidth;
-    for (const int column : {Model::Size, Model::Modified, Model::Created})
-        others += m_header.sectionSize(column);
-    if (!m_header.isSectionHidden(Model::Folder))
-        others += widthFor(kLongFolder);
+    int names =
+        m_header.width() - m_header.sectionSize(Model::Status) - m_header.sectionSize(Model::Size);
+    for (const int column : kGiving) {
+        if (!m_header.isSectionHidden(column))
+            names -= usualWidth(column);
+    }
+    const int wanted = widthFor(kShortName) + widthFor(kUsualName);
+    for (const int column : kGiving) {
+        if (m_header.isSectionHidden(column))
+            continue;
+        const int usual = usualWidth(column);
+        const int least = std::min(leastWidth(column), usual);
+        const int given = std::clamp(wanted - names, 0, usual - least);
+        m_header.resizeSection(column, usual - given);
+        names += given;
+    }
+    shareNames(names);
+}
+
+void ColumnSettings::shareNames(int room)
+{
     const int least = widthFor(kShortName);
-    const int room = std::max(2 * least, m_header.width() - others);
+    if (m_header.isSectionHidden(Model::Name))
+        return m_header.resizeSection(Model::NewName, std::max(least, room));
+    room = std::max(2 * least, room);
     const int oldName = std::max(least, static_cast<int>(room * kOldNamePart));
-    if (!m_header.isSectionHidden(Model::Name))
-        m_header.resizeSection(Model::Name, oldName);
+    m_header.resizeSection(Model::Name, oldName);
     m_header.resizeSection(Model::NewName, room - oldName);
 }
 

@@ -6,7 +6,8 @@
 #include <QTimer>
 
 /// Which columns the file table shows, in which order and how wide: remembered for the next window
-/// and changed in a menu. Until the user changes a width, the names share the room there is.
+/// and changed in a menu. Until the user changes a width, the names share the room there is, and
+/// the columns that matter least give way to them.
 class ColumnSettings : public QObject
 {
     Q_OBJECT
@@ -28,6 +29,9 @@ private:
     void fillMenu();
     void checkShown();
     void fit();
+    void shareNames(int room);
+    int usualWidth(int column) const;
+    int leastWidth(int column) const;
     int lastVisible() const;
     int widthFor(const QString &sample) const;
 

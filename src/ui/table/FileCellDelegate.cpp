@@ -102,15 +102,19 @@ void FileCellDelegate::paintContent(QPainter &painter, const QStyleOptionViewIte
                                     const QRect &rect, const QModelIndex &index) const
 {
     const bool isName = index.column() == FileTableModel::Name;
+    const FileTableModel &model = fileTableModel(index);
+    const QFontMetrics metrics(m_look.font);
     const QString text = withoutMiddle(index.data(Qt::DisplayRole).toString());
-    const QString shown =
-        QFontMetrics(m_look.font)
-            .elidedText(text, isName ? Qt::ElideMiddle : Qt::ElideRight, rect.width());
+    QString shown =
+        metrics.elidedText(text, isName ? Qt::ElideMiddle : Qt::ElideRight, rect.width());
+    if (const QString shorter = shown == text ? QString() : model.shortText(index);
+        !shorter.isEmpty())
+        shown = metrics.elidedText(shorter, Qt::ElideRight, rect.width());
     // Names, numbers and dates read as their own text does, whichever way the window runs.
     painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const Qt::Alignment alignment = QStyle::visualAlignment(
         option.direction, index.column() == FileTableModel::Size ? Qt::AlignRight : Qt::AlignLeft);
-    const bool isDone = fileTableModel(index).file(index.row()).hasBeenProcessed();
+    const bool isDone = model.file(index.row()).hasBeenProcessed();
     painter.setPen(isName && !isDone ? m_look.colors.ink : muted(index));
     painter.drawText(rect, static_cast<int>(alignment | Qt::AlignVCenter) | Qt::TextSingleLine,
                      shown);

@@ -24,6 +24,7 @@ constexpr const char *kWouldFail =
 constexpr const char *kProcessed = QT_TRANSLATE_NOOP(
     "FileTable", "A run has been through this file. It leaves the list when files are added.");
 constexpr QLatin1StringView kPlainDate{"yyyy-MM-dd HH:mm"};
+constexpr QLatin1StringView kPlainDay{"yyyy-MM-dd"};
 
 QString text(const char *source)
 {
@@ -115,6 +116,16 @@ QString dateText(TDate date)
     if (locale.language() == QLocale::C)
         return moment.toString(kPlainDate);
     return locale.toString(moment, QLocale::ShortFormat);
+}
+
+QString dayText(TDate date)
+{
+    if (!date.isSet())
+        return {};
+    const QDate day = QDateTime::fromMSecsSinceEpoch(date.milliseconds()).date();
+    const QLocale locale;
+    return locale.language() == QLocale::C ? day.toString(kPlainDay)
+                                           : locale.toString(day, QLocale::ShortFormat);
 }
 
 QString stateText(const TFileObject &file, const Forecast &forecast)

@@ -39,6 +39,8 @@ int level(const TFileObject &file, const Forecast &forecast);
 TErrorLog problems(const TFileObject &file, const Forecast &forecast);
 
 QString dateText(TDate date);
+/// The same without the time, where there is no room for it.
+QString dayText(TDate date);
 /// In words: the level, or that a run has been through the file.
 QString stateText(const TFileObject &file, const Forecast &forecast);
 /// The file's problems, one a line; for a file without any, what is to be known of its state.

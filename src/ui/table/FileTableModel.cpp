@@ -177,6 +177,18 @@ QString FileTableModel::text(const TFileObject &file, int column)
     }
 }
 
+QString FileTableModel::shortText(const QModelIndex &index) const
+{
+    switch (index.column()) {
+    case Modified:
+        return FileCells::dayText(file(index.row()).modificationDate());
+    case Created:
+        return FileCells::dayText(file(index.row()).creationDate());
+    default:
+        return {};
+    }
+}
+
 QString FileTableModel::toolTip(int row, int column) const
 {
     const TFileObject &entry = file(row);
@@ -187,6 +199,9 @@ QString FileTableModel::toolTip(int row, int column) const
         return ToolTip::of(ByteNames::forDisplay(entry.thePath()));
     case NewName:
         return FileCells::newNameToolTip(entry, forecast(row));
+    case Modified:
+    case Created:
+        return text(entry, column);
     case Folder:
         return ToolTip::of(ByteNames::forDisplay(entry.item().url.folder()->path()));
     default:

@@ -35,6 +35,8 @@ public:
     /// Files of the batch that pass the filter; a little late while names are being worked out.
     qsizetype count(Filter filter) const { return m_kinds.count(filter); }
 
+    /// What the cell says where all of its text has no room; empty: as much of that as there is.
+    QString shortText(const QModelIndex &index) const;
     /// Key of the sort by a column, as the document calls it.
     static QLatin1StringView sortKey(int column);
 

@@ -19,6 +19,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
+#include <QScrollBar>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -179,6 +180,7 @@ private Q_SLOTS:
     void problemsOpenBesideTheirRow();
     void columnsAreRemembered_data();
     void columnsAreRemembered();
+    void narrowTablesShowAllColumns();
     void namesReadAlikeInMirroredWindows();
 };
 
@@ -509,6 +511,21 @@ void TestFilePane::columnsAreRemembered()
     QVERIFY(!header->isSectionHidden(Column::Size));
     QCOMPARE(header->visualIndex(Column::Name), int{Column::Name});
     UserDefaults::setValue(u"fileTableColumns"_s, {});
+}
+
+void TestFilePane::narrowTablesShowAllColumns()
+{
+    Shown shown({u"a"_s});
+    const FileTableHeader &header = shown.table->header();
+    shown.pane->resize(660, 400);
+    QTRY_COMPARE(shown.table->horizontalScrollBar()->maximum(), 0);
+    for (int column = 0; column < Column::ColumnCount; ++column)
+        QVERIFY(header.sectionSize(column) >= header.sectionSizeHint(column)); // no title is cut
+    const QFontMetrics metrics = shown.table->fontMetrics();
+    QVERIFY(header.sectionSize(Column::NewName) > metrics.averageCharWidth() * 28);
+    const int narrow = header.sectionSize(Column::Modified);
+    shown.pane->resize(1100, 400);
+    QTRY_VERIFY(header.sectionSize(Column::Modified) > narrow);
 }
 
 /// Only where it stands differs: "01 a.txt" never becomes "txt.01 a".
