@@ -119,6 +119,18 @@ public:
     void sortByColumn(const QString &key, bool ascending);
     void doSearch(const QString &text);
     void idleStatus();
+    /// Reads the metadata that cancelWork() has left out.
+    void gatherMissing();
+    /// Metadata were left out that gatherMissing() reads.
+    bool lacksMetadata() const { return m_lacksMetadata; }
+
+    /// A drop, the gathering of metadata or a test run, which cancelWork() ends.
+    bool hasWorkToCancel() const
+    {
+        return isReceivingDrop() || m_remainingAOps > 0 || m_testRun != nullptr;
+    }
+    /// What has come and was read so far stays; the error log stays that of the last whole run.
+    void cancelWork();
 
     static bool hasProcessedFiles(const TFileList &files);
     static TFileList stripProcessed(const TFileList &files);
@@ -185,8 +197,13 @@ public:
     }
 
     // Rename
+    /// The names are not those of all files yet, or not the final ones.
+    bool isWorkingOutNames() const
+    {
+        return isReceivingDrop() || m_remainingAOps > 0 || isAnalysing();
+    }
     /// The checks in their order, the confirmation, and the run. While names are being worked out
-    /// it waits for them; while files are being received or gathered, nothing happens.
+    /// it waits for them, as it does for files that are being received or gathered.
     void runRename();
     /// What runRename() would find now, whether or not it would wait for it. Looks at every entry.
     RenameGuard::Answer renameCheck() const { return guard().check(); }
@@ -218,6 +235,8 @@ Q_SIGNALS:
     void errorLogChanged();
     void readyToGoChanged(bool ready);
     void renamingChanged(bool isRenaming);
+    /// hasWorkToCancel() or lacksMetadata() may be another.
+    void workChanged();
     /// Nothing is under way any more; the owner may destroy the document.
     void closed();
 
@@ -258,6 +277,12 @@ private:
     void showDropped();
     void dropFinished();
     void cancelDrops();
+
+    // TDocumentWork.cpp
+    void gather();
+    void gatheringComplete();
+    void gatherOnlyListed();
+    void cancelTestRun();
 
     // TDocumentFiles.cpp
     void listChanged();
@@ -353,6 +378,8 @@ private:
     TDocumentForecasts m_forecasts;
     quint64 m_analysisVersion = 0; ///< of the list that the newest analysis is over
     qint64 m_remainingAOps = 0;
+    bool m_lacksMetadata = false; ///< because the gathering was cancelled
+    bool m_hasUngathered = false; ///< files left the list before they were gathered
     bool m_liveUpdate = true;
     bool m_colorCode = true;
     bool m_duplicatesAreCritical = false;

@@ -93,6 +93,8 @@ void TDocument::undoFileArrayChange(TFileList &files)
     files = std::move(current);
     redisplay();
     idleStatus();
+    if (m_remainingAOps > 0 || m_hasUngathered)
+        gatherOnlyListed();
 }
 
 void TDocument::setFiles(TFileList files)
@@ -153,6 +155,8 @@ void TDocument::removeFiles(const std::vector<qsizetype> &rows)
     redisplay();
     doBackgroundRunIfUpdate();
     idleStatus();
+    if (m_remainingAOps > 0)
+        gatherOnlyListed();
 }
 
 void TDocument::removeRows(const std::vector<qsizetype> &rows)

@@ -4,6 +4,9 @@
 #include "document/TDocumentSlice.h"
 #include "platform/TypeIdentifiers.h"
 
+#include <algorithm>
+#include <unordered_set>
+
 namespace {
 
 bool mayHaveMetadata(const TFileItem &item)
@@ -42,8 +45,45 @@ void TDocumentGathering::resume()
 
 void TDocumentGathering::cancel()
 {
-    m_gatherer.reset();
+    forgetRequests();
     m_operations.clear();
+}
+
+bool TDocumentGathering::keepOnly(const TFileList &files)
+{
+    std::unordered_set<const TFileObject *> kept;
+    for (const auto &file : files)
+        kept.insert(file.get());
+    const auto isGone = [&kept](const Waiting &waiting) {
+        return !kept.contains(waiting.operation.theFile().get());
+    };
+    if (std::none_of(m_operations.begin(), m_operations.end(), isGone))
+        return false;
+    forgetRequests(); // answers are told apart by their order only
+    std::erase_if(m_operations, isGone);
+    if (!m_isSuspended)
+        resume();
+    return true;
+}
+
+void TDocumentGathering::addMissing(const TFileList &files)
+{
+    std::unordered_set<const TFileObject *> waiting;
+    for (const Waiting &each : m_operations)
+        waiting.insert(each.operation.theFile().get());
+    for (const auto &file : files)
+        if (isMissing(*file) && !waiting.contains(file.get()))
+            add(file);
+}
+
+bool TDocumentGathering::isMissing(const TFileObject &file)
+{
+    return !file.imageProperties() && !file.ID3() && mayHaveMetadata(file.item());
+}
+
+void TDocumentGathering::forgetRequests()
+{
+    m_gatherer.reset();
     m_received.clear();
     m_requested = 0;
 }

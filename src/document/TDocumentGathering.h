@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "document/AnalysisRun.h"
 #include "document/TAnalyseOperation.h"
 #include "document/TDocumentMail.h"
 
@@ -41,8 +42,16 @@ public:
     void resume();
     /// Forgets all operations; none of them completes.
     void cancel();
+    /// Forgets those of other files than these. False when there are none.
+    bool keepOnly(const TFileList &files);
+    /// Adds those of these files that have none but should.
+    void addMissing(const TFileList &files);
+    std::size_t count() const { return m_operations.size(); }
+    /// The file may have metadata that nobody has looked for.
+    static bool isMissing(const TFileObject &file);
 
 private:
+    void forgetRequests();
     void request();
     void schedule();
     void completePortion();

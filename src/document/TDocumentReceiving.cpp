@@ -11,8 +11,6 @@ namespace {
 constexpr const char *kAddFiles = QT_TRANSLATE_NOOP("TDocument", "Add Files");
 constexpr const char *kCleaningCount =
     QT_TRANSLATE_NOOP("TDocument", "cleaning up drop... (%ld/%ld)");
-constexpr const char *kGathering =
-    QT_TRANSLATE_NOOP("TDocument", "gathering secondary file information");
 constexpr qsizetype kStatusStep = 100;
 
 } // namespace
@@ -84,8 +82,10 @@ void TDocument::addFiles(const TFileURLs &urls, qsizetype row)
     if (m_isClosing)
         return;
     m_drops.push_back({urls, row});
-    if (m_drops.size() == 1)
-        beginNextDrop();
+    if (m_drops.size() > 1)
+        return;
+    beginNextDrop();
+    Q_EMIT workChanged();
 }
 
 void TDocument::beginNextDrop()
@@ -175,13 +175,9 @@ void TDocument::dropFinished()
     Q_EMIT foldersChanged();
     if (!m_drops.empty())
         return beginNextDrop();
-    if (m_remainingAOps > 0) {
-        setStatus(kGathering);
-        tell(&TDocumentHost::setBusy, true);
-    } else {
-        idleStatus();
-    }
-    m_gathering.resume();
+    gather();
+    if (m_remainingAOps == 0 && std::exchange(m_renameWanted, false))
+        runRename();
 }
 
 void TDocument::cancelDrops()
@@ -194,4 +190,5 @@ void TDocument::cancelDrops()
     m_droppedProblems.clear();
     m_dropAfter.reset();
     m_gathering.resume();
+    Q_EMIT workChanged();
 }

@@ -68,9 +68,9 @@ RenameGuard TDocument::guard() const
 
 void TDocument::runRename()
 {
-    if (m_isClosing || m_isPreparing || isReceivingDrop() || m_remainingAOps > 0)
+    if (m_isClosing || m_isPreparing)
         return;
-    if (isAnalysing() && !m_isRenaming) {
+    if (isWorkingOutNames() && !m_isRenaming) {
         m_renameWanted = true;
         return;
     }

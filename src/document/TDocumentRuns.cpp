@@ -2,12 +2,6 @@
 #include "document/NameGeneration.h"
 #include "document/TDocument.h"
 
-namespace {
-
-constexpr const char *kTestRun = QT_TRANSLATE_NOOP("TDocument", "Performing test run");
-
-} // namespace
-
 TDocumentAnalysis::Output TDocument::analysisOutput()
 {
     return {[this](qsizetype first, std::vector<TAnalysisResult> &results, const TFileList &files) {
@@ -57,12 +51,8 @@ void TDocument::AOpComplete(TAnalyseOperation &)
     m_facts.metadataChanged();
     batchChanged();
     ++m_testRunVersion; // one that is under way goes on, since the last file brings a new one
-    if (--m_remainingAOps > 0)
-        return;
-    setStatus(kTestRun);
-    doBackgroundRun();
-    idleStatus();
-    tell(&TDocumentHost::setBusy, false);
+    if (--m_remainingAOps == 0)
+        gatheringComplete();
 }
 
 void TDocument::doBackgroundRun()

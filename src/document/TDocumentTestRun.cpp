@@ -49,6 +49,7 @@ void TDocument::testRun()
 {
     cancelAnalysis();
     beginTestRun();
+    Q_EMIT workChanged();
 }
 
 void TDocument::beginTestRun()
@@ -86,6 +87,7 @@ void TDocument::testRunComplete()
 {
     m_errorLog = std::move(m_testRun->log);
     m_testRun.reset();
+    Q_EMIT workChanged();
     tell(&TDocumentHost::hideProgress);
     fullRunComplete(true);
     showTestRunLog();

@@ -17,10 +17,14 @@ private Q_SLOTS:
     void gathering();
     void gatheringWaitsForTheDrop();
     void gatheringWithHelpers();
+    void cancelledGathering();
+    void undoneGathering();
+    void cancelledDrop();
     void errorsAndBadge();
     void testRun_data();
     void testRun();
     void testRunOfManyFiles();
+    void cancelledTestRun();
     void countersOfTheForms();
     void newestRunWins();
     void partialRun();
@@ -85,6 +89,7 @@ void TestTDocumentRuns::gathering()
              (QStringList{u"Performing test run"_s, u"Idle. Files: 4"_s}));
     QVERIFY(fixture.document->errorLog());
     QCOMPARE(fixture.host.callsOf(u"progress 0/4"_s).size(), 1);
+    QCOMPARE(fixture.host.calls.last(), u"error log 4"_s); // the rename's answer now
 }
 
 void TestTDocumentRuns::gatheringWaitsForTheDrop()
@@ -126,6 +131,91 @@ void TestTDocumentRuns::gatheringWithHelpers()
     QCOMPARE(files[0]->imageProperties()->value(u"Name"_s).toString(), u"a.jpg"_s);
     QVERIFY(files[1]->imageProperties() && !files[1]->ID3());
     QCOMPARE(files[2]->ID3()->value(u"title"_s).toString(), u"b.mp3"_s);
+}
+
+/// What was read stays, the rest can be read later, and the batch can be used meanwhile.
+void TestTDocumentRuns::cancelledGathering()
+{
+    DocumentFixture fixture;
+    TDocument &document = *fixture.document;
+    const TMetadataPtr image = TMetadata::fromVariantMap({{u"{Exif}"_s, QVariantMap()}});
+    for (const auto &name : {u"a.jpg"_s, u"b.jpg"_s, u"c.jpg"_s})
+        fixture.metadata.byName.insert(name, {image, nullptr});
+    fixture.metadata.holdBack = true;
+    document.addFiles(fixture.urls({fixture.tree.file(u"a.jpg"_s), fixture.tree.file(u"b.jpg"_s),
+                                    fixture.tree.file(u"c.jpg"_s)}),
+                      0);
+    QVERIFY(fixture.pumpUntil([&] { return fixture.metadata.held.size() == 3; }));
+    fixture.metadata.held[0]();
+    QVERIFY(fixture.pumpUntil([&] { return document.remainingAOps() == 2; }));
+    document.runRename();
+    QVERIFY(document.hasWorkToCancel());
+    document.cancelWork();
+    QVERIFY(!document.hasWorkToCancel() && document.lacksMetadata());
+    QVERIFY(fixture.settle());
+    QVERIFY(document.errorLog() && !fixture.host.busy);
+    QVERIFY(fixture.host.callsOf(u"error log"_s).empty()); // the rename is off, too
+    QCOMPARE(fixture.host.status, u"Idle. Files: 3"_s);
+    const TFileList files = document.sourceObjectArray();
+    QVERIFY(files[0]->imageProperties() && !files[1]->imageProperties());
+    fixture.metadata.asked.clear();
+    fixture.metadata.holdBack = false;
+    document.gatherMissing();
+    QCOMPARE(fixture.host.busy, true);
+    QVERIFY(fixture.settle());
+    QCOMPARE(fixture.metadata.asked, (QStringList{u"b.jpg"_s, u"c.jpg"_s}));
+    QVERIFY(files[2]->imageProperties() && !document.lacksMetadata() && !fixture.host.busy);
+}
+
+/// Nobody waits for files that are not in the list; when they come back, they are read after all.
+void TestTDocumentRuns::undoneGathering()
+{
+    DocumentFixture fixture;
+    TDocument &document = *fixture.document;
+    const TMetadataPtr image = TMetadata::fromVariantMap({{u"{Exif}"_s, QVariantMap()}});
+    fixture.metadata.byName = {{u"a.jpg"_s, {image, nullptr}}, {u"b.jpg"_s, {image, nullptr}}};
+    fixture.metadata.holdBack = true;
+    document.addFiles(fixture.urls({fixture.tree.file(u"a.jpg"_s)}), 0);
+    QVERIFY(fixture.pumpUntil([&] { return document.remainingAOps() == 1; }));
+    document.undoStack().undo();
+    QCOMPARE(document.remainingAOps(), 0);
+    QVERIFY(fixture.settle());
+    QVERIFY(!fixture.host.busy);
+    QCOMPARE(fixture.host.status, u"Idle. Files: 0"_s);
+    document.undoStack().redo();
+    document.addFiles(fixture.urls({fixture.tree.file(u"b.jpg"_s)}), 1);
+    QVERIFY(fixture.pumpUntil([&] { return fixture.metadata.held.size() == 2; }));
+    document.removeFiles({1});
+    QCOMPARE(document.remainingAOps(), 1);
+    QVERIFY(fixture.host.busy);
+    document.undoStack().undo();
+    fixture.metadata.holdBack = false;
+    QVERIFY(fixture.pumpUntil([&] { return fixture.metadata.held.size() == 2; }));
+    for (const auto &answer : std::exchange(fixture.metadata.held, {}))
+        answer();
+    QVERIFY(fixture.settle());
+    for (const auto &file : document.sourceObjectArray())
+        QVERIFY(file->imageProperties() != nullptr);
+    QCOMPARE(fixture.names(), (QStringList{u"a.jpg"_s, u"b.jpg"_s}));
+}
+
+void TestTDocumentRuns::cancelledDrop()
+{
+    DocumentFixture fixture;
+    TDocument &document = *fixture.document;
+    fixture.makeFiles(u"f/%1.jpg"_s, 2000);
+    document.addFiles(fixture.urls({u"f"_s}), 0);
+    document.addFiles(fixture.urls({fixture.tree.file(u"later.txt"_s)}), 0);
+    QVERIFY(fixture.pumpUntil([&] { return !document.sourceObjectArray().empty(); }));
+    QVERIFY(document.isReceivingDrop());
+    const std::size_t come = document.sourceObjectArray().size();
+    document.cancelWork();
+    QVERIFY(!document.isReceivingDrop());
+    QVERIFY(fixture.settle());
+    QCOMPARE(document.sourceObjectArray().size(), come);
+    QVERIFY(document.errorLog().has_value());
+    QVERIFY(fixture.drop({u"f"_s}));
+    QCOMPARE(document.sourceObjectArray().size(), 2000U);
 }
 
 void TestTDocumentRuns::errorsAndBadge()
@@ -206,6 +296,25 @@ void TestTDocumentRuns::testRunOfManyFiles()
     document.removeFiles({0});
     QVERIFY(fixture.settle());
     QCOMPARE(fixture.targets()[0], u"late 000010001"_s);
+}
+
+void TestTDocumentRuns::cancelledTestRun()
+{
+    DocumentFixture fixture;
+    constexpr int kCount = 20'000;
+    fixture.makeFiles(u"f/%1"_s, kCount);
+    QVERIFY(fixture.drop({u"f"_s}));
+    QVERIFY(fixture.useRules({textRule(u"n"_s), makeRule(u"Counter"_s)}));
+    TDocument &document = *fixture.document;
+    const QStringList before = fixture.targets();
+    fixture.host.calls.clear();
+    document.testRun();
+    QVERIFY(document.hasWorkToCancel());
+    document.cancelWork();
+    QVERIFY(!document.hasWorkToCancel());
+    QVERIFY(fixture.settle());
+    QCOMPARE(fixture.targets(), before);
+    QVERIFY(fixture.host.callsOf(u"error log"_s).empty());
 }
 
 void TestTDocumentRuns::countersOfTheForms()

@@ -143,6 +143,12 @@ void BatchMenus::addBatchMenu(QMenuBar &bar)
     menu->addAction(tr("&Test Run"), Qt::Key_F5, &document, &TDocument::testRun);
     m_showLog = menu->addAction(tr("S&how Test Run Log"), Qt::SHIFT | Qt::Key_F5, &document,
                                 &TDocument::showTestRunLog);
+    m_readMissing =
+        menu->addAction(tr("Read &Missing Metadata"), &document, &TDocument::gatherMissing);
+    // The window itself understands Escape, after whatever has the keyboard.
+    m_cancel = menu->addAction(tr("Ca&ncel") + u'\t' +
+                                   QKeySequence(Qt::Key_Escape).toString(QKeySequence::NativeText),
+                               &document, &TDocument::cancelWork);
     menu->addSeparator();
     m_rename =
         menu->addAction(tr("&Rename"), Qt::CTRL | Qt::Key_Return, &document, &TDocument::runRename);
@@ -184,6 +190,7 @@ void BatchMenus::followDocument()
     connect(&document, &TDocument::optionsChanged, this, &BatchMenus::updateSoon);
     connect(&document, &TDocument::errorLogChanged, this, &BatchMenus::updateSoon);
     connect(&document, &TDocument::foldersChanged, this, &BatchMenus::updateSoon);
+    connect(&document, &TDocument::workChanged, this, &BatchMenus::updateSoon);
     connect(&m_parts.files, &FilePane::selectionChanged, this, &BatchMenus::updateSoon);
     connect(&m_parts.recipe, &RecipeCard::selectionChanged, this, &BatchMenus::updateSoon);
     connect(&m_edit, &EditCommands::changed, this, &BatchMenus::updateSoon);
@@ -214,5 +221,7 @@ void BatchMenus::update()
     m_sort->setEnabled(document.sourceObjectArray().size() > 1);
     m_liveUpdate->setChecked(document.liveUpdate());
     m_showLog->setEnabled(document.errorLog().has_value());
+    m_readMissing->setEnabled(document.lacksMetadata());
+    m_cancel->setEnabled(document.hasWorkToCancel());
     m_folderAccess->setEnabled(!document.theFoldersWeUse().folders().empty());
 }

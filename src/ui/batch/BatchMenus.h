@@ -59,6 +59,8 @@ private:
     QAction *m_colorCode = nullptr;
     QAction *m_liveUpdate = nullptr;
     QAction *m_showLog = nullptr;
+    QAction *m_cancel = nullptr;
+    QAction *m_readMissing = nullptr;
     QAction *m_rename = nullptr;
     QAction *m_rollBackThis = nullptr;
     QAction *m_folderAccess = nullptr;

@@ -20,6 +20,7 @@
 
 #include <QCloseEvent>
 #include <QDropEvent>
+#include <QKeyEvent>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QTimer>
@@ -152,6 +153,9 @@ void BatchWindow::connectParts()
     connect(m_status->rollBackButton(), &QPushButton::clicked, &document, &TDocument::rollBackThis);
     connect(m_status->renameButton(), &QPushButton::clicked, &document, &TDocument::runRename);
     connect(m_status, &StatusLine::renameToolTipWanted, this, &BatchWindow::showRenameToolTip);
+    connect(m_status, &StatusLine::cancelClicked, this, &BatchWindow::cancelWork);
+    connect(&document, &TDocument::workChanged, m_status,
+            [this] { m_status->setCancellable(m_document->hasWorkToCancel()); });
 }
 
 void BatchWindow::addFiles(const TFileURLs &urls)
@@ -209,8 +213,18 @@ void BatchWindow::showProblemCounts()
                           log ? log->numberOfErrorsWithType(TErrorTypes::kCritical) : 0);
 }
 
+/// Its button goes away, and the keyboard with it to wherever is next.
+void BatchWindow::cancelWork()
+{
+    m_files->focusTable();
+    m_document->cancelWork();
+}
+
 void BatchWindow::showRenameToolTip()
 {
+    if (m_document->isWorkingOutNames())
+        return m_status->renameButton()->setToolTip(
+            tr("Asks as soon as the names of all files are known"));
     const RenameGuard::Answer answer = m_document->renameCheck();
     QString text;
     switch (answer.verdict) {
@@ -256,6 +270,15 @@ void BatchWindow::dragEnterEvent(QDragEnterEvent *event)
     if (!dragged.hasFormat(TDocumentDrag::fileTableType()) &&
         FileDrops::isWelcome(dragged, *m_document))
         FileDrops::accept(*event, *m_document);
+}
+
+/// What has the keyboard has no use for Escape.
+void BatchWindow::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && m_document->hasWorkToCancel())
+        m_document->cancelWork();
+    else
+        QMainWindow::keyPressEvent(event);
 }
 
 /// Files that miss the table are welcome all the same.

@@ -46,6 +46,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     friend class BatchHost;
@@ -54,6 +55,7 @@ private:
     void connectParts();
     void showSample();
     void showProblemCounts();
+    void cancelWork();
     void showRenameToolTip();
     void showFolderAccess();
     void presetsCame(const QStringList &names);

@@ -31,8 +31,9 @@ StatusLine::StatusLine(QWidget *parent)
     : QWidget(parent)
     , m_text(new ElidedLabel(this))
     , m_bar(new QProgressBar(this))
-    , m_warnings(makeCount())
-    , m_criticals(makeCount())
+    , m_cancel(makeButton(tr("Ends this; what has come so far stays (Esc)")))
+    , m_warnings(makeButton(tr("Show the problems")))
+    , m_criticals(makeButton(tr("Show the problems")))
     , m_testRun(new BadgeButton(tr("Test Run"), BadgeButton::Weight::Plain, this))
     , m_rollBack(new BadgeButton(tr("Roll Back"), BadgeButton::Weight::Plain, this))
     , m_rename(new BadgeButton(tr("Rename"), BadgeButton::Weight::Accented, this))
@@ -54,7 +55,14 @@ StatusLine::StatusLine(QWidget *parent)
     m_rename->installEventFilter(this);
     m_barDelay.setSingleShot(true);
     m_barDelay.setInterval(kBarDelay);
-    connect(&m_barDelay, &QTimer::timeout, m_bar, &QWidget::show);
+    connect(&m_barDelay, &QTimer::timeout, this, [this] {
+        m_bar->show();
+        m_cancel->setVisible(m_isCancellable);
+    });
+    m_cancel->setText(tr("Cancel"));
+    connect(m_cancel, &QToolButton::clicked, this, &StatusLine::cancelClicked);
+    for (const QToolButton *count : {m_warnings, m_criticals})
+        connect(count, &QToolButton::clicked, this, &StatusLine::problemsClicked);
 
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
@@ -69,7 +77,11 @@ StatusLine::StatusLine(QWidget *parent)
     auto *state = new QHBoxLayout;
     state->setSpacing(kFarApart);
     state->addWidget(m_text);
-    state->addWidget(m_bar);
+    auto *work = new QHBoxLayout;
+    work->setSpacing(kApart);
+    work->addWidget(m_bar);
+    work->addWidget(m_cancel);
+    state->addLayout(work);
     state->addLayout(counts);
     state->addStretch();
     auto *parts = new FoldingRow(kFarApart, 0, this);
@@ -77,16 +89,15 @@ StatusLine::StatusLine(QWidget *parent)
     parts->addLayout(buttons);
 }
 
-QToolButton *StatusLine::makeCount()
+QToolButton *StatusLine::makeButton(const QString &toolTip)
 {
-    auto *count = new QToolButton(this);
-    count->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    count->setAutoRaise(true);
-    count->setFocusPolicy(Qt::TabFocus);
-    count->setToolTip(tr("Show the problems"));
-    count->hide();
-    connect(count, &QToolButton::clicked, this, &StatusLine::problemsClicked);
-    return count;
+    auto *button = new QToolButton(this);
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setToolTip(toolTip);
+    button->hide();
+    return button;
 }
 
 void StatusLine::setText(const QString &text)
@@ -113,15 +124,22 @@ void StatusLine::hideProgress()
     updateBar();
 }
 
+void StatusLine::setCancellable(bool cancellable)
+{
+    m_isCancellable = cancellable;
+    updateBar();
+}
+
 void StatusLine::updateBar()
 {
     m_bar->setRange(0, m_hasProgress ? kSteps : 0); // without an end it shows that work goes on
-    if (!m_isBusy && !m_hasProgress) {
+    if (!m_isBusy && !m_hasProgress && !m_isCancellable) {
         m_barDelay.stop();
         m_bar->hide();
     } else if (m_bar->isHidden() && !m_barDelay.isActive()) {
         m_barDelay.start();
     }
+    m_cancel->setVisible(m_isCancellable && !m_bar->isHidden());
 }
 
 void StatusLine::setProblems(qsizetype warnings, qsizetype criticals)
@@ -155,8 +173,9 @@ bool StatusLine::eventFilter(QObject *watched, QEvent *event)
 void StatusLine::followLook()
 {
     const int side = Icons::extent(fontMetrics());
-    for (QToolButton *count : {m_warnings, m_criticals})
-        count->setIconSize({side, side});
+    for (QToolButton *button : {m_cancel, m_warnings, m_criticals})
+        button->setIconSize({side, side});
+    m_cancel->setIcon(Icons::icon("clear"_L1));
     m_warnings->setIcon(Icons::forLevel(TErrorTypes::kWarning));
     m_criticals->setIcon(Icons::forLevel(TErrorTypes::kCritical));
 }

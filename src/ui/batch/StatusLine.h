@@ -24,6 +24,8 @@ public:
     void hideProgress();
     void setProblems(qsizetype warnings, qsizetype criticals);
     void setBadge(qint64 criticals);
+    /// Shows the button that ends what is going on.
+    void setCancellable(bool cancellable);
 
     BadgeButton *testRunButton() const { return m_testRun; }
     BadgeButton *rollBackButton() const { return m_rollBack; }
@@ -34,6 +36,7 @@ public:
 Q_SIGNALS:
     /// A click on one of the counts.
     void problemsClicked();
+    void cancelClicked();
     /// The tool tip of the rename button is about to be shown; connect directly.
     void renameToolTipWanted();
 
@@ -42,12 +45,13 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    QToolButton *makeCount();
+    QToolButton *makeButton(const QString &toolTip);
     void followLook();
     void updateBar();
 
     ElidedLabel *m_text;
     QProgressBar *m_bar;
+    QToolButton *m_cancel;
     QToolButton *m_warnings;
     QToolButton *m_criticals;
     BadgeButton *m_testRun;
@@ -55,5 +59,6 @@ private:
     BadgeButton *m_rename;
     QTimer m_barDelay;
     bool m_isBusy = false;
+    bool m_isCancellable = false;
     bool m_hasProgress = false;
 };

@@ -21,6 +21,7 @@ private Q_SLOTS:
     void tabGoesRound();
     void deleteMeansWhatHasTheKeyboard();
     void textFieldsKeepTheirKeys();
+    void escapeEndsWork();
 };
 
 void TestBatchKeys::commandsAndKeys()
@@ -31,7 +32,8 @@ void TestBatchKeys::commandsAndKeys()
         u"Undo: Ctrl+Z|Redo: Ctrl+Shift+Z|Delete: Del|Select All: Ctrl+A|Find: Ctrl+F|"
         u"Preferences...: Ctrl+,|Text: Ctrl+1|RegEx: Ctrl+0|Edit Rule: |Move Left: Alt+Left|"
         u"Move Right: Alt+Right|Extension...: Ctrl+E|Color Code Results: |Live Update: |"
-        u"Test Run: F5|Show Test Run Log: Shift+F5|Rename: Ctrl+Return|Roll Back This Run: |"
+        u"Test Run: F5|Show Test Run Log: Shift+F5|Read Missing Metadata: |Cancel: |"
+        u"Rename: Ctrl+Return|Roll Back This Run: |"
         u"Roll Back an Earlier Run...: |Folder Access...: |Metadata Inspector: Ctrl+I|"
         u"Dark: |Full Screen: F11|Tavrin Help: F1|Regular Expressions: |Keys: |Welcome: |"
         u"Check for Updates...: |About Tavrin: "_s);
@@ -118,6 +120,7 @@ void TestBatchKeys::enabledCommands()
     }
     found.sort();
     disabled += u"New name"_s; // the column that cannot be hidden
+    disabled += {u"Read Missing Metadata"_s, u"Cancel"_s};
     disabled.sort();
     QCOMPARE(found, disabled);
 }
@@ -241,6 +244,25 @@ void TestBatchKeys::textFieldsKeepTheirKeys()
     QCOMPARE(QApplication::clipboard()->text(), u"c"_s);
     QCOMPARE(batch.document().sourceObjectArray().size(), 1U);
     QCOMPARE(batch.rules(), QStringList(u"Text"_s));
+}
+
+void TestBatchKeys::escapeEndsWork()
+{
+    QStringList names;
+    for (int i = 0; i < 5000; ++i)
+        names += u"f%1.txt"_s.arg(i);
+    const BatchFixture batch(names);
+    batch.document().addRules({makeRule(u"Original"_s), makeRule(u"Counter"_s)}, 0);
+    QVERIFY(batch.settle());
+    batch.key(Qt::Key_E, Qt::ControlModifier);
+    batch.document().testRun();
+    batch.key(Qt::Key_Escape);
+    QVERIFY(batch.popover() == nullptr); // which was nearer
+    QVERIFY(batch.document().hasWorkToCancel());
+    batch.key(Qt::Key_Escape);
+    QVERIFY(!batch.document().hasWorkToCancel());
+    QVERIFY(batch.settle());
+    QVERIFY(batch.popover() == nullptr); // no list of problems follows
 }
 
 QTEST_MAIN(TestBatchKeys)
