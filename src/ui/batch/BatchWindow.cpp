@@ -100,7 +100,8 @@ QWidget *BatchWindow::makeBody()
     cards->addWidget(m_recipe);
     cards->addWidget(m_files, 1);
     auto *foot = new QHBoxLayout;
-    foot->setContentsMargins(kSide + 2, 0, kSide - kBadgeMargin, 0);
+    foot->setContentsMargins(isRightToLeft() ? kSide - kBadgeMargin : kSide + 2, 0,
+                             isRightToLeft() ? kSide + 2 : kSide - kBadgeMargin, 0);
     m_status->setParent(nullptr); // so that the keys come to it behind the table
     foot->addWidget(m_status);
     auto *column = new QVBoxLayout(body);
