@@ -16,6 +16,24 @@
 #include "ui/windows/ProgressSheet.h"
 #include "ui/windows/WindowKeys.h"
 
+#include <QDialog>
+
+#include <algorithm>
+
+namespace {
+
+/// The sheet that the window waits for; null when there is none.
+const QDialog *sheetOver(const QWidget &window)
+{
+    const QList<QDialog *> dialogs = window.findChildren<QDialog *>();
+    const auto found = std::find_if(dialogs.begin(), dialogs.end(), [](const QDialog *dialog) {
+        return dialog->isVisible() && dialog->windowModality() == Qt::WindowModal;
+    });
+    return found == dialogs.end() ? nullptr : *found;
+}
+
+} // namespace
+
 BatchHost::BatchHost(BatchWindow &window)
     : m_window(window)
 {
@@ -36,7 +54,13 @@ void BatchHost::closeLogs()
 
 void BatchHost::ask(const Question &question, Answered answered)
 {
-    Dialogs::ask(&m_window, question, std::move(answered));
+    // What was asked for earlier may come while the user is at something else.
+    if (const QDialog *sheet = sheetOver(m_window))
+        QObject::connect(
+            sheet, &QObject::destroyed, &m_window,
+            [this, question, answered] { ask(question, answered); }, Qt::QueuedConnection);
+    else
+        Dialogs::ask(&m_window, question, std::move(answered));
 }
 
 void BatchHost::chooseFolder(const FolderPanel &panel, Chosen chosen)

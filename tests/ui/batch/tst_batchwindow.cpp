@@ -36,6 +36,7 @@ private Q_SLOTS:
     void options();
     void filesDroppedAnywhere();
     void renameAndItsLog();
+    void questionsWaitForTheSheet();
     void renameButtonTellsWhy_data();
     void renameButtonTellsWhy();
     void problemsAreListed();
@@ -231,6 +232,18 @@ void TestBatchWindow::renameAndItsLog()
     QCOMPARE(batch.commands.calls, QStringList(u"roll back renameLog"_s));
     batch.window->close();
     QTRY_VERIFY(WindowTools::shown<LogWindow>() == nullptr);
+}
+
+/// What was asked for earlier may come while the user is at something else.
+void TestBatchWindow::questionsWaitForTheSheet()
+{
+    const BatchFixture batch;
+    batch.command(u"Add Files..."_s).trigger();
+    QVERIFY(WindowTools::shown<AddPanel>() != nullptr);
+    batch.document().paletteButtonClicked();
+    QVERIFY(WindowTools::shown<QuestionDialog>() == nullptr);
+    WindowTools::shown<AddPanel>()->reject();
+    QVERIFY(WindowTools::answer<QuestionDialog>(u"OK"_s));
 }
 
 void TestBatchWindow::renameButtonTellsWhy_data()
