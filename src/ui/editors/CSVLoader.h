@@ -25,7 +25,6 @@ public:
     /// Gives up the reading that is under way.
     void load(const QString &path);
     void cancel();
-    bool isLoading() const { return m_watcher.isRunning(); }
     /// Full progress.
     static constexpr int kWhole = 1000;
 

@@ -4,6 +4,7 @@
 #include "commonprocs/ByteNames.h"
 #include "document/TDocumentDrag.h"
 #include "ui/controls/ToolTip.h"
+#include "ui/editors/CSVProgress.h"
 #include "ui/editors/CSVSources.h"
 #include "ui/editors/CSVTableModel.h"
 #include "ui/editors/CSVTableView.h"
@@ -15,7 +16,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMimeData>
-#include <QProgressBar>
 #include <QPushButton>
 
 #include <chrono>
@@ -26,7 +26,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kShownRows = 7;
-constexpr std::chrono::milliseconds kPatience{200};
+constexpr std::chrono::milliseconds kPatience{100};
 
 /// The one CSV file that is dragged; empty for anything else.
 QString draggedFile(const QMimeData &data)
@@ -73,7 +73,6 @@ TEditCSVRuleViewController::TEditCSVRuleViewController(const TRulePtr &rule,
     setAcceptDrops(true);
     m_patience.setSingleShot(true);
     m_patience.setInterval(kPatience);
-    connect(&m_patience, &QTimer::timeout, this, [this] { m_loadingRow.setVisible(true); });
     connect(m_loader, &CSVLoader::loaded, this, &TEditCSVRuleViewController::fileLoaded);
     addFileRows();
     addTable();
@@ -94,23 +93,13 @@ void TEditCSVRuleViewController::addFileRows()
     fileLine->addWidget(m_file, 1);
     form().addWide(file);
 
-    auto *loading = new QWidget(this);
-    m_progress = new QProgressBar(loading);
-    m_progress->setRange(0, CSVLoader::kWhole);
-    m_progress->setTextVisible(false);
-    m_progress->setAccessibleName(tr("Reading the CSV file"));
-    m_stop = new QPushButton(tr("Cancel"), loading);
-    auto *loadingLine = new QHBoxLayout(loading);
-    loadingLine->setContentsMargins({});
-    loadingLine->addWidget(m_progress, 1);
-    loadingLine->addWidget(m_stop);
-    connect(m_loader, &CSVLoader::progressed, m_progress, &QProgressBar::setValue);
-    connect(m_stop, &QPushButton::clicked, this, [this] {
+    m_progress = new CSVProgress(this);
+    connect(&m_patience, &QTimer::timeout, m_progress, &QDialog::open);
+    connect(m_loader, &CSVLoader::progressed, m_progress, &CSVProgress::setValue);
+    connect(m_progress, &QDialog::rejected, this, [this] {
         m_loader->cancel();
-        showLoading(false);
+        showLoading({});
     });
-    m_loadingRow = form().addWide(loading);
-    m_loadingRow.setVisible(false);
 
     m_problem = new EditorLabel({}, EditorLabel::Tone::Problem, this);
     m_problem->setWordWrap(true);
@@ -187,7 +176,7 @@ void TEditCSVRuleViewController::showSource()
     const TStringTablePtr &table = rule().theRows();
     const auto source = CSVSources::sourceOf(table);
     m_file->setToolTip(source ? ToolTip::of(source->path) : QString());
-    if (m_loader->isLoading())
+    if (!m_loading.isEmpty())
         m_file->setText(tr("Reading %1...").arg(shownName(m_loading)));
     else if (source)
         m_file->setText(
@@ -244,25 +233,25 @@ void TEditCSVRuleViewController::chooseFile()
 void TEditCSVRuleViewController::loadFile(const QString &path)
 {
     m_problem->hide();
-    m_progress->setValue(0);
-    m_loading = path;
+    m_progress->setFileName(shownName(path));
     m_loader->load(path);
-    showLoading(true);
+    showLoading(path);
 }
 
-void TEditCSVRuleViewController::showLoading(bool isLoading)
+void TEditCSVRuleViewController::showLoading(const QString &path)
 {
-    if (isLoading)
-        m_patience.start();
-    else
+    m_loading = path;
+    if (path.isEmpty())
         m_patience.stop();
-    m_loadingRow.setVisible(false);
+    else
+        m_patience.start();
+    m_progress->hide();
     showSource();
 }
 
 void TEditCSVRuleViewController::fileLoaded(const CSVLoader::Result &result)
 {
-    showLoading(false);
+    showLoading({});
     if (result.contents.rows) {
         CSVSources::remember(result.contents.rows,
                              {result.path, result.contents.encoding, result.columns});

@@ -8,11 +8,11 @@
 #include <QPointer>
 #include <QTimer>
 
+class CSVProgress;
 class CSVTableModel;
 class CSVTableView;
 class DropHint;
 class QFileDialog;
-class QProgressBar;
 class QPushButton;
 
 /// Editor of the CSV rule: loads a file, from a panel or dropped, and shows its table, in which the
@@ -42,25 +42,23 @@ private:
     void chooseFile();
     void fileLoaded(const CSVLoader::Result &result);
     void tellFailure(const QString &path, const QString &problem);
-    void showLoading(bool isLoading);
+    void showLoading(const QString &path);
     void showSource();
     QString tableSummary() const;
     QString columnRemark() const;
 
     CSVLoader *m_loader;
+    CSVProgress *m_progress = nullptr;
     CSVTableModel *m_model;
     CSVTableView *m_table = nullptr;
     DropHint *m_hint = nullptr;
     QPushButton *m_choose = nullptr;
-    QPushButton *m_stop = nullptr;
-    QProgressBar *m_progress = nullptr;
     EditorLabel *m_file = nullptr;
     EditorLabel *m_problem = nullptr;
     QLabel *m_columnRemark = nullptr;
     EditorForm::Row m_tableRow;
-    EditorForm::Row m_loadingRow;
     EditorForm::Row m_columnRow;
     QPointer<QFileDialog> m_panel;
     QTimer m_patience; ///< quick readings show no progress
-    QString m_loading; ///< the file that is being read
+    QString m_loading; ///< the file that is being read; empty when there is none
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "EditorStage.h"
 #include "metadata/TCSVRule.h"
+#include "support/WindowTools.h"
+#include "ui/editors/CSVProgress.h"
 #include "ui/editors/CSVTableModel.h"
 
 #include <QAbstractItemModelTester>
@@ -93,6 +95,22 @@ private Q_SLOTS:
         QCOMPARE(model.rowCount(), 0);
         model.setHasHeader(false);
         QCOMPARE(last(), u"only"_s);
+    }
+    /// Until the new table is there, a rename would be one with the table from before.
+    void longReadingsKeepTheWindowWaiting()
+    {
+        EditorStage stage;
+        const TRulePtr rule = makeRule(u"CSVTag"_s);
+        QVERIFY(stage.edit(rule));
+        dropFile(stage,
+                 stage.tree.file(u"t.csv"_s, QByteArray("some,cells\n").repeated(4'000'000)));
+        QTRY_VERIFY(WindowTools::shown<CSVProgress>() != nullptr);
+        auto *const sheet = WindowTools::shown<CSVProgress>();
+        QCOMPARE(sheet->windowModality(), Qt::WindowModal);
+        QTest::keyClick(sheet, Qt::Key_Escape);
+        QVERIFY(!sheet->isVisible());
+        QVERIFY(stage.labels().contains(u"No file is loaded."_s));
+        QVERIFY(!static_cast<TCSVRule &>(*rule).theRows());
     }
     void csvFilesThatGiveNoTable_data()
     {
