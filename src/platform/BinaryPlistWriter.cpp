@@ -19,8 +19,6 @@ constexpr quint64 kMaxObjects = std::numeric_limits<quint32>::max();
 constexpr unsigned kMarkBits = 2;
 /// Numbers are written eight bytes at a time, also when fewer of them count.
 constexpr qsizetype kSlack = 8;
-/// Bytes of lengths that are read at a time: a table of many parts is slow to go through.
-constexpr qsizetype kPartOfLengths = 4096;
 
 int bytesFor(quint64 value)
 {
@@ -46,6 +44,41 @@ bool isAscii(QStringView text)
 }
 
 } // namespace
+
+/// Numbers of one size, of which there are several for each object: they are put together here
+/// and written many at a time.
+class BinaryPlistWriter::Numbers
+{
+public:
+    Numbers(BinaryPlistWriter &writer, int size)
+        : m_writer(writer)
+        , m_size(size)
+        , m_shift(8U * static_cast<unsigned>(kSlack - size))
+    {
+    }
+    Numbers(const Numbers &) = delete;
+    Numbers &operator=(const Numbers &) = delete;
+    ~Numbers() { m_writer.putBytes(m_bytes.data(), m_used); }
+
+    void add(quint64 value)
+    {
+        qToBigEndian(value << m_shift, m_bytes.data() + m_used);
+        m_used += m_size;
+        if (m_used < kPart)
+            return;
+        m_writer.putBytes(m_bytes.data(), m_used);
+        m_used = 0;
+    }
+
+private:
+    static constexpr qsizetype kPart = 4096;
+
+    BinaryPlistWriter &m_writer;
+    qsizetype m_size;
+    unsigned m_shift;
+    qsizetype m_used = 0;
+    std::array<char, kPart + 2 * kSlack> m_bytes;
+};
 
 BinaryPlistWriter::BinaryPlistWriter(QIODevice &device)
     : m_device(device)
@@ -241,24 +274,18 @@ template <class Call>
 void BinaryPlistWriter::forEachObject(Call call) const
 {
     quint64 offset = kMagicSize;
-    quint64 value = 0;
-    unsigned shift = 0;
-    std::array<quint8, kPartOfLengths> part;
-    const auto total = static_cast<qsizetype>(m_lengths.size());
-    for (qsizetype done = 0; done < total; done += kPartOfLengths) {
-        const auto from = m_lengths.begin() + done;
-        const auto *const end =
-            std::copy(from, from + std::min(kPartOfLengths, total - done), part.begin());
-        for (const quint8 *byte = part.begin(); byte != end; ++byte) {
-            value |= static_cast<quint64>(*byte & 0x7FU) << shift;
-            shift += 7;
-            if ((*byte & 0x80U) != 0)
-                continue;
-            call(offset, static_cast<Mark>(value & ((1U << kMarkBits) - 1)));
-            offset += value >> kMarkBits;
-            value = 0;
-            shift = 0;
+    const auto found = [&](quint64 value) {
+        call(offset, static_cast<Mark>(value & ((1U << kMarkBits) - 1)));
+        offset += value >> kMarkBits;
+    };
+    for (auto byte = m_lengths.cbegin(); byte != m_lengths.cend(); ++byte) {
+        quint64 value = *byte;
+        if (value >= 0x80U) {
+            value &= 0x7FU;
+            for (unsigned shift = 7; (*byte & 0x80U) != 0; shift += 7)
+                value |= static_cast<quint64>(*++byte & 0x7FU) << shift;
         }
+        found(value);
     }
 }
 
@@ -269,9 +296,10 @@ BinaryPlistWriter::Ref BinaryPlistWriter::writeArrayOfMarked(Mark mark)
     // The lengths of the objects so far are read while this array, the next one, is written.
     const Ref ref = begin();
     putCount(kArray, m_marked[static_cast<size_t>(mark)]);
+    Numbers refs(*this, kRefSize);
     forEachObject([&](quint64, Mark objectMark) {
         if (objectMark == mark)
-            putRef(index);
+            refs.add(index);
         ++index;
     });
     return ref;
@@ -282,7 +310,10 @@ bool BinaryPlistWriter::finish(Ref top)
     closeLast();
     const quint64 tableOffset = m_position;
     const int offsetSize = bytesFor(tableOffset);
-    forEachObject([&](quint64 offset, Mark) { putNumber(offset, offsetSize); });
+    {
+        Numbers offsets(*this, offsetSize);
+        forEachObject([&](quint64 offset, Mark) { offsets.add(offset); });
+    }
     for (quint64 i = 0; i < kTrailerUnused; ++i)
         putByte(0);
     putByte(static_cast<quint8>(offsetSize));

@@ -54,6 +54,8 @@ public:
     [[nodiscard]] bool finish(Ref top);
 
 private:
+    class Numbers;
+
     Ref begin();
     void closeLast();
     /// Place for at most a buffer's worth of bytes, which count as written.
