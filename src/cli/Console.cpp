@@ -57,12 +57,12 @@ void appendDisplayed(QByteArray &out, QStringView text)
     const qsizetype start = out.size();
     out.resize(start + text.size());
     char *end = out.data() + start;
-    bool isPlain = true;
+    bool isOdd = false;
     for (const QChar unit : text) {
-        isPlain = isPlain && static_cast<char16_t>(unit.unicode() - u' ') < kPlainOnes;
+        isOdd |= static_cast<char16_t>(unit.unicode() - u' ') >= kPlainOnes;
         *end++ = static_cast<char>(unit.unicode());
     }
-    if (isPlain)
+    if (!isOdd)
         return;
     out.resize(start);
     out += ByteNames::forDisplay(text).toUtf8();

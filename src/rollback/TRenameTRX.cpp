@@ -4,6 +4,7 @@
 #include "commonprocs/ByteNames.h"
 #include "rollback/FolderPool.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <pwd.h>
@@ -55,8 +56,9 @@ bool hasDotParts(QStringView path)
 
 bool isPlainName(QStringView name)
 {
-    return !name.isEmpty() && name != "."_L1 && name != ".."_L1 && !name.contains(u'/') &&
-           !name.contains(QChar::Null);
+    const auto isOdd = [](QChar unit) { return unit == u'/' || unit.isNull(); };
+    return !name.isEmpty() && name != "."_L1 && name != ".."_L1 &&
+           std::none_of(name.begin(), name.end(), isOdd);
 }
 
 bool isPlainPath(QStringView path)
