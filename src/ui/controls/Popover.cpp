@@ -143,8 +143,8 @@ void Popover::place()
     m_isBelow = below >= size.height() || below >= above;
     // Content that can be lower, or scroll a little, rather does than that it covers what it is
     // about.
-    const int beside = m_isBelow ? below : above;
     const int most = room.height() + 2 * kShadow;
+    const int beside = std::min(m_isBelow ? below : above, most);
     size.setHeight(beside >= kLeastPart * least.height() ? std::min(size.height(), beside)
                                                          : std::min(least.height(), most));
     const int barWidth =

@@ -226,6 +226,16 @@ private Q_SLOTS:
         QCOMPARE(open.second->visibleRegion().boundingRect(), open.second->rect());
     }
 
+    /// In large fonts its content is higher than the room below what it is about.
+    void popoverLeavesItsAnchorInSight()
+    {
+        OpenPopover open;
+        open.first->setMinimumHeight(330);
+        const QPoint end = open.anchor->mapTo(&open.window, open.anchor->rect().bottomLeft());
+        QTRY_VERIFY(open.content->height() > open.popover->height());
+        QVERIFY(open.content->mapTo(&open.window, QPoint()).y() > end.y());
+    }
+
     /// What had the keyboard may be gone: the button that counts problems, say.
     void theKeyboardGoesSomewhere()
     {
