@@ -73,12 +73,12 @@ void TDocumentAnalysis::backgroundRunForLog(const std::shared_ptr<TErrorLog> &lo
     AnalysisStepper stepper({&job.rules, job.extensionHandler.get(), job.options, job.colorCode,
                              job.duplicatesAreCritical, static_cast<qint64>(total), nullptr});
     for (std::size_t first = 0; first < total; first += kPortion) {
-        if (stop.stop_requested())
-            return;
         const auto results = std::make_shared<std::vector<TAnalysisResult>>();
         const std::size_t end = std::min(first + kPortion, total);
         results->reserve(end - first);
         for (std::size_t i = first; i < end; ++i) {
+            if (stop.stop_requested()) // one name may take a while
+                return;
             results->push_back(stepper.step(job.facts->items()[i], job.facts->metadata(i), *log));
         }
         hand(job, [first, results, end, total](TDocumentAnalysis &owner) {
@@ -101,12 +101,12 @@ void TDocumentAnalysis::forecast(const Job &job, const std::stop_token &stop)
     for (const TFileItem &item : job.facts->items())
         stepper.announce(item);
     for (std::size_t first = 0; first < total; first += kPortion) {
-        if (stop.stop_requested())
-            return;
         const auto forecasts = std::make_shared<std::vector<ForecastStepper::Forecast>>();
         const std::size_t end = std::min(first + kPortion, total);
         forecasts->reserve(end - first);
         for (std::size_t i = first; i < end; ++i) {
+            if (stop.stop_requested())
+                return;
             forecasts->push_back(stepper.step(job.facts->items()[i], job.facts->metadata(i)));
         }
         hand(job, [first, forecasts](TDocumentAnalysis &owner) {

@@ -7,11 +7,16 @@
 class TDocumentSlice
 {
 public:
+    static constexpr std::chrono::milliseconds kLength{4};
+
+    explicit TDocumentSlice(std::chrono::milliseconds length = kLength)
+        : m_end(Clock::now() + length)
+    {
+    }
     bool isOver() const { return std::chrono::steady_clock::now() >= m_end; }
 
 private:
     using Clock = std::chrono::steady_clock;
-    static constexpr std::chrono::milliseconds kLength{4};
 
-    Clock::time_point m_end = Clock::now() + kLength;
+    Clock::time_point m_end;
 };

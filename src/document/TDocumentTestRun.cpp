@@ -4,8 +4,9 @@
 
 namespace {
 
-/// A test run over so many files is over when the command returns.
+/// A test run over so many files is over when the command returns, unless their names take longer.
 constexpr std::size_t kTestedAtOnce = 1000;
+constexpr std::chrono::milliseconds kLongestAtOnce{50};
 
 } // namespace
 
@@ -68,10 +69,11 @@ void TDocument::continueTestRun()
         return beginTestRun();
     TestRun &run = *m_testRun;
     const std::size_t total = run.files.size();
-    const TDocumentSlice slice;
+    const bool isAtOnce = run.next == 0 && total <= kTestedAtOnce;
+    const TDocumentSlice slice(isAtOnce ? kLongestAtOnce : TDocumentSlice::kLength);
     while (run.next < total) {
         run.stepper->step(*run.files[run.next++], run.log);
-        if (total <= kTestedAtOnce || !slice.isOver())
+        if (!slice.isOver())
             continue;
         tell(&TDocumentHost::showProgress, static_cast<qint64>(run.next),
              static_cast<qint64>(total));

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void testRun();
     void testRunOfManyFiles();
     void cancelledTestRun();
+    void testRunOfSlowNames();
     void countersOfTheForms();
     void newestRunWins();
     void partialRun();
@@ -315,6 +316,20 @@ void TestTDocumentRuns::cancelledTestRun()
     QVERIFY(fixture.settle());
     QCOMPARE(fixture.targets(), before);
     QVERIFY(fixture.host.callsOf(u"error log"_s).empty());
+}
+
+/// Few files may take long as well, and the window has to go on meanwhile.
+void TestTDocumentRuns::testRunOfSlowNames()
+{
+    DocumentFixture fixture;
+    QVERIFY(fixture.drop(fixture.makeFiles(u"aaaaaaaaaaaa%1"_s, 3)));
+    TDocument &document = *fixture.document;
+    document.setLiveUpdate(false);
+    document.addRules({patternRule(u"(.*)(.*)(.*)(.*)(.*)(.*)X"_s, u"-"_s)}, 0);
+    document.testRun();
+    QVERIFY(document.hasWorkToCancel());
+    QVERIFY(fixture.settle());
+    QCOMPARE(fixture.host.callsOf(u"error log"_s).size(), 1);
 }
 
 void TestTDocumentRuns::countersOfTheForms()
