@@ -318,6 +318,13 @@ void TestFilePane::filtersFollowNames()
     QCOMPARE(shown.shown(), QStringList({u"d.txt"_s, u"b.txt"_s, u"a.txt"_s, u"0.txt"_s}));
     QVERIFY(shown.batch.useRules({textRule(u"y"_s)}));
     QTRY_COMPARE(shown.pill(u"Unchanged"_s).count(), 0);
+    shown.pill(u"Unchanged"_s).click(); // which has no rows, and says so
+    QVERIFY(shown.shown().isEmpty());
+    const QImage said = shown.table->viewport()->grab().toImage();
+    shown.table->setHint(u"No file keeps its name."_s);
+    QCOMPARE(said, shown.table->viewport()->grab().toImage());
+    shown.table->setHint({});
+    QVERIFY(said != shown.table->viewport()->grab().toImage());
 }
 
 void TestFilePane::selectionFollowsFiles()
