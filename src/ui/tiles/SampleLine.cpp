@@ -144,7 +144,9 @@ void SampleLine::paintEvent(QPaintEvent *)
     if (m_newName.isEmpty())
         return say(tr("Put elements into the recipe to make a new name"), colors.muted,
                    placed(newStart, width() - newStart), start);
-    const QString note = tr("the selected file, part by part");
+    // Whoever has dragged a first tile here may not know yet that it can be changed.
+    const QString note = m_document.ruleArray().size() == 1 ? tr("double-click a tile to change it")
+                                                            : tr("the selected file, part by part");
     const int noteWidth = metrics.horizontalAdvance(note) + 1;
     int newWidth = width() - newStart;
     const int wish = std::max(static_cast<int>(m_newName.width(font())), kLeastNewName);
