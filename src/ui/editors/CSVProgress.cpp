@@ -16,10 +16,9 @@ constexpr int kCharacters = 56;
 
 } // namespace
 
-CSVProgress::CSVProgress(QWidget *editor)
+CSVProgress::CSVProgress(const QString &fileName, QWidget *editor)
     : QDialog(editor)
     , m_bar(new QProgressBar(this))
-    , m_title(new EditorLabel({}, EditorLabel::Tone::Title, this))
 {
     setWindowModality(Qt::WindowModal);
     setAccessibleName(tr("Reading the CSV file"));
@@ -27,7 +26,9 @@ CSVProgress::CSVProgress(QWidget *editor)
     m_bar->setTextVisible(false);
     m_bar->setAccessibleName(tr("Progress"));
     m_bar->setMinimumWidth(fontMetrics().averageCharWidth() * kCharacters);
-    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto *title =
+        new EditorLabel(tr("Reading %1...").arg(fileName), EditorLabel::Tone::Title, this);
+    title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto *cancel = new QPushButton(tr("Cancel"), this);
     cancel->setAutoDefault(false); // no reading ends by a stray Return
     connect(cancel, &QPushButton::clicked, this, &CSVProgress::reject);
@@ -35,16 +36,10 @@ CSVProgress::CSVProgress(QWidget *editor)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     layout->setSpacing(kGap);
-    layout->addWidget(m_title);
+    layout->addWidget(title);
     layout->addWidget(m_bar);
     layout->addWidget(cancel, 0, Qt::AlignRight);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-}
-
-void CSVProgress::setFileName(const QString &name)
-{
-    m_title->setText(tr("Reading %1...").arg(name));
-    m_bar->setValue(0);
 }
 
 void CSVProgress::setValue(int part)

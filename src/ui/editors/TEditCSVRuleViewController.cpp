@@ -73,6 +73,7 @@ TEditCSVRuleViewController::TEditCSVRuleViewController(const TRulePtr &rule,
     setAcceptDrops(true);
     m_patience.setSingleShot(true);
     m_patience.setInterval(kPatience);
+    connect(&m_patience, &QTimer::timeout, this, &TEditCSVRuleViewController::showProgress);
     connect(m_loader, &CSVLoader::loaded, this, &TEditCSVRuleViewController::fileLoaded);
     addFileRows();
     addTable();
@@ -92,14 +93,6 @@ void TEditCSVRuleViewController::addFileRows()
     fileLine->addWidget(m_choose);
     fileLine->addWidget(m_file, 1);
     form().addWide(file);
-
-    m_progress = new CSVProgress(this);
-    connect(&m_patience, &QTimer::timeout, m_progress, &QDialog::open);
-    connect(m_loader, &CSVLoader::progressed, m_progress, &CSVProgress::setValue);
-    connect(m_progress, &QDialog::rejected, this, [this] {
-        m_loader->cancel();
-        showLoading({});
-    });
 
     m_problem = new EditorLabel({}, EditorLabel::Tone::Problem, this);
     m_problem->setWordWrap(true);
@@ -233,7 +226,6 @@ void TEditCSVRuleViewController::chooseFile()
 void TEditCSVRuleViewController::loadFile(const QString &path)
 {
     m_problem->hide();
-    m_progress->setFileName(shownName(path));
     m_loader->load(path);
     showLoading(path);
 }
@@ -245,8 +237,20 @@ void TEditCSVRuleViewController::showLoading(const QString &path)
         m_patience.stop();
     else
         m_patience.start();
-    m_progress->hide();
+    if (m_progress)
+        m_progress->deleteLater(); // which may be what calls
     showSource();
+}
+
+void TEditCSVRuleViewController::showProgress()
+{
+    m_progress = new CSVProgress(shownName(m_loading), this);
+    connect(m_loader, &CSVLoader::progressed, m_progress, &CSVProgress::setValue);
+    connect(m_progress, &QDialog::rejected, this, [this] {
+        m_loader->cancel();
+        showLoading({});
+    });
+    m_progress->open();
 }
 
 void TEditCSVRuleViewController::fileLoaded(const CSVLoader::Result &result)

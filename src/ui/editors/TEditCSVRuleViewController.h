@@ -43,12 +43,12 @@ private:
     void fileLoaded(const CSVLoader::Result &result);
     void tellFailure(const QString &path, const QString &problem);
     void showLoading(const QString &path);
+    void showProgress();
     void showSource();
     QString tableSummary() const;
     QString columnRemark() const;
 
     CSVLoader *m_loader;
-    CSVProgress *m_progress = nullptr;
     CSVTableModel *m_model;
     CSVTableView *m_table = nullptr;
     DropHint *m_hint = nullptr;
@@ -59,6 +59,7 @@ private:
     EditorForm::Row m_tableRow;
     EditorForm::Row m_columnRow;
     QPointer<QFileDialog> m_panel;
+    QPointer<CSVProgress> m_progress;
     QTimer m_patience; ///< quick readings show no progress
     QString m_loading; ///< the file that is being read; empty when there is none
 };
