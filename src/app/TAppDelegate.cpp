@@ -72,6 +72,7 @@ TAppDelegate::TAppDelegate(const Services &services)
 
 TAppDelegate::~TAppDelegate()
 {
+    m_runner.reset(); // stops at the file in hand; its queue waits for no more than that
     if (!m_recovery->waitFor(kRecoveryPatience))
         m_recovery->abandon();
 }

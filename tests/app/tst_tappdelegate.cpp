@@ -128,6 +128,7 @@ private Q_SLOTS:
     void severalInterruptedRuns();
     void aFolderThatDoesNotAnswer();
     void rollBackCommand();
+    void endDuringARollback();
     void endingAtAnyMoment();
 };
 
@@ -304,6 +305,40 @@ void TestTAppDelegate::aFolderThatDoesNotAnswer()
     QVERIFY(recovery->waitFor(30s));
     program.mainThread.pump();
     QCOMPARE(program.host.callsOf(u"alert"_s), L());
+}
+
+/// What goes on after the window has gone is no more than the file in hand.
+void TestTAppDelegate::endDuringARollback()
+{
+    Program program;
+    program.launch();
+    program.settle();
+    const auto url = [&program](const QString &name) {
+        return TFileURL::fileURLWithPath(program.tree.path(u"files/"_s + name));
+    };
+    const auto writer = RollbackLogWriter::create(program.tree.folder(u"logs"_s)).value();
+    for (const QString &name : {u"a"_s, u"b"_s, u"c"_s}) {
+        program.tree.file(u"files/new "_s + name);
+        TRenameTRX record = TRenameTRX::TRXWithSource(url(name));
+        record.renamedURL = url(u"new "_s + name);
+        record.renameComplete = true;
+        writer->append(record);
+    }
+    program.delegate->rollBackLogWithURL(
+        TFileURL::fileURLWithPath(writer->finish(program.clock.now()).value()));
+    TDoRollBackWindowController *const runner = program.host.runner;
+    program.mainThread.pumpUntil([&] { return runner->state() == State::Analysed; });
+    std::promise<void> started;
+    std::promise<void> ended;
+    program.disk.before(FaultyFileManager::Call::RenameNoReplace, [&] {
+        started.set_value();
+        ended.get_future().wait_for(5s);
+    });
+    QObject::connect(runner, &QObject::destroyed, runner, [&] { ended.set_value(); });
+    runner->rollBack();
+    started.get_future().wait();
+    program.delegate.reset();
+    QCOMPARE(program.tree.list(u"files"_s), L({u"a"_s, u"new b"_s, u"new c"_s}));
 }
 
 void TestTAppDelegate::rollBackCommand()
