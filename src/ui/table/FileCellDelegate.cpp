@@ -20,6 +20,17 @@ QString withoutMiddle(const QString &text)
     return text.first(kMostShown - kShownEnd) + kEllipsis + text.last(kShownEnd);
 }
 
+/// What is left of a text that was cut is shaped anew, and may come out wider than its room.
+QString fitted(const QString &text, const QFontMetrics &metrics, Qt::TextElideMode mode, int room)
+{
+    QString shown = metrics.elidedText(text, mode, room);
+    if (shown.size() == text.size())
+        return shown;
+    if (const int excess = metrics.horizontalAdvance(shown) - room; excess > 0)
+        shown = metrics.elidedText(text, mode, room - excess);
+    return shown;
+}
+
 } // namespace
 
 const FileTableModel &fileTableModel(const QModelIndex &index)
@@ -106,10 +117,10 @@ void FileCellDelegate::paintContent(QPainter &painter, const QStyleOptionViewIte
     const QFontMetrics metrics(m_look.font);
     const QString text = withoutMiddle(index.data(Qt::DisplayRole).toString());
     QString shown =
-        metrics.elidedText(text, isName ? Qt::ElideMiddle : Qt::ElideRight, rect.width());
+        fitted(text, metrics, isName ? Qt::ElideMiddle : Qt::ElideRight, rect.width());
     if (const QString shorter = shown == text ? QString() : model.shortText(index);
         !shorter.isEmpty())
-        shown = metrics.elidedText(shorter, Qt::ElideRight, rect.width());
+        shown = fitted(shorter, metrics, Qt::ElideRight, rect.width());
     // Names, numbers and dates read as their own text does, whichever way the window runs.
     painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const Qt::Alignment alignment = QStyle::visualAlignment(
