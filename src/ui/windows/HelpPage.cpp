@@ -143,4 +143,6 @@ void HelpPage::fitPictures(QTextDocument &document, int pageWidth, const QPalett
         format.setHeight(scaled.height() / ratio);
         reformat(document, fragment, format);
     }
+    // Otherwise the lines below, which have a new width as well, may be laid over each other.
+    document.markContentsDirty(0, document.characterCount());
 }
