@@ -237,8 +237,10 @@ void TEditCSVRuleViewController::showLoading(const QString &path)
         m_patience.stop();
     else
         m_patience.start();
-    if (m_progress)
-        m_progress->deleteLater(); // which may be what calls
+    if (m_progress) {
+        m_progress->hide(); // gives the window the keyboard back
+        m_progress->deleteLater();
+    }
     showSource();
 }
 

@@ -72,6 +72,7 @@ struct EditorStage : DocumentFixture
         popover = Popover::open(rule ? RuleEditors::editorFor(rule, context())
                                      : RuleEditors::extensionEditor(context()),
                                 &tile);
+        window.activateWindow(); // as a window manager does when a sheet has gone
         return QTest::qWaitForWindowActive(&window) ? popover->content() : nullptr;
     }
     void close() const { QTest::keyClick(popover, Qt::Key_Escape); }
