@@ -34,14 +34,16 @@ class Window:
 
     def confirm(self):
         """Goes as far as the question, for which the plan is made, and answers it."""
-        activate("Tavrin 10")
+        activate("Tavrin 10", "that is to rename")
 
         def asked():
-            if not self.records(".journal"):
-                # Too early, and nothing happens or another message comes.
-                press("Escape", "ctrl+Return")
-                time.sleep(1)
-            return self.records(".journal")
+            press("ctrl+Return")
+            for _ in range(100):
+                if self.records(".journal"):
+                    return True
+                time.sleep(0.1)
+            press("Escape")  # too early, and another message has come
+            return False
 
         wait_for("the question", asked)
         press("Tab")

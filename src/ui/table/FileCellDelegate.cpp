@@ -116,8 +116,7 @@ void FileCellDelegate::paintContent(QPainter &painter, const QStyleOptionViewIte
     const FileTableModel &model = fileTableModel(index);
     const QFontMetrics metrics(m_look.font);
     const QString text = withoutMiddle(index.data(Qt::DisplayRole).toString());
-    QString shown =
-        fitted(text, metrics, isName ? Qt::ElideMiddle : Qt::ElideRight, rect.width());
+    QString shown = fitted(text, metrics, isName ? Qt::ElideMiddle : Qt::ElideRight, rect.width());
     if (const QString shorter = shown == text ? QString() : model.shortText(index);
         !shorter.isEmpty())
         shown = fitted(shorter, metrics, Qt::ElideRight, rect.width());
