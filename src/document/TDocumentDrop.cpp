@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TDocumentDrop.h"
 
-#include "commonprocs/FileExpansion.h"
 #include "document/TDocumentSlice.h"
 
 #include <QCoreApplication>
@@ -76,6 +75,7 @@ TDocumentDrop::Found TDocumentDrop::listed(FileManager &fileManager, const TFile
         expansion.add(url.path(), stop);
     Found found;
     found.folders = expansion.listedFolders();
+    found.problems = expansion.problems();
     found.items = expansion.takeFiles();
     found.identities.reserve(found.items.size());
     for (const TFileItem &item : found.items) {
@@ -138,7 +138,8 @@ void TDocumentDrop::nextStage()
     } else {
         m_batch.showAdded();
         const auto finished = m_batch.finished; // which may be the end of this drop
-        finished();
+        const auto found = m_found;
+        finished(found->problems);
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "commonprocs/FileExpansion.h"
 #include "commonprocs/HashSet128.h"
 #include "commonprocs/URLListProcessing.h"
 #include "document/AnalysisRun.h"
@@ -34,7 +35,8 @@ public:
         std::function<void(const TFileItem &item, qsizetype total)> add;
         /// The entries made since the last call come into the list.
         std::function<void()> showAdded;
-        std::function<void()> finished;
+        /// With what could not be found or read; the other items have come.
+        std::function<void(const std::vector<FileExpansion::Problem> &problems)> finished;
     };
 
     TDocumentDrop(FileManager &fileManager, TDocumentMailPtr mail, Batch batch);
@@ -49,6 +51,7 @@ private:
         std::vector<TFileItem> items;
         std::vector<std::pair<quint64, quint64>> identities; ///< of the items, links followed
         std::vector<TFolderPtr> folders;
+        std::vector<FileExpansion::Problem> problems;
     };
     using Identity = std::pair<quint64, quint64>;
     using Step = bool (TDocumentDrop::*)(); ///< one item; false when there is none left

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "commonprocs/ByteNames.h"
 #include "document/NameGeneration.h"
 #include "document/TDocument.h"
 #include "document/TDocumentDrag.h"
@@ -6,12 +7,26 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr const char *kAddFiles = QT_TRANSLATE_NOOP("TDocument", "Add Files");
 constexpr const char *kCleaningCount =
     QT_TRANSLATE_NOOP("TDocument", "cleaning up drop... (%ld/%ld)");
+constexpr const char *kNotAdded = QT_TRANSLATE_NOOP("TDocument", "Not everything could be added");
+constexpr const char *kAndMore = QT_TRANSLATE_NOOP("TDocument", "... and %@ more");
 constexpr qsizetype kStatusStep = 100;
+constexpr std::size_t kMostNamed = 8;
+
+/// One path a line, with what is wrong with it and what to do.
+QStringList linesOf(const std::vector<FileExpansion::Problem> &problems)
+{
+    QStringList lines;
+    for (std::size_t i = 0; i < std::min(problems.size(), kMostNamed); ++i)
+        lines += ByteNames::forDisplay(problems[i].path) + u": "_s + problems[i].text;
+    return lines;
+}
 
 } // namespace
 
@@ -115,7 +130,22 @@ void TDocument::beginNextDrop()
                 m_theFoldersWeUse.addFolder(TFileURL::fileURLWithPath(folder->path()), true);
             },
             [this](const TFileItem &item, qsizetype total) { addDropped(item, total); },
-            [this] { showDropped(); }, [this] { dropFinished(); }});
+            [this] { showDropped(); },
+            [this](const std::vector<FileExpansion::Problem> &problems) {
+                dropFinished();
+                if (problems.empty())
+                    return;
+                QStringList lines = linesOf(problems);
+                if (problems.size() > kMostNamed)
+                    lines += text(kAndMore, {QString::number(problems.size() - kMostNamed)});
+                tell(&TDocumentHost::ask,
+                     TDialogHost::Question{TDialogHost::Form::Sheet,
+                                           text(kNotAdded),
+                                           lines.join(u"\n\n"_s),
+                                           QString(),
+                                           {}},
+                     TDialogHost::Answered());
+            }});
     m_drop->start(pending.urls);
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TDocumentDrag.h"
 #include "support/DocumentFixture.h"
+#include "support/Table.h"
 
 #include <QTest>
 
@@ -71,6 +72,8 @@ private Q_SLOTS:
     void newDocument();
     void drops_data();
     void drops();
+    void whatCannotBeAdded_data();
+    void whatCannotBeAdded();
     void dropsOfTheSameFile_data();
     void dropsOfTheSameFile();
     void dropStatuses();
@@ -162,6 +165,31 @@ void TestTDocumentFiles::drops()
     fixture.document->undoStack().redo();
     QTEST(fixture.names(), "names");
     QCOMPARE(fixture.document->undoStack().undoText(), u"Add Files"_s);
+}
+
+void TestTDocumentFiles::whatCannotBeAdded_data()
+{
+    const Table<int, int, QString> row("missing", "named", "end");
+    row("nothing", 0, 0, QString());
+    row("one of two", 1, 1, u"Check the spelling.||"_s);
+    row("more than anybody reads", 20, 8, u"\n\n... and 12 more||"_s);
+}
+
+void TestTDocumentFiles::whatCannotBeAdded()
+{
+    QFETCH(const int, missing);
+    QFETCH(const QString, end);
+    DocumentFixture fixture;
+    QStringList names{fixture.tree.file(u"there.x"_s)};
+    for (int i = 0; i < missing; ++i)
+        names += u"gone\n%1"_s.arg(i);
+    QVERIFY(fixture.drop(names));
+    QCOMPARE(fixture.names(), QStringList(u"there.x"_s));
+    const QString told =
+        fixture.host.callsOf(u"sheet: Not everything could be added|"_s).join(u'#');
+    QTEST(static_cast<int>(told.count(u"/gone\\x0A"_s)), "named");
+    QVERIFY2(told.endsWith(end), qPrintable(told));
+    QCOMPARE(told.isEmpty(), missing == 0);
 }
 
 void TestTDocumentFiles::dropsOfTheSameFile_data()
