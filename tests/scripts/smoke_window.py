@@ -57,8 +57,13 @@ def virtual_display():
         os.close(writing)
         with os.fdopen(reading) as numbers:
             os.environ["DISPLAY"] = ":" + numbers.readline().strip()
-        with running(["openbox"], stderr=subprocess.DEVNULL):
-            yield
+        # A window that comes before its manager listens may stay hidden for ever.
+        with tempfile.TemporaryDirectory() as folder:
+            ready = pathlib.Path(folder) / "ready"
+            manager = ["openbox", "--startup", f"touch {ready}"]
+            with running(manager, stderr=subprocess.DEVNULL):
+                wait_for("the start of the window manager", ready.exists)
+                yield
 
 
 def xdotool(*arguments):
