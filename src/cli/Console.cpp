@@ -146,12 +146,7 @@ void Console::printArrow(QStringView oldName, QStringView newName)
 
 void Console::printArrow(QStringView oldName, const QByteArray &colouredName)
 {
-    m_line.resize(0);
-    appendDisplayed(m_line, oldName);
-    m_line += kArrow;
-    m_line += colouredName;
-    m_line += '\n';
-    print(m_line);
+    print(displayed(oldName).append(kArrow).append(colouredName).append('\n'));
 }
 
 void Console::printLine(QStringView text)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commonprocs/ByteNames.h"
 
+#include "platform/Ascii.h"
+
 #include <QVarLengthArray>
 
 #include <algorithm>
@@ -55,14 +57,6 @@ bool isAscii(QByteArrayView bytes)
     uchar all = 0;
     for (const char byte : bytes)
         all |= static_cast<uchar>(byte);
-    return all < 0x80;
-}
-
-bool isAscii(QStringView text)
-{
-    char16_t all = 0;
-    for (const QChar unit : text)
-        all |= unit.unicode();
     return all < 0x80;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/BinaryPlistWriter.h"
 
+#include "platform/Ascii.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -33,14 +35,6 @@ int bytesFor(quint64 value)
 quint8 sizeExponent(int bytes)
 {
     return static_cast<quint8>(std::countr_zero(static_cast<unsigned>(bytes)));
-}
-
-bool isAscii(QStringView text)
-{
-    char16_t all = 0;
-    for (const QChar unit : text)
-        all = static_cast<char16_t>(all | unit.unicode());
-    return all < 0x80;
 }
 
 } // namespace
