@@ -17,10 +17,11 @@ constexpr QLatin1StringView kScheme = "file://"_L1;
 constexpr QLatin1StringView kLocalHost = "localhost"_L1;
 constexpr QChar kSlash = u'/';
 
+/// "" with errno set when it has been removed.
 QString currentFolder()
 {
     char *const path = getcwd(nullptr, 0);
-    QString result = path != nullptr ? ByteNames::fromBytes(path) : u"/"_s;
+    QString result = path != nullptr ? ByteNames::fromBytes(path) : QString();
     std::free(path); // NOLINT(cppcoreguidelines-no-malloc): getcwd's own allocation
     return result;
 }
@@ -56,6 +57,8 @@ TFileURL TFileURL::fileURLWithPath(const QString &path)
     if (path.isEmpty() || path.contains(QChar::Null))
         return {};
     const QString whole = absolutePath(path);
+    if (whole.isEmpty())
+        return {};
     const qsizetype slash = whole.lastIndexOf(kSlash);
     return {std::make_shared<const TFolder>(whole.left(std::max<qsizetype>(slash, 1))),
             whole.mid(slash + 1)};
@@ -135,7 +138,13 @@ bool operator==(const TFileURL &a, const TFileURL &b)
 
 QString absolutePath(const QString &path)
 {
-    QString out = path.startsWith(kSlash) ? path : withSlash(currentFolder()) + path;
+    QString out = path;
+    if (!path.startsWith(kSlash)) {
+        const QString folder = currentFolder();
+        if (folder.isEmpty())
+            return {};
+        out = withSlash(folder) + path;
+    }
     if (out.contains("//"_L1)) {
         QString single;
         single.reserve(out.size());

@@ -70,7 +70,8 @@ private:
 Q_DECLARE_METATYPE(TFileURL)
 
 /// The path as an absolute one with single slashes and none at its end; a relative path stands in
-/// the current folder. Neither links nor "." and ".." are resolved.
+/// the current folder, and is "" with errno set when that has been removed. Neither links nor "."
+/// and ".." are resolved.
 QString absolutePath(const QString &path);
 
 /// Where a name splits into base and extension. A dot that leads the name starts no extension, a

@@ -146,6 +146,23 @@ private Q_SLOTS:
         QCOMPARE(found(expansion, tree), QStringList{u"d/f"_s});
     }
 
+    void nothingStandsInARemovedFolder()
+    {
+        TemporaryTree tree;
+        tree.file(u"d/f"_s);
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(tree.path(u"d"_s)));
+        QVERIFY(QDir(tree.path(u"d"_s)).removeRecursively());
+        DiskFileManager disk;
+        FileExpansion expansion(disk);
+        expansion.add(u"."_s);
+        expansion.add(u"etc"_s);
+        const bool isValid = TFileURL::fileURLWithPath(u"etc"_s).isValid();
+        QDir::setCurrent(before);
+        QVERIFY(expansion.files().empty() && !isValid);
+        QCOMPARE(expansion.problems().size(), 2U);
+    }
+
     void factsAreTheItemsOwn()
     {
         TemporaryTree tree;
