@@ -118,6 +118,13 @@ QString converted(const QString &string, Convert convert)
     }
 }
 
+/// Whether a cut before the unit at a position would leave half a pair on either side.
+bool dividesPair(QStringView text, qsizetype position)
+{
+    return position > 0 && position < text.size() && text[position - 1].isHighSurrogate() &&
+           text[position].isLowSurrogate();
+}
+
 /// Where the rest begins after the first component and the separators that follow it.
 qsizetype endOfFirstComponent(QStringView path)
 {
@@ -148,12 +155,29 @@ QString romanNumeralsFromInt(qint64 value)
 
 QString stringByDroppingFistNCharactes(const QString &string, qint64 n)
 {
-    return n < 1 ? string : string.sliced(qMin<qint64>(n, string.size()));
+    if (n < 1 || n >= string.size())
+        return n < 1 ? string : u""_s;
+    QString result = string.sliced(n);
+    if (dividesPair(string, n))
+        result.front() = QChar::ReplacementCharacter;
+    return result;
 }
 
 QString stringByDroppingLastNCharactes(const QString &string, qint64 n)
 {
-    return n < 1 ? string : string.first(qMax<qint64>(0, string.size() - n));
+    QString result = string;
+    if (n > 0)
+        limitLength(result, qMax<qint64>(0, string.size() - n));
+    return result;
+}
+
+void limitLength(QString &string, qint64 n)
+{
+    if (n >= string.size())
+        return;
+    if (dividesPair(string, n))
+        string[n - 1] = QChar::ReplacementCharacter;
+    string.truncate(n);
 }
 
 QString insertBlankbeforeUpperCaseTransition(const QString &string)

@@ -12,9 +12,12 @@ constexpr qsizetype kMaxPadding = 1 << 20;
 /// Greedy lower-case Roman numeral; "" for 0 and below; thousands repeat "m" without limit (but no
 /// longer than kMaxPadding units of them).
 QString romanNumeralsFromInt(qint64 value);
-/// The string without its first (last) n units; "" when n is at least the length.
+/// The string without its first (last) n units; "" when n is at least the length. What a cut leaves
+/// of a surrogate pair becomes U+FFFD at once, because half a pair can look like a raw byte.
 QString stringByDroppingFistNCharactes(const QString &string, qint64 n);
 QString stringByDroppingLastNCharactes(const QString &string, qint64 n);
+/// Cuts the string to its first n units, in the same way; n is not negative.
+void limitLength(QString &string, qint64 n);
 /// A blank between a lower-case letter and an upper-case one ("myPhoto" becomes "my Photo").
 QString insertBlankbeforeUpperCaseTransition(const QString &string);
 /// The path without its first component: the first keeps a leading "/", the second does not.

@@ -190,5 +190,5 @@ void TDateRule::handleMaxSizeFor(QString &text)
     if (m_limitSize == 0 || text.size() <= m_maxSize)
         return;
     m_maxSize = qMax<qint64>(m_maxSize, 1);
-    text.truncate(m_maxSize);
+    limitLength(text, m_maxSize);
 }

@@ -37,6 +37,30 @@ private Q_SLOTS:
         QVERIFY(text.endsWith("dcccvii"_L1));
     }
 
+    void cutting_data()
+    {
+        const Table<QString, qint64, QString, QString> row("text", "n", "head", "rest");
+        row("none", u"abc", 0, u"", u"abc");
+        row("some", u"abc", 1, u"a", u"bc");
+        row("all", u"abc", 3, u"abc", u"");
+        row("beyond", u"abc", 4, u"abc", u"");
+        row("beside a pair", u"a\U0001F4F7", 1, u"a", u"\U0001F4F7");
+        // The lower half of this one looks like the byte F7.
+        row("within a pair", u"a\U0001F4F7z", 2, u"a\uFFFD", u"\uFFFDz");
+        row("beside a byte", u"\xDCF7z", 1, u"\xDCF7", u"z");
+    }
+
+    void cutting()
+    {
+        QFETCH(QString, text);
+        QFETCH(qint64, n);
+        QString head = text;
+        limitLength(head, n);
+        QTEST(head, "head");
+        QCOMPARE(stringByDroppingLastNCharactes(text, text.size() - n), head);
+        QTEST(stringByDroppingFistNCharactes(text, n), "rest");
+    }
+
     void blankBeforeUpperCase_data()
     {
         const Table<QString, QString> row("text", "expected");

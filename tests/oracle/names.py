@@ -38,6 +38,15 @@ def without_halves(text):
     return units(re.sub("[\ud800-\udc7f\udd00-\udfff]", "\ufffd", whole(text)))
 
 
+def cut(text, start, end):
+    """From start to end; what that leaves of a pair is no byte, whatever it looks like."""
+    kept = list(text[start:end])
+    for at, place in (start, 0), (end, -1):
+        if kept and len(whole(text[:at])) + len(whole(text[at:])) > len(whole(text)):
+            kept[place] = "\ufffd"
+    return "".join(kept)
+
+
 def to_disk(text):
     return whole(without_halves(text)).encode("utf-8", "surrogateescape")
 
@@ -129,8 +138,8 @@ class Recipe:
             text = entry.extension if which == 4 else entry.name
         else:
             return "Error - end reached"
-        text = text[max(rule["dropFromBeginning"], 0):]
-        text = text[:max(len(text) - max(rule["dropFromEnd"], 0), 0)]
+        text = cut(text, max(rule["dropFromBeginning"], 0), len(text))
+        text = cut(text, 0, max(len(text) - max(rule["dropFromEnd"], 0), 0))
         if which != 1 and rule["stringToLookFor"]:
             text = replaced(text, rule)
         text = units("".join(c for c in whole(text) if c not in whole(rule["charsToStrip"])))
@@ -191,7 +200,7 @@ def filled(text, rule, width, at_end=False):
 def sized(text, rule):
     text = filled(text, rule, rule["padding"], rule["paddingPosition"])
     limited = rule["limitSize"] and len(text) > rule["maxSize"]
-    return text[:max(rule["maxSize"], 1)] if limited else text
+    return cut(text, 0, max(rule["maxSize"], 1)) if limited else text
 
 
 def size_text(size, rule):
