@@ -145,6 +145,27 @@ TFileObject::Side &TFileObject::side()
     return *m_side;
 }
 
+/// Whether it was set, or can be derived.
+bool TFileObject::has(std::optional<QString> Side::*text) const
+{
+    return m_item.url.isValid() || (m_side && (*m_side).*text);
+}
+
+/// What location and name gave stays when one of them is about to be set.
+void TFileObject::keepDerived()
+{
+    if (!m_item.url.isValid())
+        return;
+    Side &kept = side();
+    kept.thePath = thePath();
+    kept.fileName = fileName();
+    kept.extension = extension();
+    kept.parent = parent();
+    kept.icon = icon();
+    if (!m_isTargetShown)
+        kept.targetName = targetName();
+}
+
 QString TFileObject::thePath() const
 {
     return m_side && m_side->thePath ? *m_side->thePath : m_item.url.path();
@@ -159,6 +180,7 @@ QString TFileObject::fileName() const
 
 void TFileObject::setFileName(const QString &name)
 {
+    keepDerived();
     side().fileName = name;
 }
 
@@ -171,6 +193,7 @@ QString TFileObject::extension() const
 
 void TFileObject::setExtension(const QString &extension)
 {
+    keepDerived();
     side().extension = extension;
 }
 
@@ -301,23 +324,22 @@ QVariantMap TFileObject::properties() const
         if (present)
             map.insert(QString(key), QVariant::fromValue(value));
     };
-    const bool hasURL = m_item.url.isValid();
-    put(kThePath, hasURL || (m_side && m_side->thePath), thePath());
-    put(kFileName, hasURL || (m_side && m_side->fileName), fileName());
-    put(kExtension, hasURL || (m_side && m_side->extension), extension());
+    put(kThePath, has(&Side::thePath), thePath());
+    put(kFileName, has(&Side::fileName), fileName());
+    put(kExtension, has(&Side::extension), extension());
     put(kIcon, icon().isSet(), icon());
     put(kTargetName, !targetName().isNull(), targetName());
     put(kAttributedTargetName, !m_attributedTargetName.isEmpty(), m_attributedTargetName);
     put(kAttributedTargetExtension, !m_targetExtension.isEmpty(), attributedTargetExtension());
-    put(kSourceURL, hasURL, m_item.url);
+    put(kSourceURL, m_item.url.isValid(), m_item.url);
     put(kTargetURL, targetURL().isValid(), targetURL());
     put(kImageProperties, m_imageProperties != nullptr, m_imageProperties);
     put(kID3, m_id3 != nullptr, m_id3);
     put(kModificationDate, modificationDate().isSet(), modificationDate());
     put(kCreationDate, creationDate().isSet(), creationDate());
-    put(kParent, hasURL || (m_side && m_side->parent), parent());
+    put(kParent, has(&Side::parent), parent());
     put(kAvLyrics, !avLyrics().isNull(), avLyrics());
-    put(kErrLog, true, m_errLog);
+    put(kErrLog, !m_errLog.isEmpty(), m_errLog);
     put(kSize, true, size());
     put(kHasBeenProcessed, true, m_hasBeenProcessed);
     if (avMetadata().isValid())
@@ -327,7 +349,11 @@ QVariantMap TFileObject::properties() const
 
 void TFileObject::setProperties(const QVariantMap &properties)
 {
-    setIfPresent<TFileURL>(properties, kSourceURL, [&](const auto &v) { m_item.url = v; });
+    setIfPresent<TFileURL>(properties, kSourceURL, [&](const auto &v) {
+        if (v != m_item.url)
+            keepDerived();
+        m_item.url = v;
+    });
     // What the location says already needs no place of its own.
     setIfPresent<QString>(properties, kThePath, [&](const auto &v) {
         if (v != thePath())
@@ -383,9 +409,12 @@ void TFileObject::encodeWithCoder(TEncoder &coder) const
                                [&text](TEncoder &e) { text.encodeWithCoder(e); });
     };
     const TImage image = icon();
-    coder.encodeString(kThePath, thePath());
-    coder.encodeString(kFileName, fileName());
-    coder.encodeString(kExtension, extension());
+    if (has(&Side::thePath))
+        coder.encodeString(kThePath, thePath());
+    if (has(&Side::fileName))
+        coder.encodeString(kFileName, fileName());
+    if (has(&Side::extension))
+        coder.encodeString(kExtension, extension());
     if (image.isSet())
         coder.encodeObject(kIcon, TImage::archiveClass(),
                            [&image](TEncoder &e) { image.encodeWithCoder(e); });
@@ -400,9 +429,11 @@ void TFileObject::encodeWithCoder(TEncoder &coder) const
     coder.encodeInteger(kSize, size());
     coder.encodeDate(kModificationDate, modificationDate());
     coder.encodeDate(kCreationDate, creationDate());
-    coder.encodeString(kParent, parent());
+    if (has(&Side::parent))
+        coder.encodeString(kParent, parent());
     coder.encodeString(kAvLyrics, avLyrics());
-    m_errLog.encode(coder, kErrLog);
+    if (!m_errLog.isEmpty())
+        m_errLog.encode(coder, kErrLog);
     coder.encodeBool(kHasBeenProcessed, m_hasBeenProcessed);
 }
 
@@ -418,10 +449,14 @@ void TFileObject::initWithCoder(const TDecoder &coder)
     m_item.facts.size = coder.decodeInteger(kSize);
     m_item.facts.modification = coder.decodeDate(kModificationDate);
     m_item.facts.creation = coder.decodeDate(kCreationDate);
-    side().thePath = coder.decodeString(kThePath);
-    side().fileName = coder.decodeString(kFileName);
-    side().extension = coder.decodeString(kExtension);
-    side().parent = coder.decodeString(kParent);
+    const auto decodeSet = [&coder](QLatin1StringView key) {
+        const QString value = coder.decodeString(key);
+        return value.isNull() ? std::nullopt : std::optional(value);
+    };
+    side().thePath = decodeSet(kThePath);
+    side().fileName = decodeSet(kFileName);
+    side().extension = decodeSet(kExtension);
+    side().parent = decodeSet(kParent);
     TImage image;
     coder.decodeObject(kIcon, [&image](const TDecoder &d) { image.initWithCoder(d); });
     side().icon = image;

@@ -10,6 +10,7 @@
 #include <QVariantMap>
 
 #include <memory>
+#include <optional>
 
 /// One file of a batch: where it is, what it is called, what the rules make of its name, and the
 /// problems found for it. Live entries are shared by list, undo states and gathering and belong to
@@ -93,6 +94,8 @@ public:
 private:
     struct Side;
     Side &side();
+    void keepDerived();
+    bool has(std::optional<QString> Side::*text) const;
 
     TFileItem m_item;
     TMetadataPtr m_imageProperties;

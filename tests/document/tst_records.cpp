@@ -110,22 +110,53 @@ private Q_SLOTS:
     void propertiesHoldWhatIsSet()
     {
         const TFileObject empty;
-        const QStringList always{u"errLog"_s, u"hasBeenProcessed"_s, u"size"_s};
+        const QStringList always{u"hasBeenProcessed"_s, u"size"_s};
         QCOMPARE(empty.properties().keys(), always);
+    }
+
+    /// Much of an entry is derived from its location and its name, until one of them is set.
+    void setPropertiesLeavesTheRest_data()
+    {
+        const Table<QString, QVariant> row("key", "value");
+        row("name", u"fileName", u"other"_s);
+        row("extension", u"extension", u"png"_s);
+        row("parent", u"parent", u"p"_s);
+        row("path", u"thePath", u"/q"_s);
+        row("place", u"sourceURL", QVariant::fromValue(TFileURL::fileURLWithPath(u"/q/z/b.png"_s)));
+        row("size", u"size", qint64{7});
+        row("target", u"targetName", u"new"_s);
     }
 
     void setPropertiesLeavesTheRest()
     {
+        QFETCH(const QString, key);
+        QFETCH(const QVariant, value);
         const TemporaryTree tree;
         const auto entry =
             TFileObject::newFileObjectWithURL(TFileURL::fileURLWithPath(tree.file(u"d/a.txt"_s)));
-        entry->setProperties({{u"fileName"_s, u"other"_s}, {u"size"_s, qint64{7}}});
-        QCOMPARE(entry->fileName(), u"other"_s);
-        QCOMPARE(entry->size(), 7);
-        QCOMPARE(entry->extension(), u"txt"_s);
-        QCOMPARE(entry->parent(), u"d"_s);
-        entry->setProperties({});
-        QCOMPARE(entry->fileName(), u"other"_s);
+        QVariantMap expected = entry->properties();
+        expected[key] = value;
+        entry->setProperties({{key, value}});
+        const QVariantMap properties = entry->properties();
+        QCOMPARE(properties.keys(), expected.keys());
+        for (const QString &each : expected.keys())
+            QVERIFY2(properties[each] == expected[each], qPrintable(each));
+    }
+
+    void archivesHoldWhatIsSet()
+    {
+        const auto dummy = TFileObject::dummyObjectWithName(u"a"_s);
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        KeyedArchiver archiver(buffer);
+        archiver.appendObject(TFileObject::archiveClass(),
+                              [&](TEncoder &coder) { dummy->encodeWithCoder(coder); });
+        QVERIFY(archiver.finish());
+        auto archive = KeyedUnarchiver::fromData(buffer.data());
+        QVERIFY2(archive, qPrintable(archive.message()));
+        TFileObject read;
+        archive.value().forEachObject([&](const TDecoder &coder) { read.initWithCoder(coder); });
+        QCOMPARE(read.properties(), dummy->properties());
     }
 
     void targetAndShownNameCanDiffer()
