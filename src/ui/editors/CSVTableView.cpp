@@ -69,8 +69,12 @@ CSVTableView::CSVTableView(CSVTableModel *model, QWidget *parent)
     connect(model, &QAbstractItemModel::modelReset, this, [this] {
         fitColumns();
         scrollToChosen();
+        describeChosen();
     });
-    connect(model, &QAbstractItemModel::headerDataChanged, this, &CSVTableView::fitColumns);
+    connect(model, &QAbstractItemModel::headerDataChanged, this, [this] {
+        fitColumns();
+        describeChosen();
+    });
 }
 
 void CSVTableView::addHeaders()
@@ -115,11 +119,27 @@ void CSVTableView::setChosenColumn(qint64 column)
     viewport()->update();
     horizontalHeader()->viewport()->update();
     scrollToChosen();
+    describeChosen();
+}
+
+/// What strong letters tell the eye.
+void CSVTableView::describeChosen()
+{
+    setAccessibleDescription(
+        hasChosen()
+            ? tr("Uses column %1")
+                  .arg(model()->headerData(static_cast<int>(m_chosen), Qt::Horizontal).toString())
+            : QString());
+}
+
+bool CSVTableView::hasChosen() const
+{
+    return m_chosen >= 0 && m_chosen < model()->columnCount();
 }
 
 void CSVTableView::scrollToChosen()
 {
-    if (m_chosen < 0 || m_chosen >= model()->columnCount() || model()->rowCount() == 0)
+    if (!hasChosen() || model()->rowCount() == 0)
         return;
     const auto column = static_cast<int>(m_chosen);
     if (columnViewportPosition(column) < 0 ||

@@ -25,6 +25,8 @@ private:
     void addHeaders();
     void fitColumns();
     void scrollToChosen();
+    void describeChosen();
+    bool hasChosen() const;
 
     qint64 m_chosen = -1;
 };

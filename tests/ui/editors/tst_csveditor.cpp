@@ -61,6 +61,7 @@ private Q_SLOTS:
         QCOMPARE(csvRule.useColumn(), 1);
         QCOMPARE(rule->name(), u"CSV: Col(2)"_s);
         QCOMPARE(stage.preview(), u"IMG_0042.JPG \u2192 Rome"_s);
+        QCOMPARE(table->accessibleDescription(), u"Uses column 2 \u00b7 City"_s);
         QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
                           table->visualRect(table->model()->index(2, 0)).center());
         QCOMPARE(csvRule.useColumn(), 0);
