@@ -18,7 +18,7 @@ std::unique_ptr<AnalysisStepper> AnalysisRun::fullRunStepper(qsizetype files,
         rules, extensionHandler, options, colorCode, duplicatesAreCritical, files, &errorLog});
 }
 
-void AnalysisRun::partialRunFor(const TFileList &files) const
+void AnalysisRun::partialRunFor(const TFileList &files, TErrorLog *errorLog) const
 {
     if (rules)
         NameGeneration::prepareAllRules(*rules);
@@ -27,8 +27,8 @@ void AnalysisRun::partialRunFor(const TFileList &files) const
     qsizetype index = 0;
     for (const auto &file : files) {
         file->clearErrLog();
-        file->setAttributedTargetName(
-            NameGeneration::applyRuleSet(rules, *file, index++, nullptr, dict, options, colorCode));
+        file->setAttributedTargetName(NameGeneration::applyRuleSet(rules, *file, index++, errorLog,
+                                                                   dict, options, colorCode));
         file->setAttributedTargetExtension(
             NameGeneration::processExtensionForFile(*extensionHandler, *file, nullptr, dict));
     }

@@ -22,6 +22,7 @@ struct AnalysisRun
     void fullRun(const TFileList &files, TErrorLog &errorLog) const;
     /// The same for a caller that goes from file to file; rules and log must live as long.
     std::unique_ptr<AnalysisStepper> fullRunStepper(qsizetype files, TErrorLog &errorLog) const;
-    /// Recomputes only the shown name and extension of the given files.
-    void partialRunFor(const TFileList &files) const;
+    /// Recomputes only the shown name and extension of the given files. Problems of the names are
+    /// added to errorLog, which may be null.
+    void partialRunFor(const TFileList &files, TErrorLog *errorLog) const;
 };

@@ -321,6 +321,7 @@ private:
     void fullRunComplete(bool update);
     void beginTestRun();
     void continueTestRun();
+    void endTestRun();
     void testRunComplete();
 
     // TDocumentRename.cpp

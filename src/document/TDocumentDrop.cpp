@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 
 #include <fcntl.h>
+#include <utility>
 
 namespace {
 
@@ -108,8 +109,19 @@ void TDocumentDrop::postWork()
     });
 }
 
+void TDocumentDrop::resume()
+{
+    m_isSuspended = false;
+    if (std::exchange(m_isWaiting, false))
+        postWork();
+}
+
 void TDocumentDrop::work()
 {
+    if (m_isSuspended) {
+        m_isWaiting = true;
+        return;
+    }
     const TDocumentSlice slice;
     while ((this->*m_step)()) {
         if (slice.isOver()) {

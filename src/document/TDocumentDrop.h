@@ -43,6 +43,9 @@ public:
     ~TDocumentDrop();
 
     void start(TFileURLs urls);
+    /// Nothing more comes into the batch until it is resumed.
+    void suspend() { m_isSuspended = true; }
+    void resume();
 
 private:
     /// What the worker found.
@@ -83,5 +86,7 @@ private:
     Step m_step = nullptr;
     std::size_t m_place = 0; ///< within the stage
     qsizetype m_added = 0;
-    WorkerQueue m_worker; ///< last, so that it ends before what it uses
+    bool m_isSuspended = false;
+    bool m_isWaiting = false; ///< for being resumed
+    WorkerQueue m_worker;     ///< last, so that it ends before what it uses
 };

@@ -146,6 +146,8 @@ void TDocument::beginNextDrop()
                                            {}},
                      TDialogHost::Answered());
             }});
+    if (m_testRun)
+        m_drop->suspend();
     m_drop->start(pending.urls);
 }
 
@@ -184,7 +186,6 @@ void TDocument::showDropped()
     Q_EMIT filesAboutToBeInserted(m_dropRow, m_dropRow + count - 1);
     list.insert(list.begin() + m_dropRow, m_dropped.begin(), m_dropped.end());
     listChanged();
-    ++m_testRunVersion; // they are analysed when their metadata have come
     Q_EMIT filesInserted();
     m_dropRow += count;
     m_dropAfter = m_dropped.back();

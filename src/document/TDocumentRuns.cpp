@@ -139,7 +139,7 @@ void TDocument::applyForecasts(qsizetype first, std::vector<ForecastStepper::For
 void TDocument::cancelAnalysis()
 {
     m_analysis.cancel();
-    m_testRun.reset();
+    endTestRun();
     m_facts.stop();
     m_facts.forgetCollected();
     m_renameWanted = false;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TDocument.h"
+#include "document/TDocumentDrop.h"
 #include "document/TDocumentSlice.h"
 
 namespace {
@@ -41,7 +42,8 @@ void TDocument::fullRunComplete(bool update)
 
 void TDocument::partialRunFor(const TFileList &files, bool update)
 {
-    analysisRun().partialRunFor(files);
+    analysisRun().partialRunFor(files, m_errorLog ? &*m_errorLog : nullptr);
+    Q_EMIT errorLogChanged();
     if (update)
         redisplay();
 }
@@ -60,6 +62,8 @@ void TDocument::beginTestRun()
     m_testRun->stepper = analysisRun().fullRunStepper(
         static_cast<qsizetype>(m_testRun->files.size()), m_testRun->log);
     m_testRunVersion = m_batchVersion;
+    if (m_drop)
+        m_drop->suspend(); // the names of new files would make the rules' counters go on
     continueTestRun();
 }
 
@@ -85,10 +89,17 @@ void TDocument::continueTestRun()
     testRunComplete();
 }
 
+void TDocument::endTestRun()
+{
+    m_testRun.reset();
+    if (m_drop)
+        m_drop->resume();
+}
+
 void TDocument::testRunComplete()
 {
     m_errorLog = std::move(m_testRun->log);
-    m_testRun.reset();
+    endTestRun();
     Q_EMIT workChanged();
     tell(&TDocumentHost::hideProgress);
     fullRunComplete(true);
@@ -100,7 +111,7 @@ void TDocument::testRunComplete()
 void TDocument::showTestRunLog()
 {
     const TErrorLog log = m_errorLog.value_or(TErrorLog());
-    setReadyToGo(m_errorLog && numberOfErrorsWithType(TErrorTypes::kCritical, log) == 0);
+    setReadyToGo(!isReceivingDrop() && numberOfErrorsWithType(TErrorTypes::kCritical, log) == 0);
     tell(&TDocumentHost::showErrorLog, log);
 }
 

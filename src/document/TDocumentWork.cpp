@@ -80,7 +80,7 @@ void TDocument::cancelWork()
 /// Its names are those of the recipe as far as it came; live update brings the others.
 void TDocument::cancelTestRun()
 {
-    m_testRun.reset();
+    endTestRun();
     tell(&TDocumentHost::hideProgress);
     doBackgroundRunIfUpdate();
     Q_EMIT workChanged();

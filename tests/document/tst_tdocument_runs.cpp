@@ -24,6 +24,7 @@ private Q_SLOTS:
     void testRun_data();
     void testRun();
     void testRunOfManyFiles();
+    void testRunDuringADrop();
     void cancelledTestRun();
     void testRunOfSlowNames();
     void countersOfTheForms();
@@ -297,6 +298,29 @@ void TestTDocumentRuns::testRunOfManyFiles()
     document.removeFiles({0});
     QVERIFY(fixture.settle());
     QCOMPARE(fixture.targets()[0], u"late 000010001"_s);
+}
+
+/// New files get their first names from the same rules.
+void TestTDocumentRuns::testRunDuringADrop()
+{
+    constexpr int kCount = 20'000;
+    DocumentFixture fixture;
+    TDocument &document = *fixture.document;
+    fixture.makeFiles(u"f/%1"_s, kCount);
+    fixture.makeFiles(u"g/%1.jpg"_s, 5);
+    QVERIFY(fixture.drop({u"f"_s}));
+    document.setLiveUpdate(false);
+    document.addRules({makeRule(u"Counter"_s)}, 0);
+    document.testRun();
+    document.addFiles({TFileURL::fileURLWithPath(fixture.tree.path(u"g"_s))}, kCount);
+    QVERIFY(fixture.pumpUntil([&] { return !fixture.host.callsOf(u"error log"_s).isEmpty(); }));
+    QVERIFY(!document.readyToGo());
+    const QStringList targets = fixture.targets();
+    for (int i = 0; i < kCount; ++i)
+        QCOMPARE(targets[i], QString::number(i + 1).rightJustified(5, u'0'));
+    QVERIFY(fixture.settle());
+    QCOMPARE(document.sourceObjectArray().size(), kCount + 5U);
+    QVERIFY(fixture.settle());
 }
 
 void TestTDocumentRuns::cancelledTestRun()
