@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/FormatHeaders.h"
+#include "readers/Resolution.h"
 
 #include <cstdlib>
 
@@ -12,7 +13,6 @@ constexpr quint64 kProfileHeader = 124;
 constexpr quint64 kEmbeddedProfile = 0x4D424544;
 constexpr quint64 kSrgb = 0x73524742;
 constexpr quint64 kLargestProfile = quint64{16} * 1024 * 1024;
-constexpr double kMetresPerInch = 0.0254;
 
 int depthOf(quint64 bitsPerPixel)
 {
@@ -42,8 +42,8 @@ ImageFacts readBmpHeader(ByteSource &source)
     const bool hasMasks = size >= 56 && size != 64 && number(16, 4) == kBitFields;
     facts.hasAlpha = hasMasks && number(52, 4) != 0;
     if (!isOld) {
-        facts.dpiWidth = static_cast<double>(number(24, 4)) * kMetresPerInch;
-        facts.dpiHeight = static_cast<double>(number(28, 4)) * kMetresPerInch;
+        facts.dpiWidth = dpiOfMetres(static_cast<double>(number(24, 4)));
+        facts.dpiHeight = dpiOfMetres(static_cast<double>(number(28, 4)));
     }
     if (size >= kProfileHeader && number(56, 4) == kEmbeddedProfile &&
         number(116, 4) < kLargestProfile)

@@ -2,6 +2,7 @@
 #include "readers/GeneralCategory.h"
 
 #include "readers/ProfileName.h"
+#include "readers/Resolution.h"
 #include "readers/TagValue.h"
 
 #include <exception>
@@ -12,7 +13,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kSrgbName = u"sRGB IEC61966-2.1"_s;
-constexpr double kCentimetresPerInch = 2.54;
 constexpr int kMostSubImages = 9;
 constexpr qint64 kUnspecifiedAlpha = 0;
 enum Unit : int { NoUnit = 1, Inch = 2, Centimetre = 3 };
@@ -91,12 +91,23 @@ struct Dpi
     double y = 0;
 };
 
+/// Goes by the parts of the fraction, whose quotient may be rounded already.
+double dpiAt(const Exiv2::ExifData &exif, const std::string &key, int unit)
+{
+    const double dots = numberAt(exif, key);
+    if (dots <= 0 || unit != Centimetre)
+        return unit == Inch ? dots : 0;
+    const auto *rationals =
+        dynamic_cast<const Exiv2::URationalValue *>(&exif.findKey(Exiv2::ExifKey(key))->value());
+    return rationals ? dpiOfCentimetres(rationals->value_[0].first, rationals->value_[0].second)
+                     : dpiOfCentimetres(dots);
+}
+
 Dpi dpiOf(const Exiv2::ExifData &exif)
 {
     const int unit = static_cast<int>(numberAt(exif, "Exif.Image.ResolutionUnit", Inch));
-    const double factor = unit == Centimetre ? kCentimetresPerInch : unit == Inch ? 1 : 0;
-    return {numberAt(exif, "Exif.Image.XResolution") * factor,
-            numberAt(exif, "Exif.Image.YResolution") * factor};
+    return {dpiAt(exif, "Exif.Image.XResolution", unit),
+            dpiAt(exif, "Exif.Image.YResolution", unit)};
 }
 
 /// In Exif data wins over the container's own statement: it is the camera's or the editor's. XMP

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/BmffItems.h"
 #include "readers/FormatHeaders.h"
+#include "readers/Resolution.h"
 
 #include <algorithm>
 #include <functional>
@@ -13,7 +14,6 @@ constexpr quint64 kEnumerated = 1;
 constexpr quint64 kSrgb = 16;
 constexpr quint64 kGray = 17;
 constexpr quint64 kVaryingDepth = 255;
-constexpr double kMetresPerInch = 0.0254;
 
 class Walk
 {
@@ -105,15 +105,14 @@ private:
 
     double dpi(qint64 at, qint64 exponentAt)
     {
-        const auto above = static_cast<double>(number(at, 2));
-        const auto below = static_cast<double>(number(at + 2, 2));
-        double value = below > 0 ? above / below * kMetresPerInch : 0;
+        auto dots = static_cast<double>(number(at, 2));
+        auto metres = static_cast<double>(number(at + 2, 2));
         const auto exponent = static_cast<signed char>(number(exponentAt, 1));
         for (int i = 0; i < exponent; ++i)
-            value *= 10;
+            dots *= 10;
         for (int i = 0; i > exponent; --i)
-            value /= 10;
-        return value;
+            metres *= 10;
+        return metres > 0 ? dpiOfMetres(dots, metres) : 0;
     }
 
     void readCodestream(qint64 at)

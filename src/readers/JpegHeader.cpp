@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/FormatHeaders.h"
+#include "readers/Resolution.h"
 
 #include <csetjmp>
 #include <cstdio>
@@ -14,7 +15,6 @@ constexpr int kBlockMarker = JPEG_APP0 + 1;
 constexpr unsigned kWholeMarker = 0xFFFF;
 constexpr QByteArrayView kExifPrefix("Exif\0\0", 6);
 constexpr QByteArrayView kXmpPrefix("http://ns.adobe.com/xap/1.0/\0", 29);
-constexpr double kCentimetresPerInch = 2.54;
 
 /// libjpeg leaves through a jump instead of ending the process.
 struct ErrorJump
@@ -132,9 +132,9 @@ void setDensity(ImageFacts &facts, const jpeg_decompress_struct &info)
 {
     if (info.density_unit != 1 && info.density_unit != 2)
         return;
-    const double factor = info.density_unit == 2 ? kCentimetresPerInch : 1;
-    facts.dpiWidth = info.X_density * factor;
-    facts.dpiHeight = info.Y_density * factor;
+    const bool isMetric = info.density_unit == 2;
+    facts.dpiWidth = isMetric ? dpiOfCentimetres(info.X_density) : info.X_density;
+    facts.dpiHeight = isMetric ? dpiOfCentimetres(info.Y_density) : info.Y_density;
 }
 
 /// The first block of its kind, without the prefix; the saved blocks go with info.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "readers/FormatHeaders.h"
 #include "readers/PngChunkFeed.h"
+#include "readers/Resolution.h"
 #include "readers/TagValue.h"
 
 #include <array>
@@ -15,7 +16,6 @@ namespace {
 constexpr png_alloc_size_t kMostChunkMemory = png_alloc_size_t{8} * 1024 * 1024;
 constexpr png_uint_32 kMostTextChunks = 256;
 constexpr png_uint_32 kLargestSide = 0x7FFFFFFF;
-constexpr double kMetresPerInch = 0.0254;
 
 struct TextKey
 {
@@ -96,8 +96,8 @@ void readDensity(const Reader &reader, ImageFacts &facts, QVariantMap &png)
         return;
     png.insert(u"XPixelsPerMeter"_s, x);
     png.insert(u"YPixelsPerMeter"_s, y);
-    facts.dpiWidth = x * kMetresPerInch;
-    facts.dpiHeight = y * kMetresPerInch;
+    facts.dpiWidth = dpiOfMetres(x);
+    facts.dpiHeight = dpiOfMetres(y);
 }
 
 /// The chunk itself: libpng makes up a gamma and primaries for pictures that only say sRGB.

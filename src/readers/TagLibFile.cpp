@@ -29,7 +29,7 @@ namespace {
 
 using Reading = std::optional<MediaReading>;
 
-constexpr double kMillisecond = 0.001;
+constexpr double kMillisecondsPerSecond = 1000;
 
 /// What every kind of file has in common; the kinds' own tags are added by the given function.
 template <typename File, typename AddItems>
@@ -39,7 +39,7 @@ Reading readFile(File &file, AddItems addItems)
         return std::nullopt;
     MediaReading reading;
     if (const auto *properties = file.audioProperties())
-        reading.duration = properties->lengthInMilliseconds() * kMillisecond;
+        reading.duration = properties->lengthInMilliseconds() / kMillisecondsPerSecond;
     addItems(file, reading);
     return reading;
 }

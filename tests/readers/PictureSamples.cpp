@@ -151,7 +151,9 @@ QByteArray jpeg2000()
     const QByteArray header =
         box("ihdr", big(7, 4) + big(11, 4) + big(2, 2) + big(7, 1) + big(7, 1) + big(0, 2)) +
         box("colr", big(1, 1) + big(0, 2) + big(17, 4)) +
-        box("cdef", big(2, 2) + big(0, 6) + big(1, 2) + big(1, 2) + big(0, 2));
+        box("cdef", big(2, 2) + big(0, 6) + big(1, 2) + big(1, 2) + big(0, 2)) +
+        box("res ", box("resc", big(1536, 2) + big(10, 2) + big(30000, 2) + big(254, 2) +
+                                    QByteArray("\x01\x02", 2)));
     return box("jP  ", "\r\n\x87\n") + box("ftyp", "jp2 " + big(0, 4) + "jp2 ") +
            box("jp2h", header);
 }
@@ -160,7 +162,7 @@ QByteArray bmp()
 {
     return "BM" + little(0, 12) + little(40, 4) + little(6, 4) +
            little(static_cast<quint64>(-3), 4) + little(1, 2) + little(4, 2) + little(0, 8) +
-           little(11811, 4) + little(11811, 4) + little(0, 8);
+           little(1536, 4) + little(1536, 4) + little(0, 8);
 }
 
 /// A bitmap, whose rows count twice, or what is given instead.
@@ -198,7 +200,7 @@ QByteArray tiff()
                  TiffBuilder::shorts({number}));
     tiff.add(TiffBuilder::Main, 0x0102, TiffBuilder::Short,
              TiffBuilder::shorts({32, 32, 32, 32, 32}));
-    tiff.add(TiffBuilder::Main, 0x011A, TiffBuilder::Rational, TiffBuilder::longs({100, 1}));
+    tiff.add(TiffBuilder::Main, 0x011A, TiffBuilder::Rational, TiffBuilder::longs({148, 10}));
     tiff.add(TiffBuilder::Main, 0x011B, TiffBuilder::Rational, TiffBuilder::longs({200, 1}));
     tiff.add(TiffBuilder::Main, 0x0152, TiffBuilder::Short, TiffBuilder::shorts({2}));
     tiff.add(TiffBuilder::Main, 0x0153, TiffBuilder::Short, TiffBuilder::shorts({3, 3, 3, 3, 3}));
@@ -280,7 +282,7 @@ QByteArray png()
 {
     QImage image = blank(8, 6, QImage::Format_ARGB32);
     image.setText(u"Title"_s, u"Before the pixels"_s);
-    image.setDotsPerMeterX(2000);
+    image.setDotsPerMeterX(1536);
     image.setDotsPerMeterY(4000);
     return pngFile(image,
                    pngChunk("tEXt", "Author\0Björn"_ba) +
@@ -308,25 +310,28 @@ QByteArray pngFile(const QImage &image, const QByteArray &chunksBehindPixels)
     return file.chopped(kEndChunk) + chunksBehindPixels + file.last(kEndChunk);
 }
 
-QByteArray jpegFile(const QImage &image, const QByteArray &exif, const QByteArray &xmp)
+QByteArray jpegFile(const QImage &image, const QByteArray &exif, const QByteArray &xmp,
+                    const QByteArray &iptc)
 {
     const QByteArray file = encoded(image, "JPEG");
-    const auto segment = [](const QByteArray &prefix, const QByteArray &block) {
+    const auto segment = [](char kind, const QByteArray &prefix, const QByteArray &block) {
         const auto size = static_cast<quint64>(2 + prefix.size() + block.size());
-        return block.isEmpty() ? block : "\xFF\xE1" + big(size, 2) + prefix + block;
+        return block.isEmpty() ? block : '\xFF' + (kind + big(size, 2)) + prefix + block;
     };
-    return file.first(2) + segment("Exif\0\0"_ba, exif) +
-           segment("http://ns.adobe.com/xap/1.0/\0"_ba, xmp) + file.sliced(2);
+    return file.first(2) + segment('\xE1', "Exif\0\0"_ba, exif) +
+           segment('\xE1', "http://ns.adobe.com/xap/1.0/\0"_ba, xmp) +
+           segment('\xED', "Photoshop 3.0\0"_ba, iptc.isEmpty() ? iptc : resource(1028, iptc)) +
+           file.sliced(2);
 }
 
-QByteArray xmpPacket(const char *attributes)
+QByteArray xmpPacket(const char *attributes, const char *elements)
 {
     return "<x:xmpmeta xmlns:x='adobe:ns:meta/'>"
            "<rdf:RDF xmlns:rdf='http://www.w3.org/1999/02/22-rdf-syntax-ns#'>"
            "<rdf:Description xmlns:exif='http://ns.adobe.com/exif/1.0/' "
            "xmlns:tiff='http://ns.adobe.com/tiff/1.0/' xmlns:xmp='http://ns.adobe.com/xap/1.0/' "
            "xmlns:photoshop='http://ns.adobe.com/photoshop/1.0/' " +
-           QByteArray(attributes) + "/></rdf:RDF></x:xmpmeta>";
+           QByteArray(attributes) + '>' + elements + "</rdf:Description></rdf:RDF></x:xmpmeta>";
 }
 
 std::vector<PictureSample> pictureSamples()
@@ -390,7 +395,9 @@ std::vector<PictureSample> pictureSamples()
           {u"PixelHeight"_s, 7},
           {u"Depth"_s, 8},
           {u"ColorModel"_s, u"Gray"_s},
-          {u"HasAlpha"_s, 1}}},
+          {u"HasAlpha"_s, 1},
+          {u"DPIWidth"_s, 300},
+          {u"DPIHeight"_s, 39.0144}}},
         {"bmp",
          bmp(),
          {{u"PixelWidth"_s, 6},
@@ -398,7 +405,7 @@ std::vector<PictureSample> pictureSamples()
           {u"Depth"_s, 4},
           {u"IsIndexed"_s, 1},
           {u"HasAlpha"_s, 0},
-          {u"DPIWidth"_s, 11811 * 0.0254}}},
+          {u"DPIWidth"_s, 39.0144}}},
         {"ico",
          ico(),
          {{u"PixelWidth"_s, 16},
@@ -446,18 +453,21 @@ std::vector<PictureSample> pictureSamples()
           {u"IsFloat"_s, 1},
           {u"HasAlpha"_s, 1},
           {u"Orientation"_s, 8},
-          {u"DPIWidth"_s, 254},
+          {u"DPIWidth"_s, 37.592},
           {u"DPIHeight"_s, 508}}},
         {"png",
          png(),
          {{u"PixelWidth"_s, 8},
           {u"HasAlpha"_s, 1},
-          {u"DPIWidth"_s, 50.8},
-          {u"{PNG}/XPixelsPerMeter"_s, 2000},
+          {u"DPIWidth"_s, 39.0144},
+          {u"{PNG}/XPixelsPerMeter"_s, 1536},
           {u"{PNG}/Title"_s, u"Before the pixels"_s},
           {u"{PNG}/Author"_s, u"Björn"_s},
           {u"{PNG}/ModificationTime"_s, u"2020:02:03 04:05:06"_s},
           {u"{PNG}/InterlaceType"_s, 0}}},
+        {"jpeg that counts by the centimetre",
+         jpegFile(blank(4, 4)).replace(13, 5, QByteArray("\x02\0\x21\0\x76", 5)),
+         {{u"DPIWidth"_s, 83.82}, {u"DPIHeight"_s, 299.72}, {u"{JFIF}/DensityUnit"_s, 2}}},
         {"jpeg",
          jpegFile(blank(16, 9, QImage::Format_Grayscale8)),
          {{u"PixelWidth"_s, 16},

@@ -17,10 +17,13 @@ struct PictureSample
 
 std::vector<PictureSample> pictureSamples();
 
-/// The picture as a JPEG file; exif, a TIFF structure, and xmp go in front of the rest.
-QByteArray jpegFile(const QImage &image, const QByteArray &exif = {}, const QByteArray &xmp = {});
+/// The picture as a JPEG file; exif, a TIFF structure, xmp and records of IPTC go in front of the
+/// rest.
+QByteArray jpegFile(const QImage &image, const QByteArray &exif = {}, const QByteArray &xmp = {},
+                    const QByteArray &iptc = {});
 /// The picture with text and resolution as PNG chunks, those texts behind the pixels.
 QByteArray pngFile(const QImage &image, const QByteArray &chunksBehindPixels = {});
 QByteArray pngChunk(const QByteArray &type, const QByteArray &contents);
-/// A packet of a few properties, as "exif:FNumber='28/10' tiff:Make='M'".
-QByteArray xmpPacket(const char *attributes);
+/// A packet of a few properties, as "exif:FNumber='28/10' tiff:Make='M'", and of such as are made
+/// of parts.
+QByteArray xmpPacket(const char *attributes, const char *elements = "");

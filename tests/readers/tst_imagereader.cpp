@@ -8,7 +8,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <cmath>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -26,6 +25,12 @@ QVariant valueAt(const QVariantMap &properties, const QString &key)
                      : properties.value(key.left(slash)).toMap().value(key.mid(slash + 1));
 }
 
+/// With all the digits that a name would show.
+QString asInNames(const QVariant &number)
+{
+    return QString::number(number.toDouble(), 'g', 16);
+}
+
 bool isSame(const QVariant &a, const QVariant &b)
 {
     if (a.typeId() == QMetaType::QVariantList && b.typeId() == QMetaType::QVariantList) {
@@ -36,7 +41,7 @@ bool isSame(const QVariant &a, const QVariant &b)
     const bool isText = b.typeId() == QMetaType::QString;
     if (!a.isValid() || !b.isValid() || isText)
         return a == b;
-    return a.typeId() != QMetaType::QString && std::abs(a.toDouble() - b.toDouble()) < 1e-9;
+    return a.typeId() != QMetaType::QString && asInNames(a) == asInNames(b);
 }
 
 QString shown(const QVariant &value)
