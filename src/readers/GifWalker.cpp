@@ -14,10 +14,15 @@ constexpr quint64 kExtension = 0x21;
 constexpr quint64 kGraphicControl = 0xF9;
 constexpr quint64 kApplication = 0xFF;
 constexpr int kDepth = 8;
-constexpr double kHundredth = 0.01;
+constexpr quint64 kFrame = 0x2C;
+constexpr qint64 kFrameHeader = 10;
+constexpr qint64 kFarthestLoop = qint64{16} * 1024 * 1024;
+constexpr double kHundredths = 100;
+constexpr quint64 kHurriedDelay = 1; ///< and below, in hundredths
 constexpr double kDelayOfHurried = 0.1;
 
-/// Goes over the blocks up to the first frame: what describes the whole picture stands there.
+/// Goes over the blocks up to the first frame: what describes the whole picture stands there, but
+/// for the loop extension, which some writers put behind frames.
 class Walk
 {
 public:
@@ -32,6 +37,7 @@ public:
             return m_facts;
         for (m_blocks = 0; m_blocks < kMostBlocks && readBlock(); ++m_blocks) {
         }
+        findLoopBehindFrames();
         m_facts.dictionaries.insert(u"{GIF}"_s, m_gif);
         return m_facts;
     }
@@ -55,9 +61,11 @@ private:
         return true;
     }
 
+    static qint64 colorMapSize(quint64 flags) { return qint64(3) << ((flags & 7) + 1); }
+
     void readColorMap(quint64 flags)
     {
-        const qint64 size = qint64(3) << ((flags & 7) + 1);
+        const qint64 size = colorMapSize(flags);
         const QByteArray map = m_source.bytes(m_at, size);
         if (!map.isEmpty())
             m_gif.insert(u"ImageColorMap"_s, map);
@@ -80,11 +88,11 @@ private:
 
     void readGraphicControl()
     {
-        const double delay =
-            static_cast<double>(m_source.little(m_at + 2, 2).value_or(0)) * kHundredth;
+        const quint64 stored = number(m_at + 2, 2);
+        const double delay = static_cast<double>(stored) / kHundredths;
         m_facts.hasAlpha = (number(m_at + 1, 1) & 1) != 0;
         m_gif.insert(u"UnclampedDelayTime"_s, delay);
-        m_gif.insert(u"DelayTime"_s, delay < 1.5 * kHundredth ? kDelayOfHurried : delay);
+        m_gif.insert(u"DelayTime"_s, stored <= kHurriedDelay ? kDelayOfHurried : delay);
     }
 
     bool readApplication()
@@ -98,12 +106,49 @@ private:
             m_at += 12;
             return readPacket();
         }
+        return readLoop();
+    }
+
+    bool readLoop()
+    {
+        const QByteArray name = m_source.bytes(m_at + 1, 11);
         const bool isLoop = name == "NETSCAPE2.0" || name == "ANIMEXTS1.0";
-        if (isLoop && number(m_at + 12, 1) >= 3 && number(m_at + 13, 1) == 1 &&
-            !m_gif.contains(u"LoopCount"_s))
-            m_gif.insert(u"LoopCount"_s,
-                         static_cast<int>(m_source.little(m_at + 14, 2).value_or(0)));
+        if (isLoop && number(m_at + 12, 1) >= 3 && number(m_at + 13, 1) == 1 && !hasLoop())
+            m_gif.insert(u"LoopCount"_s, static_cast<int>(number(m_at + 14, 2)));
         return skipSubBlocks();
+    }
+
+    bool hasLoop() const { return m_gif.contains(u"LoopCount"_s); }
+
+    void findLoopBehindFrames()
+    {
+        for (; m_blocks < kMostBlocks && m_at < kFarthestLoop && !hasLoop(); ++m_blocks) {
+            const quint64 kind = number(m_at, 1);
+            if (kind == kFrame)
+                skipFrame();
+            else if (kind == kExtension)
+                skipExtension();
+            else
+                return;
+        }
+    }
+
+    void skipExtension()
+    {
+        const bool isApplication = number(m_at + 1, 1) == kApplication;
+        m_at += 2;
+        if (isApplication)
+            readLoop();
+        else
+            skipSubBlocks();
+    }
+
+    void skipFrame()
+    {
+        const quint64 flags = number(m_at + kFrameHeader - 1, 1);
+        // One byte in front of the pixels tells the size of their codes.
+        m_at += kFrameHeader + (flags & 0x80 ? colorMapSize(flags) : 0) + 1;
+        skipSubBlocks();
     }
 
     bool readProfile()

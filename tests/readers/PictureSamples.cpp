@@ -58,14 +58,31 @@ QByteArray leadingOut()
     return lengths + '\0';
 }
 
+/// A screen with two colours, up to where the blocks begin.
+QByteArray gifScreen()
+{
+    return "GIF89a" + little(5, 2) + little(4, 2) + QByteArray("\x80\0\0", 3) +
+           QByteArray(6, '\x40');
+}
+
+QByteArray gifLoop()
+{
+    return QByteArray("\x21\xFF\x0BNETSCAPE2.0\x03\x01\x07\0\0", 19);
+}
+
+/// A frame with two colours of its own and a few bytes for pixels, shown so many hundredths.
+QByteArray gifFrame(quint64 delay)
+{
+    return "\x21\xF9\x04\x01" + little(delay, 2) + QByteArray("\0\0", 2) +
+           QByteArray("\x2C\0\0\0\0\x05\0\x04\0\x80", 10) + QByteArray(6, '\x21') +
+           QByteArray("\x02\x02\x3B\x3B\0", 5);
+}
+
 QByteArray gif()
 {
-    const QByteArray colorMap(6, '\x40');
-    return "GIF89a" + little(5, 2) + little(4, 2) + QByteArray("\x80\0\0", 3) + colorMap +
-           QByteArray("\x21\xFF\x0BNETSCAPE2.0\x03\x01\x07\0\0", 19) + "\x21\xFF\x0BXMP DataXMP" +
+    return gifScreen() + gifLoop() + "\x21\xFF\x0BXMP DataXMP" +
            xmpPacket("exif:ExposureTime='1/8' xmp:CreateDate='2011-02-03T04:05:06+09:00'") +
-           "\x01" + leadingOut() + QByteArray("\x21\xF9\x04\x01\x01\0\0\0", 8) +
-           QByteArray("\x2C\0\0\0\0\x05\0\x04\0\0\x02\0\x3B", 13);
+           "\x01" + leadingOut() + gifFrame(1) + '\x3B';
 }
 
 QByteArray resource(int id, const QByteArray &contents)
@@ -349,6 +366,17 @@ std::vector<PictureSample> pictureSamples()
           {u"{GIF}/HasGlobalColorMap"_s, 1},
           {u"{GIF}/UnclampedDelayTime"_s, 0.01},
           {u"{GIF}/DelayTime"_s, 0.1}}},
+        {"gif without a delay",
+         gifScreen() + gifFrame(0) + '\x3B',
+         {{u"{GIF}/LoopCount"_s, {}},
+          {u"{GIF}/UnclampedDelayTime"_s, 0},
+          {u"{GIF}/DelayTime"_s, 0.1}}},
+        {"gif of the shortest delay",
+         gifScreen() + gifFrame(2) + '\x3B',
+         {{u"{GIF}/UnclampedDelayTime"_s, 0.02}, {u"{GIF}/DelayTime"_s, 0.02}}},
+        {"gif that tells its loop behind a frame",
+         gifScreen() + gifFrame(57) + gifFrame(4) + gifLoop() + '\x3B',
+         {{u"{GIF}/LoopCount"_s, 7}, {u"{GIF}/DelayTime"_s, 0.57}}},
         {"psd",
          psd(),
          {{u"PixelWidth"_s, 30},
