@@ -42,13 +42,19 @@ constexpr XmpWord kXmpWords[] = {{"{Exif}"_L1, ""_L1, kExifSpace},
                                  {""_L1, "DPIWidth"_L1, kTiffSpace},
                                  {""_L1, "DPIHeight"_L1, kTiffSpace}};
 
+/// "{IPTC}" at the top level: whether there is one, the header alone cannot tell.
+bool isWholeCategory(const ImageWish::Tag &tag)
+{
+    return tag.category.isEmpty() && tag.tag.startsWith(u'{');
+}
+
 /// Such wishes, which nearly all are, need neither the other blocks of a JPEG, but for its XMP at
 /// times, nor a second reading of its header.
 bool isForHeader(const ImageWish &wish)
 {
     return !wish.isAll() &&
            std::all_of(wish.tags.begin(), wish.tags.end(), [](const ImageWish::Tag &tag) {
-               return tag.tag != kProfileName &&
+               return tag.tag != kProfileName && !isWholeCategory(tag) &&
                       std::find(kHeaderCategories.begin(), kHeaderCategories.end(), tag.category) !=
                           kHeaderCategories.end();
            });

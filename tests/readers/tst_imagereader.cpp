@@ -77,6 +77,8 @@ private Q_SLOTS:
     void tagHasItsShape();
     void xmpTellsWhatExifDataDoesNot_data();
     void xmpTellsWhatExifDataDoesNot();
+    void wholeCategoryIsSeenByItself_data();
+    void wholeCategoryIsSeenByItself();
     void iptcRecordHasItsShape_data();
     void iptcRecordHasItsShape();
     void truncatedFileDoesNoHarm();
@@ -243,6 +245,28 @@ void TestImageReader::xmpTellsWhatExifDataDoesNot()
         const bool isWanted = wish.isAll() || key.endsWith(wish.tags.front().tag);
         QVERIFY2(!isWanted || isSame(valueAt(*properties, key), value), qPrintable(key));
     }
+}
+
+void TestImageReader::wholeCategoryIsSeenByItself_data()
+{
+    QTest::addColumn<bool>("isThere");
+    for (const char *category : {"{Exif}", "{TIFF}", "{IPTC}", "{JFIF}"})
+        QTest::newRow(category) << true;
+    QTest::newRow("{GPS}") << false;
+}
+
+/// Rules ask for it as for any general tag; XMP alone tells of most of them here.
+void TestImageReader::wholeCategoryIsSeenByItself()
+{
+    QFETCH(bool, isThere);
+    const QString category = QString::fromUtf8(QTest::currentDataTag());
+    const QByteArray xmp =
+        xmpPacket("exif:ExposureTime='1/8' tiff:Model='Cam' photoshop:City='Graz'");
+    const QByteArray file = jpegFile(QImage(4, 4, QImage::Format_RGB32), {}, xmp);
+    const auto properties =
+        readImageProperties(m_tree.rawFile("x", file), ImageWish{{{u""_s, category}}});
+    QVERIFY(properties);
+    QCOMPARE(properties->contains(category), isThere);
 }
 
 void TestImageReader::iptcRecordHasItsShape_data()
