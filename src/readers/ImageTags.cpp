@@ -3,6 +3,7 @@
 
 #include "readers/AdobeMakerNote.h"
 #include "readers/ExivImage.h"
+#include "readers/IptcTimes.h"
 #include "readers/TagValue.h"
 
 #include <exception>
@@ -138,6 +139,7 @@ ImageTags readImageTags(ByteSource &source, ImageFormat format, const ImageFacts
     tags.isTiff = format == ImageFormat::BigTiff;
     if (isForExiv2(format))
         attempt([&] { readFile(source, tags); });
+    attempt([&] { keepTimesAsStored(source, tags); });
     // Of a JPEG, both find the same block.
     if (!facts.exif.isEmpty() && (format != ImageFormat::Jpeg || tags.exif.empty()))
         readExif(facts, tags);

@@ -6,6 +6,7 @@
 #include <QLatin1StringView>
 #include <QRegularExpression>
 
+#include <cmath>
 #include <exception>
 #include <string>
 #include <unordered_map>
@@ -80,7 +81,7 @@ constexpr Row kRows[] = {
 };
 
 constexpr QLatin1StringView kContactInfo = "CreatorContactInfo"_L1;
-constexpr char kContactPrefix[] = "Xmp.iptc.CreatorContactInfo/Iptc4xmpCore:";
+constexpr char kContactPrefix[] = "Xmp.iptc.CreatorContactInfo/";
 constexpr char kDateCreated[] = "Xmp.photoshop.DateCreated";
 constexpr char kRecordPrefix[] = "Iptc.Application2.";
 
@@ -118,6 +119,17 @@ QStringList textsOf(const Exiv2::Value &value)
     return texts;
 }
 
+/// XMP also writes whole numbers with a fraction, "4.0".
+QVariant numberOrText(const QString &text)
+{
+    bool isNumber = false;
+    const QString trimmed = text.trimmed();
+    if (const qlonglong whole = trimmed.toLongLong(&isNumber); isNumber)
+        return whole;
+    const double real = trimmed.toDouble(&isNumber);
+    return isNumber && std::isfinite(real) ? QVariant(real) : QVariant(text);
+}
+
 void insertTexts(QVariantMap &category, const Row &row, const QStringList &texts)
 {
     if (texts.isEmpty())
@@ -131,19 +143,29 @@ void insertTexts(QVariantMap &category, const Row &row, const QStringList &texts
     }
     if (category.contains(row.key))
         return;
-    bool isNumber = false;
-    const qlonglong number = texts.front().trimmed().toLongLong(&isNumber);
-    const bool asNumber = row.shape == Shape::Number && isNumber;
-    category.insert(row.key, asNumber ? QVariant(number) : QVariant(texts.front()));
+    category.insert(row.key, row.shape == Shape::Number ? numberOrText(texts.front())
+                                                        : QVariant(texts.front()));
+}
+
+/// A field of the contact, "CiAdrCity" of "…/Iptc4xmpCore:CiAdrCity". The prefix is the file's own
+/// choice, for which Exiv2 cannot tell the namespace.
+QString contactField(const std::string &key)
+{
+    const size_t colon = key.find(':', std::size(kContactPrefix) - 1);
+    if (!key.starts_with(kContactPrefix) || colon == std::string::npos)
+        return {};
+    return QString::fromStdString(key.substr(colon + 1));
 }
 
 void insertContact(QVariantMap &category, const std::string &key, const Exiv2::Value &value)
 {
-    const QString text = shapedValue(value, TagShape::Text).toString();
-    if (!key.starts_with(kContactPrefix) || text.isEmpty())
+    const QString field = contactField(key);
+    const QString text =
+        field.isEmpty() ? QString() : shapedValue(value, TagShape::Text).toString();
+    if (text.isEmpty())
         return;
     QVariantMap contact = category.value(kContactInfo).toMap();
-    contact.insert(QString::fromStdString(key.substr(std::size(kContactPrefix) - 1)), text);
+    contact.insert(field, text);
     category.insert(kContactInfo, contact);
 }
 

@@ -20,6 +20,8 @@ namespace {
 constexpr long kMostNumbers = 1024;
 // A file name cannot show data, so that the rest of it is not worth carrying.
 constexpr qsizetype kMostData = 32;
+constexpr qint64 kMicrosPerSecond = 1000000;
+constexpr qint64 kMicrosPerHour = 3600 * kMicrosPerSecond;
 constexpr long kNoCode = 0xFFFF;
 constexpr long kMostText = long{1024} * 1024;
 
@@ -198,17 +200,26 @@ QVariant clockTimeOf(const Exiv2::Value &value)
             return {};
         parts[i] = part.toDouble();
     }
-    const double seconds = parts[2] + 60 * (parts[1] - std::floor(parts[1])) +
-                           3600 * (parts[0] - std::floor(parts[0]));
-    QString fraction = QString::number(seconds - std::floor(seconds), 'f', 6);
-    while (fraction.endsWith(u'0'))
-        fraction.chop(1);
-    const double whole = std::floor(seconds) + (fraction.startsWith(u'1') ? 1 : 0);
-    const QString decimals = fraction.size() > 2 ? fraction.mid(1) : QString();
-    return u"%1:%2:%3"_s.arg(static_cast<int>(parts[0]), 2, 10, QChar(u'0'))
-               .arg(static_cast<int>(parts[1]), 2, 10, QChar(u'0'))
-               .arg(static_cast<int>(whole), 2, 10, QChar(u'0')) +
-           decimals;
+    auto hours = static_cast<qint64>(parts[0]);
+    auto minutes = static_cast<qint64>(parts[1]);
+    qint64 micros = std::llround(parts[2] * kMicrosPerSecond);
+    // A part may hand a fraction down to the next ones. What is no time as it is stored, a leap
+    // second for one, stays so, and rounding makes none of what is.
+    if (parts[0] < 24 && parts[1] < 60 && parts[2] < 60) {
+        const double seconds = 3600 * parts[0] + 60 * parts[1] + parts[2];
+        const qint64 all =
+            std::min(std::llround(seconds * kMicrosPerSecond), 24 * kMicrosPerHour - 1);
+        hours = all / kMicrosPerHour;
+        minutes = all / (60 * kMicrosPerSecond) % 60;
+        micros = all % (60 * kMicrosPerSecond);
+    }
+    QString text = u"%1:%2:%3.%4"_s.arg(hours, 2, 10, QChar(u'0'))
+                       .arg(minutes, 2, 10, QChar(u'0'))
+                       .arg(micros / kMicrosPerSecond, 2, 10, QChar(u'0'))
+                       .arg(micros % kMicrosPerSecond, 6, 10, QChar(u'0'));
+    while (text.endsWith(u'0'))
+        text.chop(1);
+    return text.endsWith(u'.') ? text.chopped(1) : text;
 }
 
 QVariant xmpDateOf(const Exiv2::Value &value)

@@ -77,6 +77,8 @@ private Q_SLOTS:
     void tagHasItsShape();
     void xmpTellsWhatExifDataDoesNot_data();
     void xmpTellsWhatExifDataDoesNot();
+    void xmpHasItsShapeInIptc_data();
+    void xmpHasItsShapeInIptc();
     void wholeCategoryIsSeenByItself_data();
     void wholeCategoryIsSeenByItself();
     void iptcRecordHasItsShape_data();
@@ -173,6 +175,16 @@ void TestImageReader::tagHasItsShape_data()
         u"03:04:05"_s);
     row("time with a fraction", T::Gps, 7, T::Rational, T::longs({23, 1, 4, 1, 525, 100}),
         u"{GPS}/TimeStamp"_s, u"23:04:05.25"_s);
+    row("time that would be rounded to the next day", T::Gps, 7, T::Rational,
+        T::longs({23, 1, 59, 1, 599999999, 10000000}), u"{GPS}/TimeStamp"_s, u"23:59:59.999999"_s);
+    row("time that is rounded to the next hour", T::Gps, 7, T::Rational,
+        T::longs({8, 1, 59, 1, 599999999, 10000000}), u"{GPS}/TimeStamp"_s, u"09:00:00"_s);
+    row("time with parts of minutes", T::Gps, 7, T::Rational, T::longs({8, 1, 1235, 100, 0, 1}),
+        u"{GPS}/TimeStamp"_s, u"08:12:21"_s);
+    row("time with parts of hours", T::Gps, 7, T::Rational, T::longs({181, 60, 0, 1, 0, 1}),
+        u"{GPS}/TimeStamp"_s, u"03:01:00"_s);
+    row("leap second", T::Gps, 7, T::Rational, T::longs({23, 1, 59, 1, 60, 1}),
+        u"{GPS}/TimeStamp"_s, u"23:59:60"_s);
     row("time as hours alone", T::Gps, 7, T::Rational, T::longs({3, 1, 0, 0, 0, 0}),
         u"{GPS}/TimeStamp"_s);
     row("four bytes", T::Gps, 0, T::Byte, "\x02\x03\0\0"_ba, u"{GPS}/GPSVersion"_s,
@@ -247,6 +259,41 @@ void TestImageReader::xmpTellsWhatExifDataDoesNot()
     }
 }
 
+void TestImageReader::xmpHasItsShapeInIptc_data()
+{
+    QTest::addColumn<QByteArray>("xmp");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QVariant>("expected");
+    QTest::newRow("stars") << xmpPacket("xmp:Rating='3'") << u"StarRating"_s << QVariant(3);
+    QTest::newRow("stars with a fraction")
+        << xmpPacket("xmp:Rating='4.0'") << u"StarRating"_s << QVariant(4);
+    QTest::newRow("no number of stars")
+        << xmpPacket("xmp:Rating='many'") << u"StarRating"_s << QVariant(u"many"_s);
+    for (const char *prefix : {"Iptc4xmpCore", "iptc", "my"}) {
+        const QByteArray space = "http://iptc.org/std/Iptc4xmpCore/1.0/xmlns/";
+        const QByteArray contact = QByteArray("<P:CreatorContactInfo xmlns:P='" + space +
+                                              "' rdf:parseType='Resource'><P:CiAdrCity>Graz"
+                                              "</P:CiAdrCity><P:CiEmailWork>a@b</P:CiEmailWork>"
+                                              "</P:CreatorContactInfo>")
+                                       .replace("P:", QByteArray(prefix) + ':')
+                                       .replace(":P=", ':' + QByteArray(prefix) + '=');
+        QTest::addRow("contact under %s", prefix)
+            << xmpPacket("", contact.constData()) << u"CreatorContactInfo"_s
+            << QVariant(QVariantMap{{u"CiAdrCity"_s, u"Graz"_s}, {u"CiEmailWork"_s, u"a@b"_s}});
+    }
+}
+
+void TestImageReader::xmpHasItsShapeInIptc()
+{
+    QFETCH(QByteArray, xmp);
+    QFETCH(QString, key);
+    QFETCH(QVariant, expected);
+    const auto properties = read(jpegFile(QImage(4, 4, QImage::Format_RGB32), {}, xmp));
+    QVERIFY(properties);
+    const QVariant value = valueAt(*properties, u"{IPTC}/"_s + key);
+    QVERIFY2(isSame(value, expected), qPrintable(shown(value)));
+}
+
 void TestImageReader::wholeCategoryIsSeenByItself_data()
 {
     QTest::addColumn<bool>("isThere");
@@ -286,6 +333,16 @@ void TestImageReader::iptcRecordHasItsShape_data()
                           << QVariant(u"20040226"_s);
     QTest::newRow("time") << 60 << "062751-0500"_ba << u"{IPTC}/TimeCreated"_s
                           << QVariant(u"062751-0500"_s);
+    QTest::newRow("time without a zone")
+        << 60 << "121314"_ba << u"{IPTC}/TimeCreated"_s << QVariant(u"121314"_s);
+    QTest::newRow("time of the first zone")
+        << 63 << "121314+0000"_ba << u"{IPTC}/DigitalCreationTime"_s << QVariant(u"121314+0000"_s);
+    QTest::newRow("codes of places") << 26 << "AUT|DEU"_ba << u"{IPTC}/ContentLocationCode"_s
+                                     << QVariant(QVariantList{u"AUT"_s, u"DEU"_s});
+    QTest::newRow("one reference")
+        << 45 << "Agency"_ba << u"{IPTC}/ReferenceService"_s << QVariant(QVariantList{u"Agency"_s});
+    QTest::newRow("days of references") << 47 << "20040226|20040227"_ba << u"{IPTC}/ReferenceDate"_s
+                                        << QVariant(QVariantList{u"20040226"_s, u"20040227"_s});
     QTest::newRow("not a date") << 55 << "spring"_ba << u"{IPTC}/DateCreated"_s
                                 << QVariant(u"spring"_s);
 }
@@ -304,9 +361,12 @@ void TestImageReader::iptcRecordHasItsShape()
     TiffBuilder tiff;
     tiff.add(T::Main, 0x0100, T::Short, T::shorts({1}));
     tiff.add(T::Main, 0x83BB, T::Undefined, records);
-    const auto properties = read(tiff.build());
-    QVERIFY(properties);
-    QCOMPARE(valueAt(*properties, key), expected);
+    const QImage image(4, 4, QImage::Format_RGB32);
+    for (const QByteArray &file : {tiff.build(), jpegFile(image, {}, {}, records)}) {
+        const auto properties = read(file);
+        QVERIFY(properties);
+        QCOMPARE(valueAt(*properties, key), expected);
+    }
 }
 
 void TestImageReader::truncatedFileDoesNoHarm()
