@@ -193,9 +193,10 @@ constexpr TagMeaning kGeneric[] = {
     {"PUBLISHER"_L1, kPublisher}, {"LANGUAGE"_L1, kLanguage},
     {"IWRI"_L1, kAuthor},         {"LYRICIST"_L1, kAuthor},
     {"SOFTWARE"_L1, kSoftware},   {"ENCODER"_L1, kSoftware},
-    {"ISBJ"_L1, kSubject},        {"ISRC"_L1, kSource},
-    {"IMED"_L1, kSource},         {"TRACK"_L1, kTrack},
-    {"DISC"_L1, kDisc},           {"PRODUCT"_L1, kAlbum},
+    {"ISBJ"_L1, kSubject},        {"SUBJECT"_L1, kSubject},
+    {"ISRC"_L1, kSource},         {"IMED"_L1, kSource},
+    {"TRACK"_L1, kTrack},         {"DISC"_L1, kDisc},
+    {"PRODUCT"_L1, kAlbum},
 };
 
 } // namespace

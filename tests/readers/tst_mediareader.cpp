@@ -230,6 +230,39 @@ QByteArray apeBlock(const char *key, const QByteArray &value)
            zeros(3) + '\1' + zeros(15);
 }
 
+/// A chunk of RIFF, or of AIFF when its numbers are big.
+QByteArray chunk(const char *name, const QByteArray &content, bool isBig = false)
+{
+    QByteArray size(4, '\0');
+    if (isBig)
+        qToBigEndian(static_cast<quint32>(content.size()), size.data());
+    else
+        qToLittleEndian(static_cast<quint32>(content.size()), size.data());
+    return name + size + content + zeros(content.size() % 2);
+}
+
+QByteArray infoList(std::initializer_list<std::pair<const char *, const char *>> texts)
+{
+    QByteArray list = "INFO";
+    for (const auto &[name, text] : texts)
+        list += chunk(name, QByteArray(text) + '\0');
+    return chunk("LIST", list);
+}
+
+/// A film of one frame, 40 ms long.
+QByteArray avi(const QByteArray &info)
+{
+    const QByteArray header = QByteArray("\x40\x9C\0\0", 4) + zeros(12) + '\1' + zeros(7) + '\1' +
+                              zeros(7) + "\x10" + zeros(3) + "\x10" + zeros(19);
+    const QByteArray stream =
+        "vidsMJPG" + zeros(12) + '\1' + zeros(3) + '\x19' + zeros(7) + '\1' + zeros(23);
+    const QByteArray format = '\x28' + zeros(3) + '\x10' + zeros(3) + '\x10' + zeros(3) +
+                              QByteArray("\1\0\x18\0", 4) + "MJPG" + zeros(20);
+    const QByteArray list = chunk("LIST", "strl" + chunk("strh", stream) + chunk("strf", format));
+    return chunk("RIFF", "AVI " + chunk("LIST", "hdrl" + chunk("avih", header) + list) + info +
+                             chunk("LIST", "movi" + chunk("00dc", "\xFF\xD8\xFF\xD9")));
+}
+
 /// The file up to the first bytes of a part.
 QByteArray headOf(const QString &name, const QByteArray &part)
 {
@@ -289,6 +322,30 @@ void TestMediaReader::buildsOfOneFile_data()
         << 245.0 << u"copyrights=A€ | creationDate=2011 | trkn=300/5 | type=Rock"_s;
     QTest::newRow("an APE block behind True Audio")
         << trueAudio(apeBlock("Title", "APE")) << 1.0 << u"title=APE"_s;
+    QTest::newRow("every text of an AVI")
+        << avi(infoList({{"INAM", "Title"},
+                         {"IART", "Artist"},
+                         {"IPRD", "Album"},
+                         {"IMUS", "Composer"},
+                         {"IGNR", "17"},
+                         {"ICRD", "2001"},
+                         {"ICOP", "Copy"},
+                         {"ICMT", "Comment"},
+                         {"ILNG", "deu"},
+                         {"IWRI", "Writer"},
+                         {"ISFT", "Program"},
+                         {"ISBJ", "Subject"},
+                         {"ISRC", "Supplier"},
+                         {"IMED", "Medium"},
+                         {"IPRT", "3/4"}}))
+        << 0.04
+        << u"albumName=Album | artist=Artist | author=Writer | copyrights=Copy | creationDate=2001 "
+           u"| "
+           "creator=Composer | description=Comment | language=deu | software=Program | "
+           "source=Medium | subject=Subject | title=Title | trkn=3/4 | type=Rock"_s;
+    QTest::newRow("the other names of an AVI's texts")
+        << avi(infoList({{"ISRC", "Supplier"}, {"ITRK", "5"}, {"INAM", "Caf\xE9"}})) << 0.04
+        << u"source=Supplier | title=Café | trkn=5/0"_s;
     QTest::newRow("a film that ends before its tracks are described")
         << headOf(u"film.mkv"_s, "\x16\x54\xAE\x6B") << 0.52 << u"title=Größe"_s;
     QTest::newRow("a film that does not say how long it is")
