@@ -10,6 +10,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -255,6 +256,32 @@ void addUserDataItems(ByteSource &source, const BmffBox &userData, MediaReading 
     }
 }
 
+/// Texts and a list of metadata, in their order.
+void addItemsOfUserData(ByteSource &source, const BmffBox &userData, MediaReading &reading)
+{
+    bool hasTexts = false;
+    bool hasMetadata = false;
+    for (const BmffBox &box : boxesIn(source, userData.start, userData.end)) {
+        if (box.type == "meta" && !std::exchange(hasMetadata, true))
+            addMetadataItems(source, userData, reading);
+        else if (box.type.startsWith('\xA9') && !std::exchange(hasTexts, true))
+            addUserDataItems(source, userData, reading);
+    }
+}
+
+/// User data and a list of metadata, in their order.
+void addItemsOfMovie(ByteSource &source, const BmffBox &movie, MediaReading &reading)
+{
+    bool hasUserData = false;
+    bool hasMetadata = false;
+    for (const BmffBox &box : boxesIn(source, movie.start, movie.end)) {
+        if (box.type == "meta" && !std::exchange(hasMetadata, true))
+            addMetadataItems(source, movie, reading);
+        else if (box.type == "udta" && !std::exchange(hasUserData, true))
+            addItemsOfUserData(source, box, reading);
+    }
+}
+
 /// The first picture of a list of iTunes.
 QByteArray coverIn(ByteSource &source, const std::optional<BmffBox> &parent, qint64 mostBytes)
 {
@@ -275,12 +302,7 @@ std::optional<MediaReading> readMp4(ByteSource &source)
         return std::nullopt;
     MediaReading reading;
     reading.duration = movieDuration(source, *movie);
-    const std::optional<BmffBox> userData = findPath(source, *movie, {"udta"});
-    if (userData)
-        addUserDataItems(source, *userData, reading);
-    addMetadataItems(source, *movie, reading);
-    if (userData)
-        addMetadataItems(source, *userData, reading);
+    addItemsOfMovie(source, *movie, reading);
     return reading;
 }
 

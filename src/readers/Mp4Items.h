@@ -6,8 +6,8 @@
 
 #include <optional>
 
-/// The tags and the duration of an MP4, M4A or QuickTime file: user data, then metadata by names,
-/// then the list of iTunes, so that this list wins. Own code, because the media libraries drop or
+/// The tags and the duration of an MP4, M4A or QuickTime file: user data, metadata by names and the
+/// list of iTunes in the order of the file. Own code, because the media libraries drop or
 /// merge the keys of QuickTime. Nothing when the file has no movie box.
 std::optional<MediaReading> readMp4(ByteSource &source);
 

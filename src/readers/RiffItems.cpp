@@ -2,8 +2,12 @@
 #include "readers/RiffItems.h"
 
 #include "readers/ByteText.h"
+#include "readers/Id3Items.h"
 #include "readers/ItemWriter.h"
 #include "readers/TagLibText.h"
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -26,7 +30,45 @@ public:
 };
 #pragma GCC diagnostic pop
 
+bool isId3(const TagLib::ByteVector &chunkName)
+{
+    return chunkName == "ID3 " || chunkName == "id3 ";
+}
+
+bool isAiffText(const TagLib::ByteVector &chunkName)
+{
+    return std::ranges::any_of(CommonKeys::aiffText(), [&](const TagMeaning &meaning) {
+        return chunkName == TagLib::ByteVector(meaning.key.latin1(), 4);
+    });
+}
+
+void addInfoItems(const TagLib::RIFF::Info::Tag *tag, MediaReading &reading)
+{
+    if (!tag)
+        return;
+    ItemWriter items(reading, kRiff);
+    const TagLib::RIFF::Info::FieldListMap fields = tag->fieldListMap();
+    for (const TagMeaning &meaning : CommonKeys::riffInfo()) {
+        const auto found = fields.find(meaning.key.latin1());
+        if (found != fields.end())
+            items.add(meaning, fromTagLib(found->second));
+    }
+}
+
 } // namespace
+
+void AiffFile::addItems(MediaReading &reading)
+{
+    bool hasText = false;
+    bool hasId3 = false;
+    for (unsigned int i = 0; i < chunkCount(); ++i) {
+        const TagLib::ByteVector name = chunkName(i);
+        if (isId3(name) && !std::exchange(hasId3, true))
+            addId3v2Items(tag(), reading);
+        else if (isAiffText(name) && !std::exchange(hasText, true))
+            addTextItems(reading);
+    }
+}
 
 void AiffFile::addTextItems(MediaReading &reading)
 {
@@ -42,17 +84,24 @@ void AiffFile::addTextItems(MediaReading &reading)
     }
 }
 
-void addRiffInfoItems(const TagLib::RIFF::Info::Tag *tag, MediaReading &reading)
+void WavFile::addItems(MediaReading &reading)
 {
-    if (!tag)
-        return;
-    ItemWriter items(reading, kRiff);
-    const TagLib::RIFF::Info::FieldListMap fields = tag->fieldListMap();
-    for (const TagMeaning &meaning : CommonKeys::riffInfo()) {
-        const auto found = fields.find(meaning.key.latin1());
-        if (found != fields.end())
-            items.add(meaning, fromTagLib(found->second));
+    bool hasInfo = false;
+    bool hasId3 = false;
+    for (unsigned int i = 0; i < chunkCount(); ++i) {
+        if (isId3(chunkName(i)) && !std::exchange(hasId3, true))
+            addId3v2Items(ID3v2Tag(), reading);
+        else if (isInfoList(i) && !std::exchange(hasInfo, true))
+            addInfoItems(InfoTag(), reading);
     }
+}
+
+bool WavFile::isInfoList(unsigned int chunk)
+{
+    if (chunkName(chunk) != "LIST")
+        return false;
+    seek(chunkOffset(chunk));
+    return readBlock(4) == "INFO";
 }
 
 void useTextOfUnknownSet()

@@ -22,7 +22,6 @@
 #include <taglib/speexfile.h>
 #include <taglib/trueaudiofile.h>
 #include <taglib/vorbisfile.h>
-#include <taglib/wavfile.h>
 #include <taglib/wavpackfile.h>
 
 namespace {
@@ -31,7 +30,8 @@ using Reading = std::optional<MediaReading>;
 
 constexpr double kMillisecondsPerSecond = 1000;
 
-/// What every kind of file has in common; the kinds' own tags are added by the given function.
+/// What every kind of file has in common; the kinds' own tags are added by the given function, in
+/// the order of the file where nothing else is said: of two values the last one counts.
 template <typename File, typename AddItems>
 Reading readFile(File &file, AddItems addItems)
 {
@@ -84,6 +84,7 @@ void correctDuration(TagLib::MPEG::File &file, ByteSource &source, MediaReading 
         reading.duration = durationOfManyRates(source, start, last).value_or(reading.duration);
 }
 
+/// The older metadata formats first, wherever they stand.
 Reading readMpeg(SourceStream &stream, ByteSource &source)
 {
     TagLib::MPEG::File file(&stream, frames());
@@ -101,9 +102,9 @@ Reading readFlac(SourceStream &stream)
 {
     TagLib::FLAC::File file(&stream, frames());
     return readFile(file, [](TagLib::FLAC::File &flac, MediaReading &reading) {
-        addId3v1Items(flac, flac.ID3v1Tag(), reading);
         addId3v2Items(flac.ID3v2Tag(), reading);
         addXiphItems(flac.xiphComment(), reading);
+        addId3v1Items(flac, flac.ID3v1Tag(), reading);
     });
 }
 
@@ -124,32 +125,26 @@ Reading readTrueAudio(SourceStream &stream, std::optional<qint64> apeFooter)
 {
     TagLib::TrueAudio::File file(&stream, frames());
     return readFile(file, [&](TagLib::TrueAudio::File &trueAudio, MediaReading &reading) {
-        addId3v1Items(trueAudio, trueAudio.ID3v1Tag(), reading);
+        addId3v2Items(trueAudio.ID3v2Tag(), reading);
         if (apeFooter) {
             const TagLib::APE::Tag tag(&trueAudio, *apeFooter);
             addApeItems(&tag, reading);
         }
-        addId3v2Items(trueAudio.ID3v2Tag(), reading);
+        addId3v1Items(trueAudio, trueAudio.ID3v1Tag(), reading);
     });
 }
 
 Reading readWav(SourceStream &stream)
 {
     useTextOfUnknownSet();
-    TagLib::RIFF::WAV::File file(&stream);
-    return readFile(file, [](TagLib::RIFF::WAV::File &wav, MediaReading &reading) {
-        addRiffInfoItems(wav.InfoTag(), reading);
-        addId3v2Items(wav.ID3v2Tag(), reading);
-    });
+    WavFile file(&stream);
+    return readFile(file, [](WavFile &wav, MediaReading &reading) { wav.addItems(reading); });
 }
 
 Reading readAiff(SourceStream &stream)
 {
     AiffFile file(&stream);
-    return readFile(file, [](AiffFile &aiff, MediaReading &reading) {
-        aiff.addTextItems(reading);
-        addId3v2Items(aiff.tag(), reading);
-    });
+    return readFile(file, [](AiffFile &aiff, MediaReading &reading) { aiff.addItems(reading); });
 }
 
 Reading readAsf(SourceStream &stream)
@@ -169,14 +164,25 @@ Reading readOgg(SourceStream &stream)
                     [](File &ogg, MediaReading &reading) { addXiphItems(ogg.tag(), reading); });
 }
 
-/// Formats that end in an APE block and an ID3v1 block.
+/// Its songs end in an APE block and often in an ID3v1 block, which repeats the other's texts cut
+/// to 30 letters. Everybody shows the APE block's, so it comes last.
+Reading readMonkeysAudio(SourceStream &stream)
+{
+    TagLib::APE::File file(&stream);
+    return readFile(file, [](TagLib::APE::File &ape, MediaReading &reading) {
+        addId3v1Items(ape, ape.ID3v1Tag(), reading);
+        addApeItems(ape.APETag(), reading);
+    });
+}
+
+/// Formats that end in an APE block and an ID3v1 block, in this order.
 template <typename File>
 Reading readWithApe(SourceStream &stream)
 {
     File file(&stream);
     return readFile(file, [](File &tagged, MediaReading &reading) {
-        addId3v1Items(tagged, tagged.ID3v1Tag(), reading);
         addApeItems(tagged.APETag(), reading);
+        addId3v1Items(tagged, tagged.ID3v1Tag(), reading);
     });
 }
 
@@ -205,7 +211,7 @@ Reading readWithTagLib(ByteSource &source, MediaFamily family)
     case MediaFamily::Asf:
         return readAsf(stream);
     case MediaFamily::Ape:
-        return readWithApe<TagLib::APE::File>(stream);
+        return readMonkeysAudio(stream);
     case MediaFamily::WavPack:
         return readWithApe<TagLib::WavPack::File>(stream);
     case MediaFamily::Musepack:

@@ -230,6 +230,12 @@ QByteArray apeBlock(const char *key, const QByteArray &value)
            zeros(3) + '\1' + zeros(15);
 }
 
+/// The block that ends a file; of its numbers only the year is set.
+QByteArray id3v1Block(const QByteArray &title)
+{
+    return "TAG" + title + zeros(90 - title.size()) + "1999" + zeros(30) + '\x11';
+}
+
 /// A chunk of RIFF, or of AIFF when its numbers are big.
 QByteArray chunk(const char *name, const QByteArray &content, bool isBig = false)
 {
@@ -261,6 +267,55 @@ QByteArray avi(const QByteArray &info)
     const QByteArray list = chunk("LIST", "strl" + chunk("strh", stream) + chunk("strf", format));
     return chunk("RIFF", "AVI " + chunk("LIST", "hdrl" + chunk("avih", header) + list) + info +
                              chunk("LIST", "movi" + chunk("00dc", "\xFF\xD8\xFF\xD9")));
+}
+
+/// A song of one second.
+QByteArray wav(const QByteArray &tags)
+{
+    const QByteArray format("\1\0\1\0\x40\x1F\0\0\x40\x1F\0\0\1\0\x08\0", 16);
+    return chunk("RIFF", "WAVE" + chunk("fmt ", format) + chunk("data", zeros(8000)) + tags);
+}
+
+/// A song of a second, without its sound.
+QByteArray aiff(const QByteArray &tags)
+{
+    const QByteArray common("\0\1\0\0\x1F\x40\0\x08\x40\x0B\xFA\0\0\0\0\0\0\0", 18);
+    return chunk("FORM", "AIFF" + chunk("COMM", common, true) + tags, true);
+}
+
+QByteArray flac(const QByteArray &comment)
+{
+    const QByteArray info = QByteArray("\x10\0\x10\0\0\0\0\0\0\0\x0A\xC4\x40\xF0\0\0\xAC\x44", 18);
+    const QByteArray comments = zeros(4) + QByteArray("\1\0\0\0", 4) +
+                                static_cast<char>(comment.size()) + zeros(3) + comment;
+    return "fLaC" + zeros(3) + '\x22' + info + zeros(16) + '\x84' + zeros(2) +
+           static_cast<char>(comments.size()) + comments;
+}
+
+/// A film with these boxes after its header.
+QByteArray film(const QByteArray &boxes)
+{
+    const QByteArray header = zeros(12) + QByteArray("\0\0\0\1\0\0\0\2", 8);
+    return box("ftyp", "qt  ") + box("moov", box("mvhd", header) + boxes);
+}
+
+/// One title in each way that a film may hold it.
+QByteArray userText(const QByteArray &title)
+{
+    return box("\xA9nam", '\0' + (static_cast<char>(title.size()) + zeros(2)) + title);
+}
+
+QByteArray listOfItunes(const QByteArray &title)
+{
+    return box("meta", zeros(4) + box("ilst", box("\xA9nam", dataBox(1, title))));
+}
+
+QByteArray listOfNames(const QByteArray &title)
+{
+    const QByteArray keys = box("mdta", "com.apple.quicktime.title");
+    return box("meta", box("hdlr", zeros(8) + "mdta" + zeros(12)) +
+                           box("keys", zeros(7) + '\1' + keys) +
+                           box("ilst", box("\0\0\0\1", dataBox(1, title))));
 }
 
 /// The file up to the first bytes of a part.
@@ -346,6 +401,42 @@ void TestMediaReader::buildsOfOneFile_data()
     QTest::newRow("the other names of an AVI's texts")
         << avi(infoList({{"ISRC", "Supplier"}, {"ITRK", "5"}, {"INAM", "Caf\xE9"}})) << 0.04
         << u"source=Supplier | title=Café | trkn=5/0"_s;
+    const QByteArray info = infoList({{"INAM", "info"}, {"IART", "by"}});
+    const QByteArray id3 = id3Block(id3Frame("TIT2", "id3") + id3Frame("TALB", "on"));
+    QTest::newRow("ID3v2 behind the INFO list")
+        << wav(info + chunk("id3 ", id3)) << 1.0 << u"albumName=on | artist=by | title=id3"_s;
+    QTest::newRow("the INFO list behind ID3v2")
+        << wav(chunk("LIST", "adtl") + chunk("ID3 ", id3) + info) << 1.0
+        << u"albumName=on | artist=by | title=info"_s;
+    QTest::newRow("ID3v2 behind a text of AIFF")
+        << aiff(chunk("NAME", "text", true) + chunk("ID3 ", id3, true)) << 1.0
+        << u"albumName=on | title=id3"_s;
+    QTest::newRow("a text of AIFF behind ID3v2")
+        << aiff(chunk("ID3 ", id3, true) + chunk("NAME", "text", true)) << 1.0
+        << u"albumName=on | title=text"_s;
+    QTest::newRow("FLAC between both kinds of ID3")
+        << id3 + flac("TITLE=vorbis") + id3v1Block({}) << 1.0
+        << u"albumName=on | creationDate=1999 | title=vorbis | type=Rock"_s;
+    QTest::newRow("the last title of FLAC")
+        << id3 + flac("TITLE=vorbis") + id3v1Block("last") << 1.0
+        << u"albumName=on | creationDate=1999 | title=last | type=Rock"_s;
+    const QByteArray bothAtEnd = apeBlock("Title", "APE") + id3v1Block("last");
+    QTest::newRow("the last title of WavPack")
+        << "wvpk" + zeros(28) + bothAtEnd << 0.0 << u"creationDate=1999 | title=last | type=Rock"_s;
+    QTest::newRow("the last title of True Audio")
+        << id3 + trueAudio(bothAtEnd) << 1.0
+        << u"albumName=on | creationDate=1999 | title=last | type=Rock"_s;
+    QTest::newRow("Monkey's Audio's own title")
+        << "MAC " + zeros(72) + bothAtEnd << 0.0 << u"creationDate=1999 | title=APE | type=Rock"_s;
+    QTest::newRow("user data behind names")
+        << film(listOfNames("named") + box("udta", userText("text"))) << 2.0 << u"title=text"_s;
+    QTest::newRow("names behind user data")
+        << film(box("udta", userText("text") + listOfItunes("list")) + listOfNames("named")) << 2.0
+        << u"title=named"_s;
+    QTest::newRow("the list of iTunes behind a text")
+        << film(box("udta", userText("text") + listOfItunes("list"))) << 2.0 << u"title=list"_s;
+    QTest::newRow("a text behind the list of iTunes")
+        << film(box("udta", listOfItunes("list") + userText("text"))) << 2.0 << u"title=text"_s;
     QTest::newRow("a film that ends before its tracks are described")
         << headOf(u"film.mkv"_s, "\x16\x54\xAE\x6B") << 0.52 << u"title=Größe"_s;
     QTest::newRow("a film that does not say how long it is")
