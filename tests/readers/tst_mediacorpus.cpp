@@ -15,7 +15,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double kLeastAgreement = 0.97;
+/// Where we are right to differ: samples at the start of a stream that are not to be played, and a
+/// tag with two values.
+const QStringList kDifferences = {u"mutagen-example.opus duration: 00.11"_s,
+                                  u"mutagen-example.opus durationHMS: 00.00.11"_s,
+                                  u"mutagen-silence_44_s.wv artist: piman, jzig"_s};
 constexpr double kNearSeconds = 0.12;
 constexpr double kNearShare = 0.01;
 
@@ -68,8 +72,6 @@ void TestMediaCorpus::valuesAgree()
                 .value_or(MediaReading());
         const QVariantMap tags = tagDictionary(reading, {});
         const QJsonObject expected = answer.value("expect"_L1).toObject();
-        if (answer.contains("corrupt"_L1))
-            continue;
         for (auto it = expected.begin(); it != expected.end(); ++it) {
             if (it.key() == "durationText"_L1)
                 continue;
@@ -81,8 +83,7 @@ void TestMediaCorpus::valuesAgree()
         }
     }
     QVERIFY(values > 0);
-    QVERIFY2(static_cast<double>(differences.size()) <= values * (1 - kLeastAgreement),
-             qPrintable(differences.join(u'\n')));
+    QCOMPARE(differences.join(u'\n'), kDifferences.join(u'\n'));
 }
 
 QTEST_GUILESS_MAIN(TestMediaCorpus)
