@@ -31,7 +31,8 @@ using Reading = std::optional<MediaReading>;
 constexpr double kMillisecondsPerSecond = 1000;
 
 /// What every kind of file has in common; the kinds' own tags are added by the given function, in
-/// the order of the file where nothing else is said: of two values the last one counts.
+/// the order of the file where nothing else is said: of two values the last one counts. ID3v1 comes
+/// first wherever it stands, because it repeats the texts of other blocks cut to 30 letters.
 template <typename File, typename AddItems>
 Reading readFile(File &file, AddItems addItems)
 {
@@ -102,9 +103,9 @@ Reading readFlac(SourceStream &stream)
 {
     TagLib::FLAC::File file(&stream, frames());
     return readFile(file, [](TagLib::FLAC::File &flac, MediaReading &reading) {
+        addId3v1Items(flac, flac.ID3v1Tag(), reading);
         addId3v2Items(flac.ID3v2Tag(), reading);
         addXiphItems(flac.xiphComment(), reading);
-        addId3v1Items(flac, flac.ID3v1Tag(), reading);
     });
 }
 
@@ -125,12 +126,12 @@ Reading readTrueAudio(SourceStream &stream, std::optional<qint64> apeFooter)
 {
     TagLib::TrueAudio::File file(&stream, frames());
     return readFile(file, [&](TagLib::TrueAudio::File &trueAudio, MediaReading &reading) {
+        addId3v1Items(trueAudio, trueAudio.ID3v1Tag(), reading);
         addId3v2Items(trueAudio.ID3v2Tag(), reading);
         if (apeFooter) {
             const TagLib::APE::Tag tag(&trueAudio, *apeFooter);
             addApeItems(&tag, reading);
         }
-        addId3v1Items(trueAudio, trueAudio.ID3v1Tag(), reading);
     });
 }
 
@@ -164,25 +165,14 @@ Reading readOgg(SourceStream &stream)
                     [](File &ogg, MediaReading &reading) { addXiphItems(ogg.tag(), reading); });
 }
 
-/// Its songs end in an APE block and often in an ID3v1 block, which repeats the other's texts cut
-/// to 30 letters. Everybody shows the APE block's, so it comes last.
-Reading readMonkeysAudio(SourceStream &stream)
-{
-    TagLib::APE::File file(&stream);
-    return readFile(file, [](TagLib::APE::File &ape, MediaReading &reading) {
-        addId3v1Items(ape, ape.ID3v1Tag(), reading);
-        addApeItems(ape.APETag(), reading);
-    });
-}
-
-/// Formats that end in an APE block and an ID3v1 block, in this order.
+/// Formats that end in an APE block and an ID3v1 block.
 template <typename File>
 Reading readWithApe(SourceStream &stream)
 {
     File file(&stream);
     return readFile(file, [](File &tagged, MediaReading &reading) {
-        addApeItems(tagged.APETag(), reading);
         addId3v1Items(tagged, tagged.ID3v1Tag(), reading);
+        addApeItems(tagged.APETag(), reading);
     });
 }
 
@@ -211,7 +201,7 @@ Reading readWithTagLib(ByteSource &source, MediaFamily family)
     case MediaFamily::Asf:
         return readAsf(stream);
     case MediaFamily::Ape:
-        return readMonkeysAudio(stream);
+        return readWithApe<TagLib::APE::File>(stream);
     case MediaFamily::WavPack:
         return readWithApe<TagLib::WavPack::File>(stream);
     case MediaFamily::Musepack:
