@@ -35,35 +35,45 @@ if(TAVRIN_SANITIZE)
     target_link_options(tavrin_flags INTERFACE -fsanitize=${TAVRIN_SANITIZE})
 endif()
 
-# Headers that nearly every source includes, compiled once: for builds that start from nothing. A
-# build without them shows includes that a source forgot.
+# Headers that nearly every source of a kind includes, compiled once; that halves the time of a build
+# that starts from nothing. Release builds go without, and show includes that a source forgot.
 set(TAVRIN_PCH_CORE
     <QByteArray> <QHash> <QString> <QStringList> <QVariantMap> <algorithm> <array> <atomic> <chrono>
     <condition_variable> <deque> <functional> <memory> <mutex> <optional> <span> <stop_token> <string>
     <thread> <vector>)
 set(TAVRIN_PCH_WIDGETS ${TAVRIN_PCH_CORE} <QEvent> <QLabel> <QLayout> <QLineEdit> <QMimeData> <QPainter>
                        <QStyleOption> <QUndoStack> <QWidget>)
+set(TAVRIN_PCH_TEST_CORE ${TAVRIN_PCH_CORE} <QTest>)
+set(TAVRIN_PCH_TEST_GUI ${TAVRIN_PCH_TEST_CORE})
+set(TAVRIN_PCH_TEST_WIDGETS ${TAVRIN_PCH_WIDGETS} <QTest>)
 
-# tavrin_precompiled(target core|widgets): the target uses one of the two sets.
+# What the headers of each kind see must be what its targets see, so these link the same of Qt. Qt
+# tells each test its own folders, which no test here asks for.
+add_library(tavrin_qttest INTERFACE)
+target_link_libraries(tavrin_qttest INTERFACE Qt6::Test)
+target_compile_options(tavrin_qttest INTERFACE -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
+set(TAVRIN_QT_CORE Qt6::Core)
+set(TAVRIN_QT_WIDGETS Qt6::Widgets)
+set(TAVRIN_QT_TEST_CORE tavrin_qttest)
+set(TAVRIN_QT_TEST_GUI Qt6::Gui tavrin_qttest)
+set(TAVRIN_QT_TEST_WIDGETS Qt6::Widgets Qt6::Svg Qt6::Network tavrin_qttest)
+
+# tavrin_precompiled(target CORE|WIDGETS|TEST_CORE|TEST_GUI|TEST_WIDGETS): the target uses the headers
+# of that kind.
 function(tavrin_precompiled target kind)
     if(NOT TAVRIN_PCH)
         return()
     endif()
-    if(NOT TARGET tavrin_pch_${kind})
-        set(empty "${PROJECT_BINARY_DIR}/pch_${kind}.cpp")
+    string(TOLOWER tavrin_pch_${kind} headers)
+    if(NOT TARGET ${headers})
+        set(empty "${PROJECT_BINARY_DIR}/${headers}.cpp")
         file(WRITE "${empty}" "")
-        add_library(tavrin_pch_${kind} OBJECT "${empty}")
-        set_target_properties(tavrin_pch_${kind} PROPERTIES CXX_EXTENSIONS OFF
-                                                            POSITION_INDEPENDENT_CODE ON)
-        string(TOUPPER ${kind} list)
-        target_precompile_headers(tavrin_pch_${kind} PRIVATE ${TAVRIN_PCH_${list}})
-        if(kind STREQUAL "core")
-            target_link_libraries(tavrin_pch_core PRIVATE tavrin_flags Qt6::Core)
-        else()
-            target_link_libraries(tavrin_pch_widgets PRIVATE tavrin_flags Qt6::Widgets)
-        endif()
+        add_library(${headers} OBJECT "${empty}")
+        set_target_properties(${headers} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
+        target_precompile_headers(${headers} PRIVATE ${TAVRIN_PCH_${kind}})
+        target_link_libraries(${headers} PRIVATE tavrin_flags ${TAVRIN_QT_${kind}})
     endif()
-    target_precompile_headers(${target} REUSE_FROM tavrin_pch_${kind})
+    target_precompile_headers(${target} REUSE_FROM ${headers})
 endfunction()
 
 # tavrin_library(name SOURCES... ) with the flags every library of the project has.
@@ -72,23 +82,25 @@ function(tavrin_library name)
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC tavrin_flags ${ARG_LINK})
     set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF POSITION_INDEPENDENT_CODE ON)
-    tavrin_precompiled(${name} core)
+    tavrin_precompiled(${name} CORE)
 endfunction()
 
 # tavrin_test(name SOURCES... LINK... [ON_DISPLAY]): one Qt Test program, run by ctest in a fixed
-# locale and zone. Windows are offscreen, which carries no drags; those ON_DISPLAY have a virtual
+# locale and zone. TAVRIN_TEST_QT is the part of Qt that the tests of a folder use: CORE, GUI or
+# WIDGETS. Windows are offscreen, which carries no drags; those ON_DISPLAY have a virtual
 # X display of their own, and are left out where there is none. TAVRIN_RACES is the file in
 # tests/support that names what the thread sanitizer sees wrongly.
 set(TAVRIN_RACES tsan.supp)
+set(TAVRIN_TEST_QT CORE)
 find_program(TAVRIN_XVFB_RUN xvfb-run)
 function(tavrin_test name)
     cmake_parse_arguments(ARG "ON_DISPLAY" "" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     set_target_properties(${name} PROPERTIES AUTOMOC ON CXX_EXTENSIONS OFF)
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
-    target_link_libraries(${name} PRIVATE tavrin_flags Qt6::Test ${ARG_LINK})
+    target_link_libraries(${name} PRIVATE tavrin_flags ${TAVRIN_QT_TEST_${TAVRIN_TEST_QT}} ${ARG_LINK})
     target_compile_definitions(${name} PRIVATE TAVRIN_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
-    tavrin_precompiled(${name} core)
+    tavrin_precompiled(${name} TEST_${TAVRIN_TEST_QT})
     set(platform offscreen)
     set(command ${name})
     if(ARG_ON_DISPLAY)
