@@ -152,6 +152,17 @@ int RenameCommand::refuseWithPreview(const RenameGuard::Answer &answer)
     return ExitStatus::kRefused;
 }
 
+/// Nothing when the user wants the run all the same.
+std::optional<int> RenameCommand::refuseWithoutUndo(const CommandLine &line, const QString &problem)
+{
+    if (!line.has(kNoUndo))
+        return refuse(ExitStatus::kNotConfirmed,
+                      u"this run could not be undone. %1 Nothing was renamed; give --no-undo "
+                      "to rename all the same"_s.arg(problem));
+    console().message(u"this run cannot be undone. %1"_s.arg(problem));
+    return {};
+}
+
 std::optional<int> RenameCommand::confirm(const CommandLine &line, const QString &question)
 {
     if (line.has(kYes))
@@ -169,15 +180,15 @@ int RenameCommand::rename(const CommandLine &line, const RenameGuard::Answer &an
 {
     QString question = answer.title + u'\n' + answer.text;
     if (!prepared) {
-        if (!line.has(kNoUndo))
-            return refuse(ExitStatus::kNotConfirmed,
-                          u"this run could not be undone. %1 Nothing was renamed; give --no-undo "
-                          "to rename all the same"_s.arg(prepared.message()));
-        console().message(u"this run cannot be undone. %1"_s.arg(prepared.message()));
+        if (const auto status = refuseWithoutUndo(line, prepared.message()))
+            return *status;
         question += u"\nThis run could not be undone."_s;
     }
     if (const auto status = confirm(line, question))
         return *status;
+    if (const auto begun = m_run->begin(); !begun)
+        if (const auto status = refuseWithoutUndo(line, begun.message()))
+            return *status;
     m_outcome.missing = files().missing();
     move(report);
     report.finish(m_outcome);

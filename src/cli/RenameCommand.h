@@ -21,6 +21,7 @@ private:
     TResult<bool> prepare();
     std::optional<RenameGuard::Answer> analyse(BatchReport &report);
     int refuseWithPreview(const RenameGuard::Answer &answer);
+    std::optional<int> refuseWithoutUndo(const CommandLine &line, const QString &problem);
     std::optional<int> confirm(const CommandLine &line, const QString &question);
     int rename(const CommandLine &line, const RenameGuard::Answer &answer,
                const TResult<bool> &prepared, BatchReport &report);

@@ -45,6 +45,7 @@ public:
     void startPipeline();
     TResult<bool> writePlan();
     TResult<bool> syncPlan();
+    TResult<bool> begin();
     TRenameSummary run(const Report &report, const std::atomic<bool> &abort);
 
 private:
@@ -53,6 +54,7 @@ private:
         return m_run.m_files[static_cast<std::size_t>(index)];
     }
     bool needsIntent(qsizetype index) const { return m_journal && m_journal->needsIntent(index); }
+    TResult<bool> withoutLogs();
     void moveChunk(RenameChunk &chunk, const std::atomic<bool> &abort);
     std::size_t endOfGroup(const RenameChunk &chunk, std::size_t start) const;
     bool announceIntents(const RenameChunk &chunk, std::size_t start, std::size_t end);
@@ -64,6 +66,7 @@ private:
     std::unique_ptr<RunJournal> m_journal;
     std::unique_ptr<RollbackLogWriter> m_rollbackLog;
     std::unique_ptr<RenamePipeline> m_pipeline;
+    bool m_hasBegun = false;
     bool m_interrupted = false;
     QString m_problem; ///< why the run has to stop
 };
@@ -91,6 +94,11 @@ TResult<bool> TRenameRun::prepare()
     return planned ? m_private->syncPlan() : planned;
 }
 
+TResult<bool> TRenameRun::begin()
+{
+    return m_private->begin();
+}
+
 TRenameSummary TRenameRun::run(const Report &report, const std::atomic<bool> &abort)
 {
     return m_private->run(report, abort);
@@ -116,8 +124,23 @@ TResult<bool> TRenameRun::Private::writePlan()
 
 TResult<bool> TRenameRun::Private::syncPlan()
 {
-    if (!m_journal || m_journal->syncPlan())
+    return !m_journal || m_journal->syncPlan() ? TResult<bool>(true) : withoutLogs();
+}
+
+TResult<bool> TRenameRun::Private::begin()
+{
+    if (m_hasBegun)
         return true;
+    m_hasBegun = true;
+    // The first names are evaluated while the plan gets its last sync.
+    if (!m_pipeline)
+        startPipeline();
+    return !m_journal || m_journal->begin() ? TResult<bool>(true) : withoutLogs();
+}
+
+/// The journal has failed: the run could not be undone.
+TResult<bool> TRenameRun::Private::withoutLogs()
+{
     const QString problem = m_journal->problem();
     m_journal.reset();
     m_rollbackLog.reset();
@@ -133,14 +156,15 @@ void TRenameRun::Private::startPipeline()
 
 TRenameSummary TRenameRun::Private::run(const Report &report, const std::atomic<bool> &abort)
 {
+    const TResult<bool> begun = begin();
+    if (!begun)
+        m_problem = begun.message();
     const auto total = static_cast<qsizetype>(m_run.m_files.size());
     if (m_run.m_textLog)
         m_run.m_textLog(formatted(kStartedLine, {TimeUtils::systemDateAndTime(m_run.m_clock.now()),
                                                  QString::number(total)}));
-    if (!m_pipeline)
-        startPipeline();
     RunRecorder recorder({m_run.m_files, &report, &m_run.m_textLog, m_rollbackLog.get()});
-    m_interrupted = abort.load() && total > 0;
+    m_interrupted = !begun || (abort.load() && total > 0);
     for (RenameChunk *chunk = nullptr; !m_interrupted && (chunk = m_pipeline->next()) != nullptr;) {
         moveChunk(*chunk, abort);
         m_pipeline->hand(recorder);

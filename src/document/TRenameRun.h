@@ -66,12 +66,17 @@ public:
     /// Files that cannot be read again or whose facts changed are still tried; the move decides.
     void setMetadataSource(TMetadataSource *source) { m_metadata = source; }
     void setTextLog(TextLog textLog) { m_textLog = std::move(textLog); }
-    /// Makes the journal and syncs the plan; nothing has moved yet. A failure's message says why
-    /// the run could not be undone.
+    /// Makes the journal and syncs the plan; nothing has moved yet, and a run that goes no further
+    /// leaves nothing. A failure's message says why the run could not be undone.
     TResult<bool> prepare();
-    /// Runs to the end or until abort is set (read before each move). report is called on the
-    /// run's own thread for each file, in list order and never by two at once; it may lag behind
-    /// the moves, and the last has come when this returns.
+    /// To be called once the user has agreed: from here on a run that is cut off is recovered. A
+    /// failure's message says why the run could not be undone; called after that, run keeps no
+    /// record.
+    TResult<bool> begin();
+    /// Begins unless that is done already; when it is impossible nothing moves, and the summary's
+    /// problem says why. Runs to the end or until abort is set (read before each move). report is
+    /// called on the run's own thread for each file, in list order and never by two at once; it may
+    /// lag behind the moves, and the last has come when this returns.
     TRenameSummary run(const Report &report, const std::atomic<bool> &abort);
 
 private:

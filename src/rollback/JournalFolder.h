@@ -16,9 +16,9 @@
 class JournalFolder
 {
 public:
-    /// A plan that is not synced yet: nothing has moved.
+    /// A plan whose run has not begun: nothing has moved.
     static constexpr QByteArrayView kPlanning{".plan"};
-    /// A run that has not finished.
+    /// A run that has begun and not finished.
     static constexpr QByteArrayView kRunning{".journal"};
     /// A run that is over.
     static constexpr QByteArrayView kFinished{".finished"};

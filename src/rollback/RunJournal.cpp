@@ -85,6 +85,7 @@ public:
     qint64 lastModification = 0;
     qsizetype lastIndex = 0;
     bool planned = false;
+    bool begun = false;
     bool tellsOfMoves = false;
     bool syncFailed = false;
 };
@@ -238,7 +239,7 @@ RunJournal::~RunJournal()
     if (!m_private || !m_private->file.isOpen())
         return;
     // During an exception a move may have been made that was not recorded.
-    if (m_private->tellsOfMoves || (m_private->planned && std::uncaught_exceptions() > 0))
+    if (m_private->tellsOfMoves || (m_private->begun && std::uncaught_exceptions() > 0))
         m_private->writer.flush();
     else
         m_private->folder.remove(m_private->name);
@@ -269,12 +270,18 @@ bool RunJournal::syncPlan()
     d.writer.putVarint(static_cast<quint64>(d.files));
     if (!d.writer.flush())
         d.fail(kCannotWrite, d.writer.error());
-    d.planned =
-        d.problem.isEmpty() && d.reserveRoom() && d.sync(d.file.descriptor()) && d.makeRunning();
+    d.planned = d.problem.isEmpty() && d.reserveRoom() && d.sync(d.file.descriptor());
     d.byAddress = {};
     d.byPath = {};
     d.keepsInodes = {};
     return d.planned;
+}
+
+bool RunJournal::begin()
+{
+    Private &d = *m_private;
+    d.begun = d.planned && d.makeRunning();
+    return d.begun;
 }
 
 bool RunJournal::needsIntent(qsizetype index) const
@@ -303,7 +310,7 @@ void RunJournal::recordMove(qsizetype index, const QByteArray &newName)
 void RunJournal::finish(const QString &rollbackLog)
 {
     Private &d = *m_private;
-    if (!d.planned || !d.file.isOpen())
+    if (!d.begun || !d.file.isOpen())
         return;
     d.writer.begin(Record::Finished, kNumbers);
     if (!d.writer.flush())

@@ -10,8 +10,8 @@
 class RecoveryProgress;
 
 /// The plan of a run, on disk before the first move, so that a crash or power cut at any moment
-/// loses no record: <logs>/.running/<uuid>.journal, locked while the run lives. Used by one thread
-/// at a time. Layout: docs/file-formats.md.
+/// loses no record: <logs>/.running/<uuid>.plan, and .journal from the run's beginning on, locked
+/// while the run lives. Used by one thread at a time. Layout: docs/file-formats.md.
 class RunJournal
 {
 public:
@@ -23,8 +23,13 @@ public:
 
     /// Adds a file to the plan, in list order.
     void addFile(const TFileItem &item);
-    /// Writes and syncs the plan. False: nothing may be moved; problem() says why.
+    /// Writes and syncs the plan, which is the long part. False: nothing may be moved; problem()
+    /// says why. The run has not begun: should it never begin, the next start deletes the plan.
     [[nodiscard]] bool syncPlan();
+    /// The run begins, after syncPlan: whatever happens from here on, the next start looks for its
+    /// moves. What somebody else renamed before would count as such a move, so nobody is asked
+    /// anything between this and the first move. False: nothing may be moved; problem() says why.
+    [[nodiscard]] bool begin();
     /// True for files whose inode will not tell afterwards (several links, file systems without
     /// lasting inodes): their intents must be synced before they move.
     bool needsIntent(qsizetype index) const;

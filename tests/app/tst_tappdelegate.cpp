@@ -103,7 +103,7 @@ struct Program
             item.facts = TFileFacts::fromStatus(status);
             journal->addFile(item);
         }
-        QVERIFY(journal->syncPlan());
+        QVERIFY(journal->syncPlan() && journal->begin());
         QVERIFY(QFile::rename(tree.path(name), tree.path(name + u" moved"_s)));
         journal->recordMove(0, {}); // the file is found by its inode
     }

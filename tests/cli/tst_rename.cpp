@@ -250,23 +250,38 @@ private Q_SLOTS:
 
     void recordForUndoingIsRequired_data()
     {
-        const Table<bool> row("noUndo");
-        row("refused", false);
-        row("--no-undo", true);
+        const Table<bool, int> row("noUndo", "syncs");
+        constexpr int kNoFolder = -1;
+        row("no folder", false, kNoFolder);
+        row("no folder, --no-undo", true, kNoFolder);
+        row("no plan", false, 0);
+        row("no plan, --no-undo", true, 0);
+        row("no beginning", false, 1);
+        row("no beginning, --no-undo", true, 1);
     }
 
     void recordForUndoingIsRequired()
     {
         QFETCH(bool, noUndo);
+        QFETCH(int, syncs);
         CliFixture cli;
         cli.batch({u"a.txt"_s});
-        // A file where the data folder would be: no folder can be made below it.
-        qputenv("XDG_DATA_HOME", cli.tree.file(u"occupied"_s).toUtf8());
+        FaultyFileManager disk;
+        cli.fileManager = &disk;
+        if (syncs < 0) {
+            // A file where the data folder would be: no folder can be made below it.
+            qputenv("XDG_DATA_HOME", cli.tree.file(u"occupied"_s).toUtf8());
+        } else {
+            disk.fail(FaultyFileManager::Call::Sync, 0, syncs); // these succeed
+            disk.fail(FaultyFileManager::Call::Sync, EIO);
+        }
         const QStringList arguments =
             renameArguments({u"--json"_s}) + kCounter + QStringList{cli.batchPath()};
         QCOMPARE(cli.run(noUndo ? arguments + QStringList{u"--no-undo"_s} : arguments),
                  noUndo ? 0 : 4);
-        QVERIFY2(cli.err().contains(u"undone"_s), qPrintable(cli.err()));
+        QVERIFY2(cli.err().contains(noUndo ? u"this run cannot be undone. "_s
+                                           : u"this run could not be undone. "_s),
+                 qPrintable(cli.err()));
         QCOMPARE(cli.names(), QStringList{noUndo ? u"n1.txt"_s : u"a.txt"_s});
         QCOMPARE(cli.json().value(u"rollbackLog"_s).isNull(), noUndo);
     }

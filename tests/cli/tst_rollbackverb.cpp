@@ -27,7 +27,7 @@ void leaveJournal(CliFixture &cli)
     auto journal = RunJournal::create(logs, cli.clock, cli.disk);
     QVERIFY2(journal, qPrintable(journal.message()));
     journal.value()->addFile(item);
-    QVERIFY(journal.value()->syncPlan());
+    QVERIFY(journal.value()->syncPlan() && journal.value()->begin());
     QCOMPARE(::rename(path.toUtf8().constData(),
                       cli.tree.path(u"batch/moved.txt"_s).toUtf8().constData()),
              0);

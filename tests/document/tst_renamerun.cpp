@@ -254,7 +254,7 @@ private Q_SLOTS:
         fixture.expand();
         fixture.disk.reset();
         auto run = fixture.makeRun();
-        QVERIFY(run->prepare());
+        QVERIFY(run->prepare() && run->begin());
         fixture.disk.fail(Call::Sync, EIO);
         fixture.reports.clear();
         summary = run->run([&](const TRenameReport &report) { fixture.reports.push_back(report); },
@@ -267,14 +267,16 @@ private Q_SLOTS:
 
     void nothingMovesWithoutAPlan_data()
     {
-        const Table<bool> row("logsFolderIsAFile");
-        row("logs folder cannot be made", true);
-        row("plan cannot be synced", false);
+        const Table<bool, int> row("logsFolderIsAFile", "syncs");
+        row("logs folder cannot be made", true, 0);
+        row("plan cannot be synced", false, 0);
+        row("the run cannot begin", false, 1);
     }
 
     void nothingMovesWithoutAPlan()
     {
         QFETCH(bool, logsFolderIsAFile);
+        QFETCH(int, syncs);
         RunFixture fixture;
         fixture.makeFiles({u"a.x"_s});
         fixture.expand();
@@ -282,10 +284,43 @@ private Q_SLOTS:
         if (logsFolderIsAFile)
             fixture.tree.file(u"Logs"_s);
         else
-            fixture.disk.fail(Call::Sync, ENOSPC);
+            fixture.tree.folder(u"Logs/.running"_s); // making it takes syncs, too
+        fixture.disk.fail(Call::Sync, 0, syncs);     // the first ones succeed
+        fixture.disk.fail(Call::Sync, ENOSPC);
         const TRenameSummary summary = fixture.run();
         QVERIFY(!summary.problem.isEmpty());
         QCOMPARE(fixture.names(), QStringList{u"a.x"_s});
+        QVERIFY(fixture.reports.empty());
+        QVERIFY(logsFolderIsAFile || fixture.tree.list(u"Logs/.running"_s).isEmpty());
+    }
+
+    void runsBeginAtTheirStart_data()
+    {
+        const Table<bool> row("begin");
+        row("by itself", false);
+        row("by the caller", true);
+    }
+
+    /// Until then a run that is cut off was none, though nobody will be asked any more.
+    void runsBeginAtTheirStart()
+    {
+        QFETCH(bool, begin);
+        RunFixture fixture;
+        fixture.makeFiles({u"a.x"_s});
+        fixture.expand();
+        fixture.rules = {textRule(u"n"_s)};
+        const auto journals = [&fixture] {
+            return fixture.tree.list(u"Logs/.running"_s).filter(u".journal"_s).size();
+        };
+        const auto run = fixture.makeRun();
+        QVERIFY(run->prepare());
+        QCOMPARE(journals(), 0);
+        QVERIFY(!begin || run->begin());
+        QCOMPARE(journals(), begin ? 1 : 0);
+        qsizetype duringTheMove = 0;
+        fixture.disk.before(Call::RenameNoReplace, [&] { duringTheMove = journals(); });
+        QCOMPARE(run->run({}, std::atomic<bool>(false)).renamed, 1);
+        QCOMPARE(duringTheMove, 1);
     }
 
     void patternThatTakesTooLong()

@@ -58,7 +58,7 @@ void TestTDocumentRecovery::waitsForTheRecovery()
     auto journal =
         RunJournal::create(batch.tree.folder(u"Logs"_s), batch.clock, batch.disk).value();
     journal->addFile({TFileURL::fileURLWithPath(file), {}});
-    QVERIFY(journal->syncPlan());
+    QVERIFY(journal->syncPlan() && journal->begin());
     journal->recordMove(0, "b");
     journal.reset();
 

@@ -69,6 +69,7 @@ private Q_SLOTS:
     void unchangedNames();
     void logsThatCannotBeMade_data();
     void logsThatCannotBeMade();
+    void stoppedByTheDisk_data();
     void stoppedByTheDisk();
     void emptyLog();
     void sandbox_data();
@@ -150,11 +151,21 @@ void TestTDocumentRename::confirmation()
     QFETCH(const bool, warned);
     Batch batch(3, warned ? TRuleList{textRule(u"n"_s)}
                           : TRuleList{textRule(u"n"_s), makeRule(u"Counter"_s)});
-    QVERIFY(batch.rename(kCancel));
+    const auto journals = [&batch] {
+        return batch.tree.list(u"Logs/.running"_s).filter(u".journal"_s).size();
+    };
+    batch.host.holdBack = true;
+    batch.document->runRename();
+    batch.host.answers = {kCancel};
+    QVERIFY(batch.pumpUntil([&] { return !batch.host.held.empty(); }));
+    // Killed now, this would be no run to recover.
+    QCOMPARE(batch.tree.list(u"Logs/.running"_s).filter(u".plan"_s).size(), 1);
+    QCOMPARE(journals(), 0);
+    batch.host.release();
     QTEST(batch.host.calls.join(u';'), "question");
     QVERIFY(!batch.document->isRenaming() && batch.logs().isEmpty());
     QCOMPARE(batch.onDisk(), (QStringList{u"0000.x"_s, u"0001.x"_s, u"0002.x"_s}));
-    QVERIFY(batch.tree.list(u"Logs"_s).filter(u"journal"_s).isEmpty());
+    QCOMPARE(batch.tree.list(u"Logs/.running"_s), QStringList());
     QVERIFY(batch.rename());
     QCOMPARE(batch.onDisk().size(), 3);
     QVERIFY(batch.onDisk().contains(warned ? u"n-2.x"_s : u"n3.x"_s));
@@ -382,14 +393,25 @@ void TestTDocumentRename::logsThatCannotBeMade()
     QCOMPARE(batch.host.callsOf(u"alert"_s).size(), 0);
 }
 
+void TestTDocumentRename::stoppedByTheDisk_data()
+{
+    const Table<int> row("syncs");
+    row("when the run begins", 0);
+    row("before a file is moved", 1);
+}
+
 void TestTDocumentRename::stoppedByTheDisk()
 {
+    QFETCH(const int, syncs);
     Batch batch(3);
     // Files with a second name announce where they go; that must reach the disk before they move.
     batch.tree.hardLink(u"files/0000.x"_s, u"second"_s);
     batch.document->removeFiles({0, 1, 2});
     QVERIFY(batch.drop({u"files"_s}));
-    batch.host.onSheetShown = [&] { batch.disk.fail(Call::Sync, EIO); };
+    batch.host.onSheetShown = [&] {
+        batch.disk.fail(Call::Sync, 0, syncs); // these succeed
+        batch.disk.fail(Call::Sync, EIO);
+    };
     QVERIFY(batch.rename());
     QCOMPARE(batch.onDisk(), (QStringList{u"0000.x"_s, u"0001.x"_s, u"0002.x"_s}));
     QVERIFY(batch.host.callsOf(u"alert: The rename has stopped|"_s).value(0).size() > 40);

@@ -2,11 +2,14 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Kills a run, a recovery and a rollback at every call that touches the disk, and at random
 moments; every file must come back under its old name."""
+import json
+import os
+import pty
 import signal
 import subprocess
 import time
 
-from scene import THOROUGH, Scene, ReliabilityTest, main
+from scene import PROGRAM, THOROUGH, Scene, ReliabilityTest, main
 
 HOWS = ["kill-before", "kill-inside", "kill-after"] if THOROUGH else ["kill-before", "kill-inside"]
 # Only these can be caught half done; for the others inside means after.
@@ -59,6 +62,39 @@ class Kills(ReliabilityTest):
     def test_rollback_at_every_call(self):
         self.at_every_call(Scene.rename, Scene.undo)
 
+    def test_at_the_question(self):
+        # Another start meanwhile, which tidies up, must leave the plan alone.
+        with Scene() as scene:
+            process, terminal = self.asked(scene)
+            self.assertEqual(json.loads(scene.recover().stdout), [])
+            os.write(terminal, b"y\n")
+            self.assertEqual(os.waitpid(process, 0)[1], 0)
+            os.close(terminal)
+            self.assertEqual(scene.moved(), 6)
+            self.assertComesBack(scene)
+        # What the user renames after the kill is no move of a run.
+        with Scene() as scene:
+            process, terminal = self.asked(scene)
+            os.kill(process, signal.SIGKILL)
+            os.waitpid(process, 0)
+            os.close(terminal)
+            name = min(scene.before)
+            os.rename(f"{scene.photos}/{name}", f"{scene.photos}/mine")
+            recovered = scene.recover()
+            self.assertEqual((json.loads(recovered.stdout), recovered.stderr), ([], ""))
+            self.assertEqual(os.listdir(f"{scene.logs}/.running"), [])
+
+    def asked(self, scene):
+        """A run on a terminal whose plan is made and whose question waits for its answer."""
+        words = [word for word in scene.rename_words() if word != "--yes"]
+        process, terminal = pty.fork()
+        if process == 0:
+            os.execve(PROGRAM, [PROGRAM, *words], scene.environment(None))
+        text = b""
+        while b"[y/N]" not in text:
+            text += os.read(terminal, 4096)
+        return process, terminal
+
     def test_large_runs_at_random_calls(self):
         for number in range(200 if THOROUGH else 12):
             links = number % 2 == 1
@@ -74,17 +110,14 @@ class Kills(ReliabilityTest):
             whole = time.monotonic() - start
         for number, moment, tell in self.moments(whole, 50 if THOROUGH else 8, (0.2, 1.1)):
             with self.subTest(moment=moment), Scene(2000, number % 2 == 1) as scene:
-                process = subprocess.Popen(self.program(scene), env=scene.environment(None),
-                                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+                process = subprocess.Popen([PROGRAM, *scene.rename_words()],
+                                           env=scene.environment(None), stdout=subprocess.DEVNULL,
+                                           stderr=subprocess.DEVNULL)
                 time.sleep(moment)
                 process.send_signal(signal.SIGKILL)
                 process.wait()
                 tell(scene.moved() / 2000)
                 self.assertComesBack(scene)
-
-    def program(self, scene):
-        from scene import PROGRAM
-        return [PROGRAM, *scene.rename_words()]
 
 
 if __name__ == "__main__":

@@ -62,7 +62,7 @@ public:
             m_journal.addFile(items.back());
         }
         beforeStep(Step::Plan, 0);
-        if (!m_journal.syncPlan())
+        if (!m_journal.syncPlan() || !m_journal.begin())
             return false;
         const auto total = static_cast<qsizetype>(moves.size());
         for (qsizetype i = 0; i < total; ++i) {

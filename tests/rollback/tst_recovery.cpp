@@ -291,7 +291,7 @@ private Q_SLOTS:
         item.facts.hasBirthTime = false;
         item.facts.creation = item.facts.modification;
         journal->addFile(item);
-        QVERIFY(journal->syncPlan());
+        QVERIFY(journal->syncPlan() && journal->begin());
         const QString path = journal->path();
         const QByteArray plan = bytesOf(path);
         QVERIFY(QFile::rename(f.tree.path(u"f/a"_s), f.tree.path(u"f/x"_s)));
@@ -466,6 +466,23 @@ private Q_SLOTS:
         QCOMPARE(f.running().size(), 3);
         QVERIFY(QFile::exists(living.value()->path()));
         QVERIFY(f.running().contains(u"old.finished"_s));
+    }
+
+    void plansWithoutARunAreNotRecovered()
+    {
+        // Killed at the question; what the user then renames himself is no move of a run.
+        Interrupted f;
+        auto journal = std::move(RunJournal::create(f.logs(), f.clock, f.disk)).value();
+        journal->addFile(fileItem(f.tree.file(u"f/a"_s)));
+        QVERIFY(journal->syncPlan());
+        const QByteArray plan = bytesOf(journal->path());
+        const QString path = journal->path();
+        journal.reset();
+        overwrite(path, plan);
+        QVERIFY(QFile::rename(f.tree.path(u"f/a"_s), f.tree.path(u"f/mine"_s)));
+        QVERIFY(f.recover().empty());
+        QCOMPARE(f.running(), QStringList());
+        QVERIFY(rollbackLogPaths(f.logs()).isEmpty());
     }
 
     void noLogsFolderNoWork()

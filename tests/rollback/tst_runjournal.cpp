@@ -68,6 +68,9 @@ private Q_SLOTS:
         QVERIFY(!f.running().front().endsWith(u".journal"_s)); // recovery must not see half a plan
         f.disk.reset();
         QVERIFY(journal->syncPlan());
+        QCOMPARE(f.disk.count(Call::Sync), 1);
+        QVERIFY(journal->path().endsWith(u".plan"_s)); // nor that of a run that nobody agreed to
+        QVERIFY(journal->begin());
         QCOMPARE(f.disk.count(Call::Sync), 2); // the file, then its folder
         QVERIFY(journal->path().endsWith(u".journal"_s));
 
@@ -93,13 +96,22 @@ private Q_SLOTS:
         }
     }
 
+    void isPrivateAndLocked_data()
+    {
+        const Table<bool> row("begun");
+        row("while the user is asked", false);
+        row("during the run", true);
+    }
+
     void isPrivateAndLocked()
     {
+        QFETCH(bool, begun);
         JournalFixture f;
         f.tree.file(u"a"_s);
         const auto journal = f.make();
         journal->addFile(fileItem(f.tree.path(u"a"_s)));
         QVERIFY(journal->syncPlan());
+        QVERIFY(!begun || journal->begin());
         struct stat status = {};
         ::stat(qPrintable(journal->path()), &status);
         QCOMPARE(status.st_mode & 0777U, 0600U);
@@ -218,7 +230,8 @@ private Q_SLOTS:
         // An errno of 0 is a call that does nothing and succeeds.
         f.disk.fail(Call::Sync, 0, succeeding);
         f.disk.fail(Call::Sync, EIO, 1);
-        QVERIFY(!journal->syncPlan());
+        QCOMPARE(journal->syncPlan(), succeeding == 1);
+        QVERIFY(!journal->begin());
         QVERIFY2(journal->problem().contains(textForErrno(EIO)), qPrintable(journal->problem()));
         QVERIFY(!journal->syncIntents());
         QCOMPARE(f.disk.count(Call::Sync), succeeding + 1);
@@ -298,8 +311,16 @@ private Q_SLOTS:
         QVERIFY2(journal.message().contains(f.logs()), qPrintable(journal.message()));
     }
 
+    void leavesNothingWithoutMoves_data()
+    {
+        const Table<bool> row("begun");
+        row("not agreed to", false);
+        row("stopped before its first move", true);
+    }
+
     void leavesNothingWithoutMoves()
     {
+        QFETCH(bool, begun);
         JournalFixture f;
         f.tree.file(u"a"_s);
         f.make();
@@ -307,8 +328,21 @@ private Q_SLOTS:
         auto journal = f.make();
         journal->addFile(fileItem(f.tree.path(u"a"_s)));
         QVERIFY(journal->syncPlan());
+        QVERIFY(!begun || journal->begin());
         journal.reset();
         QCOMPARE(f.running(), QStringList());
+    }
+
+    void planThatIsGone()
+    {
+        JournalFixture f;
+        f.tree.file(u"a"_s);
+        const auto journal = f.make();
+        journal->addFile(fileItem(f.tree.path(u"a"_s)));
+        QVERIFY(journal->syncPlan());
+        QVERIFY(QFile::remove(journal->path()));
+        QVERIFY(!journal->begin());
+        QVERIFY2(journal->problem().contains(textForErrno(ENOENT)), qPrintable(journal->problem()));
     }
 
     void keepsTheLastFifty()
