@@ -52,7 +52,7 @@ struct FolderPicture::Folder
     bool isComplete = false; ///< the names are all there are; else the disk is asked too
     bool folds = false;      ///< upper and lower case are the same
     bool isDecided = false;  ///< whether to read it whole, at the first question
-    std::optional<bool> canBeChanged;
+    std::optional<int> errorOfChanging;
     HashSet128 present;
     HashSet128 gone; ///< what the run's moves have freed unless present again, while incomplete
     std::unordered_map<Hash128, Hint, LowHalf> hints;
@@ -211,10 +211,10 @@ void FolderPicture::taken(const TFolder &folder, const QString &name)
     known.present.insert(NameCandidates::hashOf(name, known.folds));
 }
 
-bool FolderPicture::canBeChanged(const TFolder &folder)
+int FolderPicture::errorOfChanging(const TFolder &folder)
 {
     Folder &known = find(folder);
-    if (!known.canBeChanged)
-        known.canBeChanged = m_fileManager.access(folder.bytes(), W_OK | X_OK) == 0;
-    return *known.canBeChanged;
+    if (!known.errorOfChanging)
+        known.errorOfChanging = m_fileManager.access(folder.bytes(), W_OK | X_OK);
+    return *known.errorOfChanging;
 }

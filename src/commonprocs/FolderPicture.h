@@ -44,8 +44,9 @@ public:
     void moved(const TFolder &folder, const QString &from, const QString &to);
     /// A name was found taken although the picture said otherwise.
     void taken(const TFolder &folder, const QString &name);
-    /// False when the folder cannot be written or entered.
-    bool canBeChanged(const TFolder &folder);
+    /// Why the folder says that it cannot be written or entered, as an errno; 0 when it can. File
+    /// systems of networks and of user space may know less than the move itself would find out.
+    int errorOfChanging(const TFolder &folder);
 
 private:
     struct Folder;

@@ -55,11 +55,9 @@ MovePlanner::Plan MovePlanner::decide(const TFileItem &item, const TEvaluatedNam
     }
     if (!plan.refusal.isEmpty())
         return plan;
-    if (!m_folders.canBeChanged(folder))
-        plan.refusal = textForErrno(EACCES);
-    else if (name.extension.isEmpty() && plan.finalName != oldName &&
-             m_folders.exists(folder, plan.finalName) &&
-             !m_folders.isOwnOtherSpelling(folder, oldName, plan.finalName))
+    if (name.extension.isEmpty() && plan.finalName != oldName &&
+        m_folders.exists(folder, plan.finalName) &&
+        !m_folders.isOwnOtherSpelling(folder, oldName, plan.finalName))
         plan.refusal = textForErrno(EEXIST);
     else
         m_folders.moved(folder, oldName, plan.finalName);

@@ -6,7 +6,8 @@
 #include "document/TRenameOperation.h"
 
 /// Where the next file of a run goes, given the picture of its folder. Forecast and run decide
-/// through this one place, so that what is shown is what happens. Used by one thread at a time.
+/// through this one place, so that what is shown is what happens. Whether the folder may be changed
+/// is no part of it: a run finds out by trying. Used by one thread at a time.
 class MovePlanner
 {
 public:

@@ -270,13 +270,13 @@ private Q_SLOTS:
         TemporaryTree tree;
         FaultyFileManager disk;
         FolderPicture picture(disk);
-        QVERIFY(picture.canBeChanged(*folderOf(tree)));
-        QVERIFY(!picture.canBeChanged(*folderOf(tree, u"missing"_s)));
+        QCOMPARE(picture.errorOfChanging(*folderOf(tree)), 0);
+        QCOMPARE(picture.errorOfChanging(*folderOf(tree, u"missing"_s)), ENOENT);
         const TFolderPtr closed = folderOf(tree, u"closed"_s);
         disk.fail(Call::Access, EACCES, FaultyFileManager::kAlways, closed->bytes());
         tree.folder(u"closed"_s);
-        QVERIFY(!picture.canBeChanged(*closed));
-        QVERIFY(!picture.canBeChanged(*closed));
+        QCOMPARE(picture.errorOfChanging(*closed), EACCES);
+        QCOMPARE(picture.errorOfChanging(*closed), EACCES);
         QCOMPARE(disk.count(Call::Access), 3);
     }
 };

@@ -323,6 +323,54 @@ private Q_SLOTS:
         QCOMPARE(duringTheMove, 1);
     }
 
+    void foldersThatCannotBeChanged_data()
+    {
+        const Table<int, int, bool> row("access", "move", "forecastRefuses");
+        row("no permission", EACCES, EACCES, true);
+        row("read-only", EROFS, EROFS, true);
+        row("gone", ENOENT, ENOENT, true);
+        row("says less than it lets be done", EACCES, 0, true);
+        row("says more than it lets be done", 0, EROFS, false);
+    }
+
+    /// The run tries; what it says is the move's own error.
+    void foldersThatCannotBeChanged()
+    {
+        QFETCH(int, access);
+        QFETCH(int, move);
+        QFETCH(bool, forecastRefuses);
+        RunFixture fixture;
+        fixture.makeFiles({u"a.x"_s, u"b.x"_s, u"c"_s});
+        fixture.expand();
+        fixture.rules = {textRule(u"n"_s)};
+        if (access != 0)
+            fixture.disk.fail(Call::Access, access);
+        if (move != 0)
+            fixture.disk.fail(Call::RenameNoReplace, move);
+        const QStringList refused{u"!n.x"_s, u"!n.x"_s, u"!n"_s};
+        const QStringList renamed{u"n.x"_s, u"n-1.x"_s, u"n"_s};
+        QCOMPARE(fixture.forecast(), forecastRefuses ? refused : renamed);
+        QCOMPARE(fixture.refusals,
+                 QStringList(3, forecastRefuses ? textForErrno(access) : QString()));
+        fixture.run();
+        QCOMPARE(fixture.reported(), move != 0 ? refused : renamed);
+        for (const TRenameReport &report : fixture.reports)
+            QCOMPARE(report.failure, move != 0 ? textForErrno(move) : QString());
+    }
+
+    void foldersThatVanish()
+    {
+        RunFixture fixture;
+        fixture.makeFiles({u"a.x"_s, u"b.x"_s});
+        fixture.expand();
+        fixture.rules = {textRule(u"n"_s)};
+        QVERIFY(QFile::rename(fixture.tree.path(u"files"_s), fixture.tree.path(u"elsewhere"_s)));
+        QCOMPARE(fixture.run().failed, 2);
+        for (const TRenameReport &report : fixture.reports)
+            QCOMPARE(report.failure, textForErrno(ENOENT));
+        QCOMPARE(fixture.tree.list(u"elsewhere"_s), (QStringList{u"a.x"_s, u"b.x"_s}));
+    }
+
     void patternThatTakesTooLong()
     {
         RunFixture fixture;

@@ -21,6 +21,7 @@ struct RunFixture
     std::vector<TFileItem> files;
     std::vector<TRenameReport> reports;
     QString textLog;
+    QStringList refusals; ///< of the last forecast, one text for each file
 
     QString logsFolder() const { return tree.path(QStringLiteral("Logs")); }
     QStringList names() const { return tree.list(QStringLiteral("files")); }
@@ -46,8 +47,10 @@ struct RunFixture
         for (const TFileItem &file : files)
             stepper.announce(file);
         QStringList result;
+        refusals.clear();
         for (const TFileItem &file : files) {
             const auto forecast = stepper.step(file, {});
+            refusals += forecast.refusal;
             result += forecast.refusal.isEmpty() ? forecast.finalName
                                                  : QStringLiteral("!") + forecast.finalName;
         }
