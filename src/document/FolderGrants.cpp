@@ -21,6 +21,12 @@ bool isSameFolder(const TFileURL &chosen, const TFileURL &wanted)
 
 } // namespace
 
+QString nameOfFolder(const TFileURL &folder)
+{
+    const QString &name = folder.lastPathComponent();
+    return name.isEmpty() ? folder.path() : name;
+}
+
 FolderGrants::FolderGrants(TDialogHost &host, Notifications &notifications)
     : m_host(host)
     , m_notifications(notifications)
@@ -56,8 +62,8 @@ void FolderGrants::ask(TFolderAccessList &list, const TFileURL &folder, Finished
 /// The list may have grown by the time of the answer, so the record is looked up again then.
 void FolderGrants::show(TFolderAccessList &list, const TFileURL &folder, Answered answered)
 {
-    const QString prompt = formatted(QCoreApplication::translate("FolderGrants", kPrompt),
-                                     {folder.lastPathComponent()});
+    const QString prompt =
+        formatted(QCoreApplication::translate("FolderGrants", kPrompt), {nameOfFolder(folder)});
     m_host.chooseFolder({prompt, folder}, [alive = std::weak_ptr(m_alive), &list, folder,
                                            answered](const std::optional<TFileURL> &chosen) {
         if (alive.expired())

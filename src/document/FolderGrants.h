@@ -10,6 +10,9 @@
 /// What the notification about a recorded grant carries: the folder's TFolderAccess.
 inline constexpr QLatin1StringView kTheFolderAccess{"theFolderAccess"};
 
+/// What a prompt or list calls a folder: its last component, "/" for the root.
+QString nameOfFolder(const TFileURL &folder);
+
 /// Asks the user for the folders of one list that a sandbox keeps closed. Belongs to whoever owns
 /// the list; destroyed, it drops the answers still to come. Main thread only.
 class FolderGrants

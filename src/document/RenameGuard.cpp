@@ -68,8 +68,8 @@ RenameGuard::Answer RenameGuard::check() const
         return refused(kNoFilesTitle, text(kNoFilesText));
     if (criticals > 0)
         return refused(kDangerTitle, text(kDangerText, {QString::number(criticals)}));
-    if (!inaccessibleFolder.isEmpty())
-        return {Verdict::AskForFolder, QString(), text(kGrantPrompt, {inaccessibleFolder})};
+    if (inaccessibleFolder)
+        return {Verdict::AskForFolder, QString(), text(kGrantPrompt, {*inaccessibleFolder})};
     const QString count = QString::number(files);
     if (warnings > 0)
         return {Verdict::Confirm, text(kWarnedTitle),

@@ -18,7 +18,8 @@ struct RenameGuard
     bool running = false;
     qsizetype rules = 0;
     qsizetype files = 0;
-    QString inaccessibleFolder; ///< sandboxed and without a grant; empty otherwise
+    /// What a prompt calls the folder that is sandboxed and without a grant, if there is one.
+    std::optional<QString> inaccessibleFolder;
 
     enum class Verdict { Nothing, ShowErrors, Refused, AskForFolder, Confirm };
     struct Answer

@@ -62,7 +62,7 @@ RenameGuard TDocument::guard() const
     if (const TFileURLs closed =
             sandboxIsOn() ? m_theFoldersWeUse.inaccessibleFolders() : TFileURLs();
         !closed.isEmpty())
-        guard.inaccessibleFolder = closed.constFirst().lastPathComponent();
+        guard.inaccessibleFolder = nameOfFolder(closed.constFirst());
     return guard;
 }
 

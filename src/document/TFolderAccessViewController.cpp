@@ -30,7 +30,7 @@ TableCell TFolderAccessViewController::cell(qsizetype row, QLatin1StringView col
     if (column == kStatusColumn)
         return {{}, TImage(folder.haveAccess() ? kGranted : kClosed), {}};
     if (column == kNameColumn)
-        return {folder.theURL().lastPathComponent(), {}, {}};
+        return {nameOfFolder(folder.theURL()), {}, {}};
     if (column != kGrantColumn)
         zelWarn(kLogTitle, kUnknownColumn);
     return {};

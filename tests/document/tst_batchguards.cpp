@@ -42,14 +42,16 @@ private Q_SLOTS:
         log.clear();
         QCOMPARE(guard.check().verdict, Verdict::AskForFolder);
         QCOMPARE(guard.check().text, u"Grant access to Pictures"_s);
-        guard.inaccessibleFolder.clear();
+        guard.inaccessibleFolder = QString(); // a name like any other
+        QCOMPARE(guard.check().verdict, Verdict::AskForFolder);
+        guard.inaccessibleFolder.reset();
         QCOMPARE(guard.check().verdict, Verdict::Confirm);
     }
 
     void confirmationTexts()
     {
         TErrorLog log;
-        RenameGuard guard{true, &log, true, false, false, 1, 3, QString()};
+        RenameGuard guard{true, &log, true, false, false, 1, 3, {}};
         QCOMPARE(guard.check().title, u"This is not a Drill!"_s);
         QCOMPARE(guard.check().text, u"You are about to live rename 3 files. Are you sure?"_s);
         log.addErrorOfType(1, u"w"_s);

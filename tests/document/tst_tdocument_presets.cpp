@@ -187,7 +187,7 @@ void TestTDocumentPresets::removing()
             shipped ? 2U : 1U);
 }
 
-/// A list of two folders in a sandbox: "dragged" is granted, "found" is not.
+/// A list of folders in a sandbox: "dragged" is granted, "found" and the root are not.
 void TestTDocumentPresets::folderAccessView()
 {
     TemporaryTree tree;
@@ -201,6 +201,7 @@ void TestTDocumentPresets::folderAccessView()
     initSandbox();
     list.addFolder(url(u"dragged"_s), true);
     list.addFolder(url(u"found"_s), false);
+    list.addFolder(TFileURL::fileURLWithPath(u"/"_s), false);
     qunsetenv("APP_SANDBOX_CONTAINER_ID");
     TFolderAccessViewController view(list, host, notifications);
     int posts = 0;
@@ -222,6 +223,9 @@ void TestTDocumentPresets::folderAccessView()
     }
     QCOMPARE(shown(1), u"dot-green found"_s);
     QCOMPARE(host.calls.last(), u"folder panel: Grant access to found|"_s + tree.path(u"found"_s));
+    QCOMPARE(shown(2), u"dot-red / grant"_s);
+    view.grant(2);
+    QCOMPARE(host.calls.last(), u"folder panel: Grant access to /|/"_s);
     QStringList lines;
     setLogSink([&lines](const QString &line) { lines += line; });
     QCOMPARE(view.cell(0, "grant"_L1), TableCell());

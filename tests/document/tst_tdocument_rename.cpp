@@ -74,6 +74,7 @@ private Q_SLOTS:
     void emptyLog();
     void sandbox_data();
     void sandbox();
+    void sandboxWithTheRoot();
     void closingDuringARun_data();
     void closingDuringARun();
 };
@@ -472,6 +473,23 @@ void TestTDocumentRename::sandbox()
     };
     QCOMPARE(QTest::qWaitFor(isAsked, goesOn ? 5000 : 300), goesOn);
     QCOMPARE(fixture.host.callsOf(u"folder panel"_s).size(), 1);
+}
+
+/// Its location has no last component.
+void TestTDocumentRename::sandboxWithTheRoot()
+{
+    const auto restore = qScopeGuard([] {
+        qunsetenv("APP_SANDBOX_CONTAINER_ID");
+        initSandbox();
+    });
+    Batch batch;
+    qputenv("APP_SANDBOX_CONTAINER_ID", "x");
+    initSandbox();
+    batch.document->theFoldersWeUse().addFolder(TFileURL::fileURLWithPath(u"/"_s), false);
+    batch.host.calls.clear();
+    batch.document->runRename();
+    batch.mainThread.pump();
+    QCOMPARE(batch.host.calls, QStringList{u"folder panel: Grant access to /|/"_s});
 }
 
 void TestTDocumentRename::closingDuringARun_data()
