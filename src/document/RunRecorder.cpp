@@ -24,7 +24,7 @@ void RunRecorder::record(qsizetype index, RenameEntry &entry)
     if (*m_outputs.textLog)
         writeText(source, report, entry);
     if (m_outputs.rollbackLog != nullptr && !report.unchanged)
-        writeTransaction(source, report, !entry.name.tookTooLong);
+        writeTransaction(source, report);
 }
 
 TRenameReport RunRecorder::reportOf(qsizetype index, RenameEntry &entry) const
@@ -69,14 +69,11 @@ void RunRecorder::writeText(const TFileURL &source, const TRenameReport &report,
     (*m_outputs.textLog)(text);
 }
 
-void RunRecorder::writeTransaction(const TFileURL &source, const TRenameReport &report,
-                                   bool planned)
+void RunRecorder::writeTransaction(const TFileURL &source, const TRenameReport &report)
 {
     TRenameTRX transaction = TRenameTRX::TRXWithSource(source);
-    if (planned) {
-        transaction.renamedURL = TFileURL(source.folder(), report.finalName);
-        transaction.insured = true;
-    }
+    transaction.renamedURL = TFileURL(source.folder(), report.finalName);
+    transaction.insured = true;
     transaction.renameComplete = report.success;
     transaction.errorLog = report.errors;
     m_outputs.rollbackLog->append(transaction);

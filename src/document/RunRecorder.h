@@ -33,7 +33,7 @@ private:
     TRenameReport reportOf(qsizetype index, RenameEntry &entry) const;
     void count(const TRenameReport &report);
     void writeText(const TFileURL &source, const TRenameReport &report, const RenameEntry &entry);
-    void writeTransaction(const TFileURL &source, const TRenameReport &report, bool planned);
+    void writeTransaction(const TFileURL &source, const TRenameReport &report);
 
     Outputs m_outputs;
     TRenameSummary m_summary;

@@ -382,6 +382,11 @@ private Q_SLOTS:
         QCOMPARE(fixture.names(), (QStringList{slow, u"nb.x"_s}));
         QCOMPARE(summary.failed, 1);
         QCOMPARE(fixture.reports[0].errors.mostCriticalError(), 2);
+        // The record is like that of any file whose move failed.
+        const auto records = readRollbackLog(summary.rollbackLog);
+        QCOMPARE(records.value().size(), 2U);
+        QVERIFY(records.value()[0].insured && !records.value()[0].renameComplete);
+        QCOMPARE(records.value()[0].renamedURL.path(), fixture.tree.path(u"files/"_s + slow));
     }
 
     void undoGivesEverythingBack()
