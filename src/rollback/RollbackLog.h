@@ -30,9 +30,10 @@ public:
     /// says why there is none.
     TResult<bool> reserve(std::span<const TFileItem> files);
     void append(const TRenameTRX &transaction);
-    /// Puts the log in place, on the disk for good, under the name for the date; an earlier log of
-    /// the same second is replaced, unless keepOthers is set: then the next free second is taken.
-    /// The path, or why not.
+    /// Puts the log in place, on the disk for good, under the name for the date. The log of another
+    /// run that finished in the same second is replaced; any other that has the name already stays,
+    /// and with keepOthers all of them: then the next free second is taken. Such a log, and one
+    /// written with keepOthers, is never replaced. The path, or why not.
     TResult<QString> finish(TDate date, bool keepOthers = false);
 
 private:

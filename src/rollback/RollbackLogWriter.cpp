@@ -16,6 +16,9 @@ namespace {
 
 constexpr QLatin1StringView kCannotWrite{"The rollback log cannot be written to \"%1\": %2"};
 constexpr int kMostSeconds = 24 * 60 * 60;
+/// Seconds that the time of a file may be behind the clock.
+constexpr qint64 kStepsOfFileTimes = 2;
+constexpr mode_t kProtectedMode = 0400;
 constexpr qint64 kSizeOfEmptyLog = 1024;
 /// What a record takes besides the folder's path and, a few times, the name.
 constexpr qint64 kSizeOfRecord = 120;
@@ -41,6 +44,16 @@ int moveAside(int folder, const QByteArray &from, const QByteArray &to)
     return ::renameat(folder, from.constData(), AT_FDCWD, to.constData()) == 0 ? 0 : errno;
 }
 
+/// Whether the log under a name is that of a run which finished in the second of the date, as its
+/// time and the permission to write say: an hour that comes twice in a year gives names twice.
+bool isOfThatSecond(const QByteArray &path, TDate date)
+{
+    struct stat status;
+    return ::lstat(path.constData(), &status) == 0 && S_ISREG(status.st_mode) &&
+           (status.st_mode & S_IWUSR) != 0 &&
+           status.st_mtim.tv_sec >= date.nanos / TDate::kNanosPerSecond - kStepsOfFileTimes;
+}
+
 } // namespace
 
 class RollbackLogWriter::Private
@@ -56,6 +69,8 @@ public:
     }
 
     TResult<QString> place(TDate date, bool keepOthers) const;
+    int placeAt(const QByteArray &path) const;
+    void protect() const;
     void beginWriteback();
 
     JournalFolder folder;
@@ -76,15 +91,27 @@ void RollbackLogWriter::Private::beginWriteback()
     begun = written;
 }
 
+/// The log's name does not tell when its run finished, so a run that does finish in that second
+/// must not replace it. The missing permission to write is there from the moment the log is in
+/// place, and lasts as long as the log; a disk that knows no permissions goes without.
+void RollbackLogWriter::Private::protect() const
+{
+    ::fchmod(file.handle(), kProtectedMode);
+}
+
 TResult<QString> RollbackLogWriter::Private::place(TDate date, bool keepOthers) const
 {
+    if (keepOthers)
+        protect();
     int error = EEXIST;
     for (int second = 0; error == EEXIST && second < kMostSeconds; ++second) {
         const TDate when{date.nanos + second * TDate::kNanosPerSecond};
         const QByteArray path = folder.logsPath() + '/' + ByteNames::toBytes(rollbackLogName(when));
-        if (keepOthers)
-            error = moveAside(folder.descriptor(), name, path);
-        else
+        if (second == 1 && !keepOthers)
+            protect();
+        error = moveAside(folder.descriptor(), name, path);
+        // Nobody but another run of this second replaces it between the look and the move.
+        if (error == EEXIST && second == 0 && !keepOthers && isOfThatSecond(path, date))
             error =
                 ::renameat(folder.descriptor(), name.constData(), AT_FDCWD, path.constData()) == 0
                     ? 0

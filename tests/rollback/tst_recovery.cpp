@@ -485,6 +485,29 @@ private Q_SLOTS:
         QVERIFY(rollbackLogPaths(f.logs()).isEmpty());
     }
 
+    void laterRunsKeepRecoveredLogs()
+    {
+        Interrupted f;
+        f.tree.file(u"f/a"_s);
+        f.interrupt({u"f/a>x"_s}, 1, false);
+        const QString recovered = f.recover()[0].rollbackLog;
+        const auto run = [&f](const QString &name) {
+            auto writer = std::move(RollbackLogWriter::create(f.logs())).value();
+            writer->append(TRenameTRX::TRXWithSource(TFileURL::fileURLWithPath(f.tree.path(name))));
+            return writer->finish(f.clock.now()).value();
+        };
+        const QString first = run(u"1"_s);
+        const QString second = run(u"2"_s);
+        // Nor do they replace a log that had to leave its own second.
+        f.clock.set(TDate{f.clock.now().nanos + TDate::kNanosPerSecond});
+        const QString third = run(u"3"_s);
+        QCOMPARE(f.logged(recovered), QStringList{u"f/a>x"_s});
+        QCOMPARE(f.logged(first), QStringList{u"1!"_s});
+        QCOMPARE(f.logged(second), QStringList{u"2!"_s});
+        QCOMPARE(f.logged(third), QStringList{u"3!"_s});
+        QCOMPARE(rollbackLogPaths(f.logs()).size(), 4);
+    }
+
     void noLogsFolderNoWork()
     {
         Interrupted f;

@@ -137,6 +137,18 @@ private Q_SLOTS:
         QCOMPARE(readRollbackLog(first).value().size(), std::size_t{2});
     }
 
+    void sameNameOfAnotherMoment()
+    {
+        // As an hour later, when clocks have been put back.
+        const TemporaryTree tree;
+        const QString first = writeLog(tree.path(), 1);
+        setAge(first, kJuly.nanos / TDate::kNanosPerSecond - 3600);
+        const QString second = writeLog(tree.path(), 2);
+        QVERIFY(second.endsWith(u"14.05.10 (rollback data).renameLog"_s));
+        QCOMPARE(readRollbackLog(first).value().size(), std::size_t{1});
+        QCOMPARE(readRollbackLog(second).value().size(), std::size_t{2});
+    }
+
     void nobodyElseMayRead()
     {
         const TemporaryTree tree;
