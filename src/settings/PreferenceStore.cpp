@@ -42,12 +42,13 @@ QString applicationPath()
            PreferenceStore::kDomain + kFileName;
 }
 
-QVariantMap readFile(const QString &path)
+/// Does not log, for who logs may be who wants the level that is stored here.
+QVariantMap readFile(const QString &path, QString &problem)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         if (file.exists())
-            zelWarn(kLogTitle, u"%1 cannot be read: %2"_s.arg(path, file.errorString()));
+            problem = u"%1 cannot be read: %2"_s.arg(path, file.errorString());
         return {};
     }
     QJsonParseError error;
@@ -56,8 +57,14 @@ QVariantMap readFile(const QString &path)
         return document.object().toVariantMap();
     const QString reason = error.error == QJsonParseError::NoError ? u"it holds no JSON object"_s
                                                                    : error.errorString();
-    zelWarn(kLogTitle, u"%1 is damaged and is ignored: %2"_s.arg(path, reason));
+    problem = u"%1 is damaged and is ignored: %2"_s.arg(path, reason);
     return {};
+}
+
+void logProblem(const QString &problem)
+{
+    if (!problem.isEmpty())
+        zelWarn(kLogTitle, problem);
 }
 
 void apply(QVariantMap &values, const QVariantMap &changes)
@@ -103,18 +110,30 @@ qint64 integerOfText(QStringView text)
 
 } // namespace
 
+PreferenceStore::PreferenceStore(QString path, QString &problem)
+    : m_path(std::move(path))
+    , m_values(readFile(m_path, problem))
+{
+}
+
 PreferenceStore::PreferenceStore(QString path)
     : m_path(std::move(path))
-    , m_values(readFile(m_path))
 {
+    QString problem;
+    m_values = readFile(m_path, problem);
+    logProblem(problem);
 }
 
 std::shared_ptr<PreferenceStore> PreferenceStore::application()
 {
-    const std::scoped_lock lock(instance().mutex);
+    QString problem;
+    std::unique_lock lock(instance().mutex);
     if (!instance().store)
-        instance().store = std::make_shared<PreferenceStore>(applicationPath());
-    return instance().store;
+        instance().store.reset(new PreferenceStore(applicationPath(), problem));
+    const std::shared_ptr<PreferenceStore> store = instance().store;
+    lock.unlock();
+    logProblem(problem);
+    return store;
 }
 
 void PreferenceStore::resetForTests()
@@ -138,6 +157,7 @@ void PreferenceStore::setValue(const QString &key, const QVariant &value)
 
 bool PreferenceStore::sync()
 {
+    QString readProblem;
     QString problem;
     {
         const std::scoped_lock lock(m_mutex);
@@ -146,20 +166,22 @@ bool PreferenceStore::sync()
         makePrivateFolder(QFile::encodeName(QFileInfo(m_path).path()));
         QLockFile otherProcesses(m_path + kLockSuffix);
         otherProcesses.tryLock(kLockWait);
-        QVariantMap values = merged();
+        QVariantMap values = merged(readProblem);
         if (writeFile(values, problem)) {
             m_values = std::move(values);
             m_pending.clear();
-            return true;
+        } else {
+            problem = u"%1 cannot be written: %2"_s.arg(m_path, problem);
         }
     }
-    zelWarn(kLogTitle, u"%1 cannot be written: %2"_s.arg(m_path, problem));
-    return false;
+    logProblem(readProblem);
+    logProblem(problem);
+    return problem.isEmpty();
 }
 
-QVariantMap PreferenceStore::merged() const
+QVariantMap PreferenceStore::merged(QString &problem) const
 {
-    QVariantMap values = readFile(m_path);
+    QVariantMap values = readFile(m_path, problem);
     apply(values, m_pending);
     return values;
 }

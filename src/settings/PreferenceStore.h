@@ -56,7 +56,9 @@ public:
     static bool boolValue(const QVariant &value);
 
 private:
-    QVariantMap merged() const;
+    /// Tells what is wrong with the file instead of logging it.
+    PreferenceStore(QString path, QString &problem);
+    QVariantMap merged(QString &problem) const;
     bool writeFile(const QVariantMap &values, QString &problem) const;
 
     const QString m_path;

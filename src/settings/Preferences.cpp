@@ -4,6 +4,7 @@
 #include "settings/PreferenceStore.h"
 #include "settings/PrefsWriter.h"
 #include "settings/UserDefaults.h"
+#include "settings/logging.h"
 
 namespace {
 
@@ -81,5 +82,6 @@ void resetSettingsForTests()
 {
     PreferenceStore::resetForTests();
     UserDefaults::resetForTests();
+    resetLogLevelForTests();
     thePreferences() = {};
 }

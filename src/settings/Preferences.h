@@ -30,6 +30,5 @@ bool ReadPreferences(TPrefsObject &prefs);
 /// Writes fields and marks and syncs the store; false when the disk refused.
 bool WritePreferences(const TPrefsObject &prefs);
 
-/// Forgets everything read so far: preferences, store and user defaults. The log level stays until
-/// the next initLogging.
+/// Forgets everything read so far: preferences, store, user defaults and the log level.
 void resetSettingsForTests();

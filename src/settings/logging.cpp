@@ -17,8 +17,23 @@ constexpr QLatin1StringView kLogLevel{"logLevel"};
 constexpr QLatin1StringView kWarning{"Warning: "};
 constexpr QLatin1StringView kError{"***Error: "};
 constexpr int kHighestLevel = 3;
+constexpr int kNotRead = -1;
 
-std::atomic<int> currentLevel = 0;
+std::atomic<int> currentLevel = kNotRead;
+
+int storedLevel()
+{
+    const qint64 stored = UserDefaults::integerForKey(kLogLevel);
+    return static_cast<int>(std::clamp<qint64>(stored, 0, kHighestLevel));
+}
+
+/// Reads the level at its first use, unless somebody has set one meanwhile.
+int firstLevel()
+{
+    int before = kNotRead;
+    const int stored = storedLevel();
+    return currentLevel.compare_exchange_strong(before, stored) ? stored : before;
+}
 
 struct Sink
 {
@@ -69,8 +84,12 @@ void initLogging()
 {
     UserDefaults::registerDefault(kLogging, true);
     UserDefaults::registerDefault(kLogLevel, 0);
-    const qint64 stored = UserDefaults::integerForKey(kLogLevel);
-    currentLevel = static_cast<int>(std::clamp<qint64>(stored, 0, kHighestLevel));
+    currentLevel = storedLevel();
+}
+
+void resetLogLevelForTests()
+{
+    currentLevel = kNotRead;
 }
 
 void setLogLevel(int level)
@@ -82,7 +101,8 @@ void setLogLevel(int level)
 
 int logLevel()
 {
-    return currentLevel.load(std::memory_order_relaxed);
+    const int level = currentLevel.load(std::memory_order_relaxed);
+    return level == kNotRead ? firstLevel() : level;
 }
 
 void zelOut(const QString &prefix, const QString &first, const QString &second)

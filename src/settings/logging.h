@@ -7,10 +7,13 @@
 
 /// The levelled diagnostic log. One line a call to the sink (standard error, or a file); may be
 /// called from any thread. Level 0 and 1 show everything, 2 warnings and errors, 3 errors only. The
-/// level is kept in memory, so that a call below it costs a comparison.
+/// level is the stored one from the first line on, and is kept in memory, so that a call below it
+/// costs a comparison.
 
-/// Registers the defaults "logging" = true and "logLevel" = 0, and takes over the stored level.
+/// Registers the defaults "logging" = true and "logLevel" = 0, and reads the stored level anew.
 void initLogging();
+/// Forgets the level, so that a test starts as a process does.
+void resetLogLevelForTests();
 /// Clamps to 0 to 3 and stores level and "logging" = (level != 0), at once. The flag is for the
 /// user interface; nothing here looks at it.
 void setLogLevel(int level);

@@ -67,12 +67,49 @@ private Q_SLOTS:
         QTEST(UserDefaults::boolForKey(u"logging"_s), "flag");
     }
 
+    void levelSurvivesARestart_data()
+    {
+        const Table<bool> row("initialised");
+        row("before the first step", false);
+        row("after it", true);
+    }
+
     void levelSurvivesARestart()
     {
+        QFETCH(bool, initialised);
         setLogLevel(2);
         resetSettingsForTests();
-        initLogging();
+        if (initialised)
+            initLogging();
+        zelLog(u"not"_s, u"wanted"_s);
+        QCOMPARE(m_lines, QStringList());
         QCOMPARE(logLevel(), 2);
+    }
+
+    /// Reading the level may be what finds the store damaged, and what the store logs asks for the
+    /// level.
+    void damagedStoreIsLoggedOnce_data()
+    {
+        const Table<bool> row("storeFirst");
+        row("by who wants a value", true);
+        row("by who logs", false);
+    }
+
+    void damagedStoreIsLoggedOnce()
+    {
+        QFETCH(bool, storeFirst);
+        setLogLevel(3);
+        QFile file(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/com.zel.tavrin/preferences.json"_s);
+        QVERIFY(file.resize(1));
+        resetSettingsForTests();
+        if (storeFirst)
+            UserDefaults::boolForKey(u"logging"_s);
+        zelLog(u"A"_s, u"B"_s);
+        QCOMPARE(m_lines.size(), 2);
+        QVERIFY2(m_lines[0].contains(u"is damaged"_s), qPrintable(m_lines[0]));
+        QCOMPARE(m_lines[1], u"A:B"_s);
+        UserDefaults::setValue(u"neverEver"_s, 1); // reads the file again, to keep what it says
+        QCOMPARE(m_lines.size(), 3);
     }
 
     void storedLevelOutOfRangeIsClamped()
