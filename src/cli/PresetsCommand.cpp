@@ -4,6 +4,7 @@
 #include "cli/RecipeReader.h"
 #include "cli/RuleForms.h"
 #include "cli/SettingValue.h"
+#include "cli/ShellWords.h"
 #include "cli/WholeFile.h"
 #include "document/TRuleKinds.h"
 
@@ -66,15 +67,20 @@ const PresetsCommand::Action *PresetsCommand::findAction(const QString &name)
 int PresetsCommand::run(const CommandLine &line)
 {
     const QString name = line.words().value(0);
+    const QStringList names{u"list"_s, u"show"_s, u"save"_s, u"delete"_s, u"export"_s, u"import"_s};
+    if (line.words().isEmpty())
+        return usageError(u"an action is needed; possible: %1"_s.arg(names.join(u", "_s)));
     const Action *action = findAction(name);
     if (action == nullptr)
-        return usageError(SettingValue::unknownWord(
-            u"action"_s, name,
-            {u"list"_s, u"show"_s, u"save"_s, u"delete"_s, u"export"_s, u"import"_s}));
+        return usageError(SettingValue::unknownWord(u"action"_s, name, names));
     if (line.words().size() != action->arguments + 1)
-        return usageError(u"presets %1 takes %2 arguments, but was given %3"_s.arg(action->name)
-                              .arg(action->arguments)
-                              .arg(line.words().size() - 1));
+        return usageError(u"presets %1 takes %2, but was given %3"_s.arg(
+            action->name, counted(action->arguments, "argument"_L1, "arguments"_L1),
+            QString::number(line.words().size() - 1)));
+    const QLatin1StringView recipeOption = RecipeReader::firstOption(line);
+    if (!recipeOption.isEmpty() && action->run != &PresetsCommand::save)
+        return usageError(u"presets %1 takes no recipe; --%2 goes with presets save"_s.arg(
+            action->name, recipeOption));
     m_presets = PresetsManager::standard();
     return (this->*action->run)(line);
 }
@@ -112,6 +118,11 @@ int PresetsCommand::show(const CommandLine &line)
 
 int PresetsCommand::save(const CommandLine &line)
 {
+    const QString ending = u'.' + PresetsManager::kExtension;
+    if (const QString &name = line.words()[1]; name.endsWith(ending))
+        return usageError(
+            u"a preset's name has no ending; %1 is put behind it in the name of its file. Save it "
+            "as %2"_s.arg(ending, shellQuoted(name.chopped(ending.size()))));
     const TResult<Recipe> recipe = RecipeReader(*m_presets).read(line);
     if (!recipe)
         return usageError(recipe.message());
@@ -120,6 +131,8 @@ int PresetsCommand::save(const CommandLine &line)
             u"a preset needs rules: give at least one --rule, --preset or --recipe"_s);
     if (recipe.value().hasExtensionSettings)
         console().message(u"extension settings are no part of a preset and were left out"_s);
+    if (recipe.value().hasOptions)
+        console().message(u"options of the recipe are no part of a preset and were left out"_s);
     return saveAs(line.words()[1], recipe.value().rules);
 }
 
@@ -128,19 +141,31 @@ int PresetsCommand::saveAs(const QString &name, const TRuleList &rules)
     const TResult<QString> result = m_presets->savePreset(name, rules);
     if (!result)
         return refuseNamed(name, result.message());
-    if (console().isJson()) {
-        JsonWriter json;
-        printJson(json.beginObject().key("path"_L1).value(result.value()).endObject());
-    } else {
+    if (!console().isJson())
         console().printLine(result.value());
-    }
+    return finishFile(result.value());
+}
+
+/// Ends an action on a preset's file, which the document names.
+int PresetsCommand::finishFile(const QString &path)
+{
+    JsonWriter json;
+    if (console().isJson())
+        printJson(json.beginObject().key("path"_L1).value(path).endObject());
     return ExitStatus::kDone;
 }
 
 int PresetsCommand::remove(const CommandLine &line)
 {
-    const TResult<bool> deleted = m_presets->deletePreset(line.words()[1]);
-    return deleted ? ExitStatus::kDone : refuseNamed(line.words()[1], deleted.message());
+    const QString &name = line.words()[1];
+    const TResult<PresetsManager::Entry> preset = findPreset(*m_presets, name);
+    if (!preset)
+        return refuseNamed(name, preset.message());
+    const TResult<bool> deleted = m_presets->deletePreset(name);
+    if (deleted)
+        return finishFile(preset.value().path);
+    return preset.value().shipped ? refuse(ExitStatus::kUsageError, deleted.message())
+                                  : refuseNamed(name, deleted.message());
 }
 
 int PresetsCommand::exportPreset(const CommandLine &line)
@@ -154,12 +179,14 @@ int PresetsCommand::exportPreset(const CommandLine &line)
     if (!TRuleKinds::archiveRules(rules.value(), buffer))
         return refuse(ExitStatus::kUsageError, u"%1 cannot be written"_s.arg(path));
     const TResult<bool> written = writeWholeFile(path, buffer.data());
-    return written ? ExitStatus::kDone : refuse(ExitStatus::kUsageError, written.message());
+    return written ? finishFile(path) : refuse(ExitStatus::kUsageError, written.message());
 }
 
 int PresetsCommand::importPreset(const CommandLine &line)
 {
     const QString &path = line.words()[1];
+    if (const QString problem = reasonNotToRead(path); !problem.isEmpty())
+        return refuseNamed(path, problem);
     const TResult<TRuleList> rules = m_presets->readPreset(path);
     if (!rules)
         return refuseNamed(path, rules.message());

@@ -34,6 +34,7 @@ private:
     int exportPreset(const CommandLine &line);
     int importPreset(const CommandLine &line);
     int saveAs(const QString &name, const TRuleList &rules);
+    int finishFile(const QString &path);
     int refuseNamed(const QString &name, const QString &problem);
 
     std::optional<PresetsManager> m_presets; ///< there once the verb runs

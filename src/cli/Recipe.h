@@ -18,6 +18,7 @@ struct Recipe
     TOptions options;
     bool duplicatesAreCritical = false;
     bool hasExtensionSettings = false; ///< the user gave some
+    bool hasOptions = false;           ///< the user gave some
 
     /// A copy of the rules for one pass over the batch, prepared.
     TRuleList freshRules() const;

@@ -81,6 +81,14 @@ OptionGroup RecipeReader::options()
     return {"Recipe (rules apply in the order in which they stand)"_L1, kRecipeOptions};
 }
 
+QLatin1StringView RecipeReader::firstOption(const CommandLine &line)
+{
+    for (const OptionInfo &option : kRecipeOptions)
+        if (line.has(option.name))
+            return option.name;
+    return {};
+}
+
 RecipeReader::RecipeReader(const PresetsManager &presets)
     : m_presets(presets)
 {
@@ -98,8 +106,10 @@ TResult<Recipe> RecipeReader::read(const CommandLine &line)
     static constexpr std::array kFlags{kCompliance, kLeadingPeriod, kDuplicatesCritical,
                                        kKeepUnchanged};
     for (std::size_t i = 0; i < kFlags.size(); ++i) {
-        if (line.has(kFlags[i]))
-            setOption(m_recipe, i, true);
+        if (!line.has(kFlags[i]))
+            continue;
+        setOption(m_recipe, i, true);
+        m_recipe.hasOptions = true;
     }
     return std::move(m_recipe);
 }
@@ -178,7 +188,7 @@ QString RecipeReader::understandFile(const QString &path, std::vector<Step> &ste
     if (extension.isObject()) {
         TResult<WrittenExtension> written = RuleWords::extension(extension.toObject());
         if (!written)
-            return written.message();
+            return "extension: "_L1 + written.message();
         steps.emplace_back(std::move(written).value());
     }
     return understandOptions(object.value()[kOptions]);
@@ -203,6 +213,7 @@ QString RecipeReader::understandOptions(const QJsonValue &options)
         const TResult<QVariant> value = SettingValue::fromJson(*found, QJsonValue(it.value()));
         if (!value)
             return value.message();
+        m_recipe.hasOptions = true;
         setOption(m_recipe, static_cast<std::size_t>(found - kOptionSettings.begin()),
                   value.value().toBool());
     }
@@ -237,17 +248,27 @@ QString RecipeReader::addPreset(const QString &nameOrFile)
 
 TResult<TRuleList> readNamedPreset(const PresetsManager &presets, const QString &nameOrFile)
 {
-    if (isPresetFile(nameOrFile))
-        return presets.readPreset(nameOrFile);
+    if (isPresetFile(nameOrFile)) {
+        const QString problem = reasonNotToRead(nameOrFile);
+        return problem.isEmpty() ? presets.readPreset(nameOrFile)
+                                 : TResult<TRuleList>::failure(problem);
+    }
+    const TResult<PresetsManager::Entry> preset = findPreset(presets, nameOrFile);
+    if (!preset)
+        return TResult<TRuleList>::failure(
+            preset.message() + u". Give the path of a .renamesetting file to use that"_s);
+    return presets.readPreset(preset.value().path);
+}
+
+TResult<PresetsManager::Entry> findPreset(const PresetsManager &presets, const QString &name)
+{
     QStringList names;
     for (const PresetsManager::Entry &entry : presets.presets()) {
-        if (entry.name == nameOrFile)
-            return presets.readPreset(entry.path);
+        if (entry.name == name)
+            return entry;
         names.append(entry.name);
     }
     const QString possible =
         names.isEmpty() ? u"none is saved"_s : "possible: "_L1 + names.join(u", "_s);
-    return TResult<TRuleList>::failure(
-        u"there is no such preset; %1. Give the path of a .renamesetting file to use that"_s.arg(
-            possible));
+    return TResult<PresetsManager::Entry>::failure(u"there is no such preset; %1"_s.arg(possible));
 }

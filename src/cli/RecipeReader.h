@@ -16,6 +16,9 @@ public:
     /// The options that describe a recipe.
     static OptionGroup options();
 
+    /// The name of the first such option that was given; null when there is none.
+    static QLatin1StringView firstOption(const CommandLine &line);
+
     /// The presets are not owned.
     explicit RecipeReader(const PresetsManager &presets);
 
@@ -46,3 +49,5 @@ private:
 
 /// The rules of a preset, by its name or by the path of its file; the failure lists the names.
 TResult<TRuleList> readNamedPreset(const PresetsManager &presets, const QString &nameOrFile);
+/// The preset of that name; the failure lists the names.
+TResult<PresetsManager::Entry> findPreset(const PresetsManager &presets, const QString &name);

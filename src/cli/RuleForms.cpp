@@ -2,6 +2,7 @@
 #include "cli/RuleForms.h"
 
 #include "cli/ShellWords.h"
+#include "commonprocs/ByteNames.h"
 #include "document/TRuleKinds.h"
 #include "platform/TStringTable.h"
 #include "rules/TRegExRule.h"
@@ -75,8 +76,11 @@ void writeTable(JsonWriter &json, const TStringTablePtr &table)
     json.endArray();
 }
 
+/// Null for a text with characters that no line can show as they are.
 QString word(QLatin1StringView key, const QString &value)
 {
+    if (ByteNames::forDisplay(value) != value)
+        return {};
     return u' ' + key + u'=' + shellQuoted(value);
 }
 
@@ -91,7 +95,9 @@ QString settingWords(const ChangedSetting &changed)
     const TRegExPairs pairs = pairsOf(value);
     if (pairs.size() != 1)
         return {};
-    return word(kMatch, pairs.front()->match) + word(kReplace, pairs.front()->replace);
+    const QString match = word(kMatch, pairs.front()->match);
+    const QString replace = word(kReplace, pairs.front()->replace);
+    return match.isNull() || replace.isNull() ? QString() : match + replace;
 }
 
 } // namespace

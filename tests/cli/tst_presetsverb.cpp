@@ -2,7 +2,12 @@
 #include "cli/CliFixture.h"
 #include "support/Table.h"
 
+#include <QFileInfo>
 #include <QJsonArray>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -86,21 +91,75 @@ RegExTag match='(\d)' replace='<$1>' source=1 replaceAll=1
         QCOMPARE(cli.tree.list().filter(u"Other name"_s).size(), 2);
     }
 
+    void exportLeavesWhatIsNoFile_data()
+    {
+        const Table<QString, bool> row("target", "isFile");
+        row("a pipe", u"pipe", false);
+        row("a link", u"link", true);
+        row("a link that leads nowhere", u"loose", true);
+        row("the longest name", QString(255, u'x'), true);
+    }
+
+    void exportLeavesWhatIsNoFile()
+    {
+        QFETCH(QString, target);
+        QFETCH(bool, isFile);
+        CliFixture cli;
+        save(cli, u"P"_s);
+        cli.tree.file(u"behind"_s, "old");
+        cli.tree.link(u"behind"_s, u"link"_s);
+        cli.tree.link(u"new"_s, u"loose"_s);
+        const QString pipe = cli.tree.path(u"pipe"_s);
+        QCOMPARE(::mkfifo(pipe.toUtf8().constData(), 0600), 0);
+        const int reader = ::open(pipe.toUtf8().constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        const QStringList before = cli.tree.list();
+        const auto kind = QFileInfo(cli.tree.path(target)).isSymLink();
+
+        QCOMPARE(cli.run({u"presets"_s, u"export"_s, u"--json"_s, u"P"_s, cli.tree.path(target)}),
+                 0);
+        QCOMPARE(cli.json()[u"path"_s], QJsonValue(cli.tree.path(target)));
+        QCOMPARE(QFileInfo(cli.tree.path(target)).isSymLink(), kind);
+        QCOMPARE(QFileInfo(cli.tree.path(target)).isFile(), isFile);
+        QByteArray content(1 << 16, '\0');
+        if (isFile)
+            content = cli.tree.content(target);
+        else
+            content.resize(::read(reader, content.data(), static_cast<size_t>(content.size())));
+        ::close(reader);
+        QVERIFY(content.startsWith("bplist00"));
+        QVERIFY(cli.tree.list().size() <= before.size() + 1); // nothing is left beside it
+    }
+
+    void lineBreaksComeBack()
+    {
+        CliFixture cli;
+        QCOMPARE(cli.run({u"presets"_s, u"save"_s, u"P"_s, u"--rule"_s, u"Text theText='a\nb'"_s}),
+                 0);
+        QCOMPARE(cli.runLine(u"presets show P"_s), 0);
+        const QString shown = cli.out().trimmed();
+        QCOMPARE(cli.run({u"presets"_s, u"save"_s, u"Q"_s, u"--rule"_s, shown}), 0);
+        QCOMPARE(cli.runLine(u"presets show --json Q"_s), 0);
+        QCOMPARE(cli.json()[u"rules"_s][0][u"theText"_s], QJsonValue(u"a\nb"_s));
+    }
+
     void deletedPresetIsGone()
     {
         CliFixture cli;
         save(cli, u"P"_s);
         save(cli, u"Q"_s);
-        QCOMPARE(cli.runLine(u"presets delete P"_s), 0);
+        QCOMPARE(cli.runLine(u"presets delete --json P"_s), 0);
+        QVERIFY(cli.json()[u"path"_s].toString().endsWith(u"/P.renamesetting"_s));
         QCOMPARE(userPresets(cli), QStringList{u"Q"_s});
         QCOMPARE(cli.runLine(u"presets delete P"_s), 2);
     }
 
-    void extensionSettingsAreLeftOut()
+    void whatIsNoRuleIsLeftOut()
     {
         CliFixture cli;
         QCOMPARE(cli.runLine(u"presets save P --rule Counter --extension handlingMethod=3"_s), 0);
         QVERIFY2(cli.err().contains(u"extension settings"_s), qPrintable(cli.err()));
+        QCOMPARE(cli.runLine(u"presets save P --rule Counter --compliance"_s), 0);
+        QVERIFY2(cli.err().contains(u"options of the recipe"_s), qPrintable(cli.err()));
     }
 
     void statuses_data()
@@ -109,7 +168,12 @@ RegExTag match='(\d)' replace='<$1>' source=1 replaceAll=1
         row("no action", {}, u"possible: list, show, save");
         row("unknown action", {u"lst"_s}, u"\"lst\"; possible: list");
         row("too few arguments", {u"export"_s, u"P"_s}, u"takes 2 arguments");
-        row("too many arguments", {u"show"_s, u"P"_s, u"Q"_s}, u"takes 1");
+        row("too many arguments", {u"show"_s, u"P"_s, u"Q"_s}, u"takes 1 argument,");
+        row("a recipe that nobody reads", {u"list"_s, u"--rule"_s, u"Bogus"_s}, u"presets save");
+        row("an ending", {u"save"_s, u"P.renamesetting"_s, u"--rule"_s, u"Counter"_s}, u"as P");
+        row("misspelt file", {u"import"_s, u"/no.renamesetting"_s}, u"check the spelling");
+        row("misspelt preset file", {u"show"_s, u"/no.renamesetting"_s}, u"check the spelling");
+        row("misspelt name", {u"delete"_s, u"Nn"_s}, u"Nn: there is no such preset; possible: ");
         row("no rules", {u"save"_s, u"P"_s}, u"needs rules");
         row("slash", {u"save"_s, u"a/b"_s, u"--rule"_s, u"Counter"_s}, u"a/b");
         row("unknown", {u"show"_s, u"None"_s}, u"None");
