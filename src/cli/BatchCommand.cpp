@@ -21,6 +21,8 @@ OptionGroups BatchCommand::optionGroups() const
 
 std::optional<int> BatchCommand::understand(const CommandLine &line)
 {
+    if (const QString problem = m_files.understand(line); !problem.isEmpty())
+        return usageError(problem);
     const PresetsManager presets = PresetsManager::standard();
     TResult<Recipe> recipe = RecipeReader(presets).read(line);
     if (!recipe)

@@ -55,6 +55,11 @@ QStringList sortKeyNames()
     return names;
 }
 
+QString cannotReadList(const QString &list, const QString &reason)
+{
+    return u"cannot read the list %1: %2"_s.arg(list, reason);
+}
+
 BatchSorting::Row rowFromFacts(const TFileItem &item, Key key)
 {
     switch (key) {
@@ -94,13 +99,32 @@ BatchFiles::BatchFiles(CliEnvironment &environment, Console &console)
 
 QString BatchFiles::understand(const CommandLine &line)
 {
-    m_listFile = line.value(kFilesFrom);
-    if (line.has(kNul))
-        m_separator = '\0';
+    if (const QString problem = understandList(line); !problem.isEmpty())
+        return problem;
     if (line.words().isEmpty() && m_listFile.isNull())
         return u"no files: give paths, or --files-from"_s;
+    if (line.count(kSort) > 1)
+        return u"--sort is given twice; files have one order"_s;
     const QString sort = line.value(kSort);
     return sort.isNull() ? QString() : understandSort(sort);
+}
+
+QString BatchFiles::understandList(const CommandLine &line)
+{
+    if (line.count(kFilesFrom) > 1)
+        return u"--files-from is given twice; only one list can be read"_s;
+    m_listFile = line.value(kFilesFrom);
+    if (line.has(kNul) && m_listFile.isNull())
+        return u"-0 (--null) is about the list of --files-from, which is not given"_s;
+    m_separator = line.has(kNul) ? '\0' : '\n';
+    return {};
+}
+
+QString BatchFiles::listProblem() const
+{
+    const QString reason =
+        m_listFile.isNull() || readsInput() ? QString() : reasonNotToRead(m_listFile);
+    return reason.isEmpty() ? QString() : cannotReadList(m_listFile, reason);
 }
 
 QString BatchFiles::understandSort(const QString &text)
@@ -112,7 +136,10 @@ QString BatchFiles::understandSort(const QString &text)
     if (found == kSortKeys.end())
         return "--sort: "_L1 + SettingValue::unknownWord(u"key"_s, words.first(), sortKeyNames());
     BatchSorting::Order order{found->key, true, false};
-    for (const QString &word : words.sliced(1)) {
+    for (qsizetype i = 1; i < words.size(); ++i) {
+        const QString &word = words[i];
+        if (words.indexOf(word, i + 1) > 0)
+            return u"--sort: \"%1\" is given twice"_s.arg(word);
         if (word == kDescending)
             order.ascending = false;
         else if (word == kCaseSensitive && found->key == Key::FileName)
@@ -151,8 +178,7 @@ TResult<bool> BatchFiles::collect(const CommandLine &line, FileExpansion::Detail
     };
     if (std::all_of(line.words().begin(), line.words().end(), add) && !m_listFile.isNull()) {
         if (const int error = readList(add); error != 0 && !interrupted())
-            return TResult<bool>::failure(
-                u"cannot read the list %1: %2"_s.arg(m_listFile, reasonNotToOpen(error)));
+            return TResult<bool>::failure(cannotReadList(m_listFile, reasonNotToOpen(error)));
     }
     m_files = expansion.takeFiles();
     return !interrupted();

@@ -33,6 +33,9 @@ public:
     std::unique_ptr<TMetadataSource> metadataSource(MetadataGatherer::Kinds kinds,
                                                     const ImageWish &wish = {});
 
+    /// Why the list of --files-from cannot be read, as far as that shows before it is; empty when
+    /// nothing is known against it.
+    QString listProblem() const;
     /// True when --files-from takes standard input away from questions.
     bool readsInput() const { return m_listFile == QStringView(u"-"); }
     const std::vector<TFileItem> &files() const { return m_files; }
@@ -41,6 +44,7 @@ public:
 
 private:
     bool interrupted() const { return m_environment.interrupted.load(); }
+    QString understandList(const CommandLine &line);
     QString understandSort(const QString &text);
     bool sortsByStatus() const;
     int readList(const std::function<bool(const QString &)> &add);

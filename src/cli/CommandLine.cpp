@@ -129,8 +129,13 @@ TResult<CommandLine> CommandLine::parse(const OptionGroups &groups, const QStrin
 
 bool CommandLine::has(QLatin1StringView name) const
 {
-    return std::any_of(m_options.begin(), m_options.end(),
-                       [name](const Given &given) { return given.name == name; });
+    return count(name) > 0;
+}
+
+qsizetype CommandLine::count(QLatin1StringView name) const
+{
+    return std::count_if(m_options.begin(), m_options.end(),
+                         [name](const Given &given) { return given.name == name; });
 }
 
 QString CommandLine::value(QLatin1StringView name) const

@@ -39,6 +39,7 @@ public:
     static TResult<CommandLine> parse(const OptionGroups &groups, const QStringList &arguments);
 
     bool has(QLatin1StringView name) const;
+    qsizetype count(QLatin1StringView name) const;
     /// The value given last; null when the option is not there.
     QString value(QLatin1StringView name) const;
     const std::vector<Given> &options() const { return m_options; }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/RuleWords.h"
 
+#include "cli/JsonKeys.h"
 #include "cli/SettingValue.h"
 #include "cli/ShellWords.h"
 #include "commonprocs/ByteNames.h"
@@ -193,7 +194,7 @@ TResult<WrittenExtension> finishExtension(SettingsCollector &collector, QString 
     if (problem.isEmpty())
         problem = expandMap(collector);
     if (!problem.isEmpty())
-        return TResult<WrittenExtension>::failure("extension: "_L1 + problem);
+        return TResult<WrittenExtension>::failure(problem);
     return std::move(collector.values);
 }
 
@@ -217,6 +218,8 @@ TResult<QJsonObject> jsonObject(const QByteArray &json)
     }
     if (!document.isObject())
         return TResult<QJsonObject>::failure(u"the JSON text must be an object: {...}"_s);
+    if (const QString key = repeatedJsonKey(json); !key.isNull())
+        return TResult<QJsonObject>::failure(u"%1 is given twice"_s.arg(key));
     return document.object();
 }
 
@@ -260,7 +263,7 @@ TResult<WrittenExtension> extension(const QString &text)
     }
     const TResult<QStringList> words = splitShellWords(text);
     if (!words)
-        return TResult<WrittenExtension>::failure("extension: "_L1 + words.message());
+        return TResult<WrittenExtension>::failure(words.message());
     SettingsCollector collector = extensionCollector();
     return finishExtension(collector, takeWords(collector, words.value()));
 }

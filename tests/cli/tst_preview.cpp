@@ -336,14 +336,20 @@ private Q_SLOTS:
             QTest::newRow(name) << arguments << mentioned;
         };
         row("rule", {u"--rule"_s, u"Texd"_s}, u"--rule: unknown kind of rule \"Texd\""_s);
-        row("extension", {u"--extension"_s, u"x=1"_s},
-            u"--extension: extension: unknown setting \"x\""_s);
+        row("extension", {u"--extension"_s, u"x=1"_s}, u"--extension: unknown setting \"x\""_s);
         row("preset", {u"--preset"_s, u"none"_s}, u"--preset none: there is no such preset"_s);
         row("preset file", {u"--preset"_s, u"/no.renamesetting"_s}, u"/no.renamesetting"_s);
         row("recipe", {u"--recipe"_s, u"/no.json"_s}, u"/no.json"_s);
         row("sort", {u"--sort"_s, u"name"_s}, u"\"name\"; possible: fileName, targetName"_s);
         row("sort order", {u"--sort"_s, u"size:up"_s}, u"\"up\"; possible: desc"_s);
         row("case for sizes", {u"--sort"_s, u"size:case"_s}, u"\"case\"; possible: desc"_s);
+        row("order given twice", {u"--sort"_s, u"size:desc:desc"_s}, u"\"desc\" is given twice"_s);
+        row("two orders", {u"--sort=size"_s, u"--sort=error"_s}, u"--sort is given twice"_s);
+        row("two lists", {u"--files-from=a"_s, u"--files-from=b"_s},
+            u"--files-from is given twice"_s);
+        row("NUL without a list", {u"-0"_s}, u"--files-from"_s);
+        row("order before files are read", {u"--recipe=/no.json"_s, u"--sort=bogus"_s}, u"bogus"_s);
+        row("misspelt table", {u"--rule"_s, u"CSVTag file=/no.csv"_s}, u"check the spelling"_s);
         row("colour", {u"--color"_s, u"yes"_s}, u"\"yes\"; possible: auto, always, never"_s);
         row("progress", {u"--progress=on"_s}, u"\"on\"; possible: auto, always, never"_s);
         row("option", {u"--rules"_s}, u"--rules; possible: --rule, --preset"_s);

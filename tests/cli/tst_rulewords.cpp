@@ -137,6 +137,8 @@ private Q_SLOTS:
             QTest::newRow(name) << text << mentioned;
         };
         row("nothing", u""_s, u"one of: Text, Counter"_s);
+        row("key given twice", uR"({"kind":"Text","theText":"a","theTe\u0078t":"b"})"_s,
+            u"theText is given twice"_s);
         row("unknown kind", u"Texd theText=a"_s,
             u"\"Texd\"; possible: Text, Counter, Original, Date, ImageTag, AudioTag, VideoTag, "
             u"CSVTag, "
@@ -163,8 +165,9 @@ private Q_SLOTS:
         row("table as a word", u"CSVTag theRows=a"_s, u"theRows wants"_s);
         row("file and rows", uR"({"kind":"CSVTag","file":"a.csv","theRows":[]})"_s,
             u"one or the other"_s);
-        row("JSON without kind", uR"({"theText":"a"})"_s, u"possible: Text"_s);
-        row("JSON kind no text", uR"({"kind":5})"_s, u"5"_s);
+        row("JSON without kind", uR"({"theText":"a"})"_s,
+            u"a rule needs a \"kind\"; possible: Text"_s);
+        row("JSON kind no text", uR"({"kind":null})"_s, u"a text, not null; possible: Text"_s);
         row("JSON text for an integer", uR"({"kind":"Counter","startValue":"1"})"_s,
             u"startValue wants a whole number, not \"1\""_s);
         row("JSON fraction", uR"({"kind":"Counter","startValue":1.5})"_s, u"not 1.5"_s);
