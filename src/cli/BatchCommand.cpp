@@ -28,8 +28,7 @@ std::optional<int> BatchCommand::understand(const CommandLine &line)
     if (!recipe)
         return usageError(recipe.message());
     m_recipe = std::move(recipe).value();
-    if (const QString problem = m_files.understand(line); !problem.isEmpty())
-        return usageError(problem);
+    takeOverSignals();
     return {};
 }
 
@@ -58,7 +57,7 @@ std::unique_ptr<TMetadataSource> BatchCommand::metadataSource()
     return m_files.metadataSource(m_recipe.metadataKinds(), m_recipe.imageWish());
 }
 
-std::optional<PreviewOutcome> BatchCommand::preview(BatchReport &report)
+PreviewOutcome BatchCommand::preview(BatchReport &report)
 {
     AnalysisPass pass = analysis(console().hasColour());
     const TRuleList rules = m_recipe.freshRules();
@@ -70,15 +69,21 @@ std::optional<PreviewOutcome> BatchCommand::preview(BatchReport &report)
     while (!pass.atEnd() && !interrupted() && environment().out.error() == 0) {
         const TAnalysisResult result = pass.step();
         if (interrupted()) // which ends the wait for metadata, so the result may lack it
-            return {};
+            break;
         report.batchProblems(pass.lastProblems(), result.errors);
         report.previewed(pass.lastFile(), result,
                          forecast.step(pass.lastFile(), pass.lastMetadata()));
         console().progress().show("Analysing"_L1, pass.done(), pass.total());
     }
-    if (interrupted())
-        return {};
     const bool refused = pass.criticals() > 0 || m_recipe.rules.empty();
-    return PreviewOutcome{pass.total(), pass.warnings(), pass.criticals(), m_files.missing(),
-                          refused};
+    return {pass.total(),      pass.warnings(), pass.criticals(),
+            m_files.missing(), refused,         interrupted()};
+}
+
+int BatchCommand::endInterrupted(BatchReport &report, const PreviewOutcome &outcome)
+{
+    if (console().isJson())
+        report.finish(outcome);
+    console().message(u"interrupted before the end of the preview; nothing was renamed"_s);
+    return ExitStatus::kInterrupted;
 }

@@ -18,9 +18,8 @@ public:
     OptionGroups optionGroups() const override;
 
 protected:
-    bool stopsBetweenFiles() const override { return true; }
-    /// Understands recipe and file options; nothing but recipe files has been read then. A status
-    /// when that is impossible.
+    /// Understands file options and recipe, and reads what the recipe names. A status when that is
+    /// impossible. Until then signals end the program.
     std::optional<int> understand(const CommandLine &line);
     /// Lists and orders the files. A status when that is impossible.
     std::optional<int> collect(const CommandLine &line);
@@ -31,8 +30,11 @@ protected:
     AnalysisPass analysis(bool colourCode);
     /// Metadata for one pass over the files; null when the recipe needs none.
     std::unique_ptr<TMetadataSource> metadataSource();
-    /// Tells report what each file would be called. Nothing when it was interrupted.
-    std::optional<PreviewOutcome> preview(BatchReport &report);
+    /// Tells report what each file would be called.
+    PreviewOutcome preview(BatchReport &report);
+
+    /// Ends a preview that was interrupted: closes the document, and says how far it came.
+    int endInterrupted(BatchReport &report, const PreviewOutcome &outcome);
 
 private:
     Recipe m_recipe;

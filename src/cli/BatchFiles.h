@@ -39,6 +39,8 @@ public:
     /// True when --files-from takes standard input away from questions.
     bool readsInput() const { return m_listFile == QStringView(u"-"); }
     const std::vector<TFileItem> &files() const { return m_files; }
+    /// Why no metadata can be read at all; empty while all is well.
+    QString metadataProblem() const { return m_metadata.problem(); }
     /// Paths that do not exist or cannot be read.
     qsizetype missing() const { return m_missing; }
 

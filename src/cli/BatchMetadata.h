@@ -23,6 +23,8 @@ public:
     void start(std::span<const TFileItem> files, MetadataGatherer::Kinds kinds,
                const ImageWish &wish, bool verbose);
     bool isStarted() const { return m_started; }
+    /// Why no metadata can be read at all; empty while all is well.
+    QString problem() const { return m_gatherer ? m_gatherer->problem() : QString(); }
     /// After the first pass: the files are in another order now.
     void reorder(const std::vector<qsizetype> &order);
     /// For one pass over the files, which several threads may make at a time. Null when no metadata

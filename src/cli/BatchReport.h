@@ -17,7 +17,8 @@ struct PreviewOutcome
     qsizetype warnings = 0;
     qsizetype criticals = 0;
     qsizetype missing = 0;
-    bool refused = false; ///< there are critical problems: a run would not start
+    bool refused = false;     ///< there are critical problems: a run would not start
+    bool interrupted = false; ///< files are missing at the end
 };
 
 /// How a run ended.

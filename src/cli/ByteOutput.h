@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 
+#include <atomic>
 #include <chrono>
 
 /// A buffered stream of bytes to the user. A full buffer, or one that has waited for a twentieth of
@@ -31,18 +32,23 @@ private:
     int m_error = 0;
 };
 
-/// Writes to a file descriptor, which is not owned.
+/// Writes to a file descriptor, which is not owned. A reader who takes nothing (a pager that waits)
+/// holds the writer up, but only as long as nobody wants to stop: half a second after that, writing
+/// fails with ECANCELED.
 class DescriptorOutput : public ByteOutput
 {
 public:
-    explicit DescriptorOutput(int descriptor)
-        : m_descriptor(descriptor)
-    {
-    }
+    /// The flag is the wish to stop, which a signal may set at any moment; not owned.
+    DescriptorOutput(int descriptor, const std::atomic<bool> &interrupted);
 
 protected:
     int writeAll(QByteArrayView bytes) override;
 
 private:
+    /// 0, or ECANCELED when there is no room and somebody wants to stop.
+    int waitForRoom();
+
     int m_descriptor;
+    bool m_mayBlock; ///< a pipe, a terminal or a socket; files never keep a writer waiting
+    const std::atomic<bool> &m_interrupted;
 };

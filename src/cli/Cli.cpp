@@ -46,9 +46,9 @@ int refuseVerb(const QStringList &arguments, CliEnvironment &environment,
 
 int print(CliEnvironment &environment, const QByteArray &text)
 {
-    environment.out.write(text);
-    environment.out.flush();
-    return environment.out.error() == 0 ? ExitStatus::kDone : ExitStatus::kIncomplete;
+    Console console(environment);
+    console.print(text);
+    return console.finish(ExitStatus::kDone);
 }
 
 } // namespace

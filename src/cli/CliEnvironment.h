@@ -22,7 +22,8 @@ struct CliEnvironment
     const std::atomic<bool> &interrupted;
     bool outIsTerminal = false;
     bool errIsTerminal = false;
-    /// Called once by verbs that stop between two files when interrupted is set; may be empty.
+    /// Called once by verbs from where on they stop between two files when interrupted is set; may
+    /// be empty.
     std::function<void()> takeOverSignals = {};
     /// Path of the program that reads metadata; empty: the one that came with this program.
     QString metadataHelper = {};

@@ -2,9 +2,6 @@
 #include "cli/Command.h"
 
 #include "cli/HelpText.h"
-#include "commonprocs/easyfile.h"
-
-#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -20,16 +17,20 @@ int Command::execute(const QStringList &arguments)
     const OptionGroups groups = optionGroups();
     const TResult<CommandLine> line = CommandLine::parse(groups, arguments);
     if (!line)
-        return finish(usageError(line.message()));
+        return m_console.finish(usageError(line.message()));
     if (line.value().has("help"_L1)) {
         m_console.print(HelpText::forCommand(*this));
-        return finish(ExitStatus::kDone);
+        return m_console.finish(ExitStatus::kDone);
     }
     if (const TResult<bool> configured = m_console.configure(line.value()); !configured)
-        return finish(usageError(configured.message()));
-    if (stopsBetweenFiles() && m_environment.takeOverSignals)
+        return m_console.finish(usageError(configured.message()));
+    return m_console.finish(run(line.value()));
+}
+
+void Command::takeOverSignals()
+{
+    if (m_environment.takeOverSignals)
         m_environment.takeOverSignals();
-    return finish(run(line.value()));
 }
 
 int Command::refuse(int status, const QString &text)
@@ -48,16 +49,4 @@ void Command::printJson(const JsonWriter &json)
 {
     m_console.print(json.bytes());
     m_console.print("\n");
-}
-
-int Command::finish(int status)
-{
-    m_console.flush();
-    const int error = m_environment.out.error();
-    if (error == 0)
-        return status;
-    // A reader that leaves early (head) needs no message.
-    if (error != EPIPE)
-        m_console.message(u"cannot write to standard output: %1"_s.arg(textForErrno(error)));
-    return status == ExitStatus::kDone ? ExitStatus::kIncomplete : status;
 }

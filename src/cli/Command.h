@@ -34,11 +34,11 @@ public:
 
 protected:
     virtual int run(const CommandLine &line) = 0;
-    /// True for verbs that look for interruptions themselves; others just end.
-    virtual bool stopsBetweenFiles() const { return false; }
-
     CliEnvironment &environment() { return m_environment; }
     Console &console() { return m_console; }
+    /// From here on the verb looks at interrupted() between two files. Before, signals just end the
+    /// program, whatever it may be waiting for.
+    void takeOverSignals();
     bool interrupted() const { return m_environment.interrupted.load(); }
     /// Says why nothing is done, also as JSON when that was asked for, and returns the status.
     int refuse(int status, const QString &text);
@@ -48,8 +48,6 @@ protected:
     void printJson(const JsonWriter &json);
 
 private:
-    int finish(int status);
-
     CliEnvironment &m_environment;
     Console m_console;
 };

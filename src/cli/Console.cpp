@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Console.h"
 
+#include "cli/ExitStatus.h"
 #include "cli/JsonWriter.h"
 #include "cli/SettingValue.h"
 #include "commonprocs/ByteNames.h"
+#include "commonprocs/easyfile.h"
 
 #include <QStringBuilder>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -206,6 +209,22 @@ void Console::flush()
     m_progress->clear();
     m_environment.out.flush();
     m_environment.err.flush();
+}
+
+int Console::finish(int status)
+{
+    flush();
+    const int error = m_environment.out.error();
+    if (error == 0)
+        return status;
+    if (error == ECANCELED) {
+        message(u"interrupted; nobody has read the rest of the output"_s);
+        return ExitStatus::kInterrupted;
+    }
+    // A reader that leaves early (head) needs no message.
+    if (error != EPIPE)
+        message(u"cannot write to standard output: %1"_s.arg(textForErrno(error)));
+    return status == ExitStatus::kDone ? ExitStatus::kIncomplete : status;
 }
 
 QByteArray displayed(QStringView text)

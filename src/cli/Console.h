@@ -58,6 +58,9 @@ public:
 
     /// Takes progress away and lets everything out that was written.
     void flush();
+    /// Ends the output of a verb with that status; gives back the one to end with, which is another
+    /// when not all could be written, and says so.
+    int finish(int status);
 
 private:
     void chooseColour(const QString &when);

@@ -111,6 +111,8 @@ void JsonBatchReport::finish(const PreviewOutcome &outcome)
     count(m_json, "missing"_L1, outcome.missing);
     if (outcome.refused)
         m_json.key("refused"_L1).value(true);
+    if (outcome.interrupted)
+        m_json.key("interrupted"_L1).value(true);
     endRest();
 }
 

@@ -32,16 +32,15 @@ int PreviewCommand::run(const CommandLine &line)
     if (const auto status = collect(line))
         return *status;
     const std::unique_ptr<BatchReport> report = BatchReport::make(console());
-    const std::optional<PreviewOutcome> outcome = preview(*report);
-    if (!outcome)
-        return ExitStatus::kInterrupted;
-    report->finish(*outcome);
-    if (outcome->refused) {
+    const PreviewOutcome outcome = preview(*report);
+    if (outcome.interrupted)
+        return endInterrupted(*report, outcome);
+    report->finish(outcome);
+    if (outcome.refused) {
         console().message(recipe().rules.empty()
                               ? u"no rules: give at least one --rule, --preset or --recipe"_s
                               : u"critical problems: a run with this recipe would be refused"_s);
         return ExitStatus::kRefused;
     }
-    return outcome->files == 0 || outcome->missing > 0 ? ExitStatus::kIncomplete
-                                                       : ExitStatus::kDone;
+    return outcome.files == 0 || outcome.missing > 0 ? ExitStatus::kIncomplete : ExitStatus::kDone;
 }

@@ -6,6 +6,7 @@
 #include "cli/ShellWords.h"
 
 #include <array>
+#include <cerrno>
 #include <future>
 
 using namespace Qt::StringLiterals;
@@ -143,11 +144,11 @@ int RenameCommand::refuseWithPreview(const RenameGuard::Answer &answer)
         console().message(u"no files: none of the paths holds a file to rename"_s);
         return ExitStatus::kIncomplete;
     }
-    std::optional<PreviewOutcome> outcome = preview(*report);
-    if (!outcome)
-        return ExitStatus::kInterrupted;
-    outcome->refused = true;
-    report->finish(*outcome);
+    PreviewOutcome outcome = preview(*report);
+    outcome.refused = true;
+    if (outcome.interrupted)
+        return endInterrupted(*report, outcome);
+    report->finish(outcome);
     console().message(answer.title + ": "_L1 + answer.text);
     return ExitStatus::kRefused;
 }
@@ -217,7 +218,8 @@ int RenameCommand::status()
     const TRenameSummary &summary = m_outcome.summary;
     if (!summary.problem.isEmpty())
         console().message(summary.problem);
-    if (summary.interrupted && interrupted()) {
+    const bool isCutOff = summary.interrupted || environment().out.error() == ECANCELED;
+    if (isCutOff && interrupted()) {
         QString story = u"interrupted after renaming %1 of %2"_s.arg(
             QString::number(summary.renamed), counted(total(), "file"_L1, "files"_L1));
         if (!summary.rollbackLog.isEmpty())

@@ -50,7 +50,8 @@ bool isThere(FileManager &disk, const QString &path)
     return disk.status(AT_FDCWD, ByteNames::toBytes(path), true, status) == 0;
 }
 
-/// The path of a saved log of that name; the name itself when there is none.
+/// The path of a saved log of that name, also as logs and other messages display it; the name
+/// itself when there is none.
 QString pathOfNamedLog(const QString &name)
 {
     for (const QString &path : rollbackLogPaths(LogsFolder::path())) {
@@ -78,6 +79,7 @@ int RollbackCommand::run(const CommandLine &line)
 {
     if (line.has(kLast) != line.words().isEmpty() || line.words().size() > 1)
         return usageError(u"give either one log or --last"_s);
+    takeOverSignals();
     if (!LogsFolder::recover(environment(), console()))
         return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
     if (const auto status = line.has(kLast) ? findLast() : findNamed(line.words().first()))
@@ -107,7 +109,8 @@ std::optional<int> RollbackCommand::findNamed(const QString &name)
     TResult<std::vector<TRenameTRX>> records = readRollbackLog(path);
     if (!records)
         return refuse(ExitStatus::kUsageError, records.message());
-    check(TFileURL::fileURLWithPath(path).path(), std::move(records).value());
+    if (!check(TFileURL::fileURLWithPath(path).path(), std::move(records).value()))
+        return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
     return {};
 }
 
@@ -119,20 +122,24 @@ std::optional<int> RollbackCommand::findLast()
             console().message(records.message());
             continue;
         }
-        check(path, std::move(records).value());
+        if (!check(path, std::move(records).value()))
+            return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
         if (count(RollbackRun::kRenamedFound) > 0)
             return {};
     }
     return refuse(ExitStatus::kIncomplete, u"no rollback log has anything to undo"_s);
 }
 
-void RollbackCommand::check(const QString &path, std::vector<TRenameTRX> records)
+bool RollbackCommand::check(const QString &path, std::vector<TRenameTRX> records)
 {
     m_result.log = path;
     m_run = std::make_unique<RollbackRun>(environment().fileManager, std::move(records), path);
-    m_run->processLog([this](qsizetype done, qsizetype total) {
-        console().progress().show("Checking"_L1, done, total);
-    });
+    m_run->processLog(
+        [this](qsizetype done, qsizetype total) {
+            console().progress().show("Checking"_L1, done, total);
+        },
+        &environment().interrupted);
+    return !interrupted();
 }
 
 std::optional<int> RollbackCommand::confirm(const CommandLine &line)

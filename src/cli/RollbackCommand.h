@@ -18,13 +18,14 @@ public:
 
 protected:
     int run(const CommandLine &line) override;
-    bool stopsBetweenFiles() const override { return true; }
 
 private:
     /// Finds the log and checks its records against the disk; a status when there is none to undo.
     std::optional<int> findNamed(const QString &name);
     std::optional<int> findLast();
-    void check(const QString &path, std::vector<TRenameTRX> records);
+    QString pathOfLog(const QString &name);
+    /// False when it was interrupted.
+    bool check(const QString &path, std::vector<TRenameTRX> records);
     std::optional<int> confirm(const CommandLine &line);
     int roll(bool reverse);
     void takeRestored(std::size_t record, const TFileURL &url);

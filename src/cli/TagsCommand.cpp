@@ -2,9 +2,12 @@
 #include "cli/TagsCommand.h"
 
 #include "cli/JsonMetadata.h"
+#include "cli/WholeFile.h"
 #include "commonprocs/TimeUtils.h"
 #include "metadata/EXIFSupport.h"
 #include "metadata/TTagRule.h"
+
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -13,7 +16,7 @@ namespace {
 constexpr QLatin1StringView kText{
     "Shows the metadata that the rules ImageTag, AudioTag and VideoTag see in each file, and the "
     "facts that Original uses. Text shows a property of an image as category:tag, and every value "
-    "as it would stand in a name.\n"
+    "as a rule takes it; \":\" and \"/\" become \"_\" in names.\n"
     "Files are read by a program of their own, so that a damaged one does no harm; what cannot be "
     "read within two seconds counts as empty."};
 
@@ -102,16 +105,22 @@ int TagsCommand::run(const CommandLine &line)
 {
     if (line.words().isEmpty())
         return usageError(u"no files: give paths"_s);
+    takeOverSignals();
     const TResult<bool> collected = m_files.collect(line, FileExpansion::Detail::Everything);
     if (!collected)
         return refuse(ExitStatus::kUsageError, collected.message());
-    if (!collected.value() || !printAll())
+    if (!collected.value())
+        return refuse(ExitStatus::kInterrupted, u"interrupted while files were listed"_s);
+    if (!printAll()) {
+        console().message(u"interrupted; not every file was read"_s);
         return ExitStatus::kInterrupted;
-    return m_files.files().empty() || m_files.missing() > 0 ? ExitStatus::kIncomplete
-                                                            : ExitStatus::kDone;
+    }
+    const bool complete = !m_files.files().empty() && m_files.missing() + m_unreadable == 0 &&
+                          m_files.metadataProblem().isEmpty();
+    return complete ? ExitStatus::kDone : ExitStatus::kIncomplete;
 }
 
-/// False when it was interrupted.
+/// False when it was interrupted; the document is whole all the same.
 bool TagsCommand::printAll()
 {
     const bool isDocument = console().form() == Console::Form::Json;
@@ -119,19 +128,31 @@ bool TagsCommand::printAll()
         m_json.beginArray();
     const std::unique_ptr<TMetadataSource> source = m_files.metadataSource(kAllKinds);
     qsizetype done = 0;
+    bool stopped = false;
     for (const TFileItem &file : m_files.files()) {
         const TMetadataSource::Metadata metadata = source->metadataForFile(done);
-        if (interrupted())
-            return false;
-        if (environment().out.error() != 0)
-            return true;
-        printFile(file, metadata);
+        stopped = interrupted();
+        if (stopped || environment().out.error() != 0)
+            break;
+        if (isReadable(file))
+            printFile(file, metadata);
         console().progress().show("Reading"_L1, ++done,
                                   static_cast<qsizetype>(m_files.files().size()));
     }
     if (isDocument)
         printJson(m_json.newLine().endArray());
-    return true;
+    return !stopped;
+}
+
+/// Says so of a file that is not, which counts as missing.
+bool TagsCommand::isReadable(const TFileItem &file)
+{
+    const int error = environment().fileManager.access(file.url.fileSystemPath(), R_OK);
+    if (error == 0)
+        return true;
+    ++m_unreadable;
+    console().message(u"%1: %2"_s.arg(file.url.path(), reasonNotToOpen(error)));
+    return false;
 }
 
 void TagsCommand::printFile(const TFileItem &file, const TMetadataSource::Metadata &metadata)

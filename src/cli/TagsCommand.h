@@ -16,13 +16,14 @@ public:
 
 protected:
     int run(const CommandLine &line) override;
-    bool stopsBetweenFiles() const override { return true; }
 
 private:
     bool printAll();
+    bool isReadable(const TFileItem &file);
     void printFile(const TFileItem &file, const TMetadataSource::Metadata &metadata);
     void printText(const TFileItem &file, const TMetadataSource::Metadata &metadata);
 
     BatchFiles m_files;
     JsonWriter m_json;
+    qsizetype m_unreadable = 0; ///< files there that nobody lets us look into
 };

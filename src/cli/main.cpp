@@ -13,8 +13,8 @@ int main(int argc, char **argv)
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(ByteNames::fromBytes(argv[i]));
-    DescriptorOutput out(STDOUT_FILENO);
-    DescriptorOutput err(STDERR_FILENO);
+    DescriptorOutput out(STDOUT_FILENO, Interrupt::requested());
+    DescriptorOutput err(STDERR_FILENO, Interrupt::requested());
     ControllingTerminal terminal(Interrupt::requested());
     static DiskFileManager disk; // these two last, for a recovery that hangs keeps them
     static const SystemClock clock;

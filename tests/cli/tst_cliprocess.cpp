@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <poll.h>
 #include <pty.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -149,17 +150,92 @@ private Q_SLOTS:
         QCOMPARE(run({u"rollback"_s, u"--last"_s, u"--yes"_s}), 0);
     }
 
-    void interruptEndsVerbsThatTouchNothing()
+    void interruptWhileWaitingForAFile_data()
     {
-        // Waiting for a list that never comes: a pipe without a writer's end.
-        const QString pipe = m_tree->path(u"pipe"_s);
-        QCOMPARE(::mkfifo(pipe.toUtf8().constData(), 0600), 0);
+        const Table<QStringList, bool> row("arguments", "hasWriter");
+        row("archive", {u"archive"_s, u"../pipe"_s}, false);
+        row("recipe, nobody writes", {u"preview"_s, u"--recipe"_s, u"../pipe"_s, u"."_s}, false);
+        row("recipe", {u"preview"_s, u"--recipe"_s, u"../pipe"_s, u"."_s}, true);
+        row("table", {u"preview"_s, u"--rule"_s, u"CSVTag file=../pipe"_s, u"."_s}, true);
+        row("list", {u"preview"_s, u"--rule=Text"_s, u"--files-from=../pipe"_s}, true);
+    }
+
+    void interruptWhileWaitingForAFile()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(bool, hasWriter);
+        const QByteArray pipe = m_tree->path(u"pipe"_s).toUtf8();
+        QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
         QProcess process;
-        start(process, {u"archive"_s, pipe});
+        start(process, arguments);
         QVERIFY(process.waitForStarted());
+        const int writer = hasWriter ? ::open(pipe.constData(), O_WRONLY | O_CLOEXEC) : -1;
+        QTest::qWait(100); // nothing tells that the program has begun to wait
         QCOMPARE(::kill(static_cast<pid_t>(process.processId()), SIGINT), 0);
-        QVERIFY(process.waitForFinished(60'000));
-        QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+        QVERIFY(process.waitForFinished(10'000));
+        ::close(writer);
+        if (process.exitStatus() == QProcess::NormalExit)
+            QCOMPARE(process.exitCode(), 130);
+    }
+
+    void interruptWhileNobodyReads_data()
+    {
+        const Table<QStringList, bool> row("arguments", "touches");
+        row("preview", QStringList{u"preview"_s} + kNumbers + QStringList{u"-v"_s, u"."_s}, false);
+        row("JSON", QStringList{u"preview"_s} + kNumbers + QStringList{u"--json"_s, u"."_s}, false);
+        row("rename", renameArguments(u"."_s) + QStringList{}, true);
+        row("tags", {u"tags"_s, u"."_s}, false);
+        row("rollback", {u"rollback"_s, u"--last"_s, u"--yes"_s}, false);
+    }
+
+    /// A pager that waits for its reader takes nothing.
+    void interruptWhileNobodyReads()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(bool, touches);
+        constexpr int kFiles = 2000;
+        for (int i = 0; i < kFiles; ++i)
+            m_tree->file(u"batch/%1.txt"_s.arg(i, 100, 10, QLatin1Char('0')));
+        const bool isRollback = arguments.contains(u"rollback"_s);
+        if (isRollback)
+            QCOMPARE(run(renameArguments(u"."_s)), 0);
+        int ends[2];
+        QCOMPARE(::pipe2(ends, O_CLOEXEC), 0);
+        QProcess process;
+        process.setWorkingDirectory(m_tree->path(u"batch"_s));
+        process.setChildProcessModifier([end = ends[1]] {
+            ::setsid();
+            ::dup2(end, STDOUT_FILENO);
+        });
+        process.start(kProgram, arguments);
+        QVERIFY(process.waitForStarted());
+        pollfd room{ends[1], POLLOUT, 0};
+        QVERIFY(QTest::qWaitFor([&room] { return ::poll(&room, 1, 0) == 0; }, 60'000));
+        QCOMPARE(::kill(static_cast<pid_t>(process.processId()), SIGINT), 0);
+        QVERIFY(process.waitForFinished(20'000));
+        ::close(ends[0]);
+        ::close(ends[1]);
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 130);
+        const qsizetype renamed = m_tree->list(u"batch"_s).filter(u"n"_s).size();
+        QCOMPARE(renamed > 0, touches);
+        if (touches) {
+            const QByteArray err = process.readAllStandardError();
+            QVERIFY2(err.contains("to undo: tavrin-cli rollback '"), err.constData());
+            QCOMPARE(run({u"rollback"_s, u"--last"_s, u"--yes"_s}), 0);
+            QCOMPARE(m_tree->list(u"batch"_s).filter(u"n"_s).size(), 0);
+        }
+    }
+
+    void logLooksLikeMessages()
+    {
+        m_tree->file(u"batch/a.jpg"_s);
+        qputenv("TAVRIN_METADATA_HELPER", "/nowhere/helper");
+        QCOMPARE(run({u"tags"_s, u"."_s}), 1);
+        qunsetenv("TAVRIN_METADATA_HELPER");
+        QVERIFY2(m_err.startsWith("tavrin-cli: the metadata of a file cannot be read:"),
+                 m_err.constData());
+        QCOMPARE(m_err.count('\n'), 1);
     }
 
     void questionAtATerminal_data()

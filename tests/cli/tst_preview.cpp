@@ -406,6 +406,9 @@ private Q_SLOTS:
             QVERIFY(cli.outBytes().contains("10000"));
             QVERIFY(!cli.outBytes().contains("12999"));
             QVERIFY(writes >= 1);
+            QVERIFY2(cli.err().contains(u"interrupted"_s), qPrintable(cli.err()));
+            const QJsonObject last = form == u"--jsonl"_s ? cli.jsonLines().last() : cli.json();
+            QCOMPARE(last[u"interrupted"_s].toBool(), form.startsWith(u"--json"_s));
         }
     }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliFixture.h"
+#include "support/FaultyFileManager.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void renamesByTags();
     void sortsByTags();
     void withoutAHelper();
+    void unreadableFilesAreMissing();
     void noHelperForOtherRules();
     void interruptedWhileReading();
 
@@ -131,6 +133,19 @@ void TestTags::withoutAHelper()
                         QStringList{m_cli->tree.path(u"batch/a.jpg"_s)}),
              0);
     QVERIFY(m_cli->names().contains(u"nonenone.jpg"_s));
+    QCOMPARE(m_cli->run({u"tags"_s, m_cli->batchPath()}), 1);
+}
+
+void TestTags::unreadableFilesAreMissing()
+{
+    FaultyFileManager disk;
+    disk.fail(FaultyFileManager::Call::Access, EACCES, FaultyFileManager::kAlways,
+              m_cli->tree.path(u"batch/a.jpg"_s).toUtf8());
+    m_cli->fileManager = &disk;
+    QCOMPARE(m_cli->run({u"tags"_s, u"--jsonl"_s, m_cli->batchPath()}), 1);
+    QCOMPARE(m_cli->jsonLines().size(), 3);
+    QCOMPARE(m_cli->err(), u"tavrin-cli: %1: you are not allowed to read it; ask its owner for "
+                           "permission\n"_s.arg(m_cli->tree.path(u"batch/a.jpg"_s)));
 }
 
 /// A program in the helper's place would leave a trace if it were started.
@@ -155,9 +170,9 @@ void TestTags::interruptedWhileReading()
     // A helper that never greets.
     m_cli->metadataHelper = m_cli->tree.file(u"helper"_s, "#!/bin/sh\nexec sleep 100\n");
     m_cli->tree.setMode(u"helper"_s, 0755);
-    for (const QStringList &verb :
-         {QStringList{u"tags"_s}, QStringList{u"preview"_s} + kModelAndTitle,
-          QStringList{u"rename"_s, u"--yes"_s} + kModelAndTitle}) {
+    for (const QStringList &verb : {QStringList{u"tags"_s}, QStringList{u"tags"_s, u"--json"_s},
+                                    QStringList{u"preview"_s} + kModelAndTitle,
+                                    QStringList{u"rename"_s, u"--yes"_s} + kModelAndTitle}) {
         m_cli->interrupted = false;
         const std::jthread user([this] {
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
@@ -165,6 +180,8 @@ void TestTags::interruptedWhileReading()
         });
         QCOMPARE(m_cli->run(verb + QStringList{m_cli->batchPath()}), 130);
         QVERIFY2(!m_cli->out().contains(u"a.jpg ->"_s), qPrintable(m_cli->out()));
+        QVERIFY2(m_cli->err().contains(u"interrupted"_s), qPrintable(m_cli->err()));
+        QCOMPARE(m_cli->json().contains(u"array"_s), verb.contains(u"--json"_s));
     }
     QCOMPARE(m_cli->names().first(), u"a.jpg"_s);
 }
