@@ -158,10 +158,15 @@ void Console::printLine(QStringView text)
         print(displayed(text) + '\n');
 }
 
+QByteArray Console::messageLine(QStringView text)
+{
+    return QByteArray(kProgram.data(), kProgram.size()) + displayed(text) + '\n';
+}
+
 void Console::message(const QString &text)
 {
     flush();
-    m_environment.err.write(QByteArray(kProgram.data(), kProgram.size()) + displayed(text) + '\n');
+    m_environment.err.write(messageLine(text));
     m_environment.err.flush();
 }
 
@@ -190,10 +195,13 @@ void Console::detail(const QString &text)
         message(text);
 }
 
-bool Console::ask(const QString &question)
+bool Console::ask(const QStringList &question)
 {
     flush();
-    m_environment.err.write(question.toUtf8() + " [y/N] ");
+    QByteArray lines;
+    for (const QString &line : question)
+        lines += (lines.isEmpty() ? "" : "\n") + displayed(line);
+    m_environment.err.write(lines + " [y/N] ");
     m_environment.err.flush();
     const std::optional<QByteArray> answer = m_environment.terminal.readLine();
     if (!answer) {

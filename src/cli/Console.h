@@ -41,6 +41,8 @@ public:
     void printArrow(QStringView oldName, const QByteArray &colouredName);
     /// A line of text on standard output, made safe for display; nothing when quiet.
     void printLine(QStringView text);
+    /// A line as messages are: after the program's name, made safe for display.
+    static QByteArray messageLine(QStringView text);
     /// A line on standard error, after the program's name.
     void message(const QString &text);
     /// Says why nothing is done, also as a JSON document when that was asked for; gives the status
@@ -53,8 +55,8 @@ public:
     ProgressLine &progress() { return *m_progress; }
 
     bool canAsk() const { return m_environment.terminal.isThere(); }
-    /// Asks on standard error; anything but yes counts as no.
-    bool ask(const QString &question);
+    /// Asks on standard error, the lines made safe for display; anything but yes counts as no.
+    bool ask(const QStringList &question);
 
     /// Takes progress away and lets everything out that was written.
     void flush();

@@ -16,8 +16,7 @@ constexpr QLatin1StringView kIntroduction{
 
 constexpr QLatin1StringView kStatuses{
     "Exit status: 0 done; 1 some files failed, were skipped or are missing, or there was nothing "
-    "to "
-    "do; 2 the line or recipe is wrong, or a log or preset cannot be read; 3 refused because of "
+    "to do; 2 the line or recipe is wrong, or a log or preset cannot be read; 3 refused because of "
     "critical problems; 4 not confirmed, or the run could not be undone; 130 interrupted."};
 
 /// The words of a paragraph, wrapped and indented; the first line goes on at the column given.
@@ -102,8 +101,8 @@ QByteArray forProgram(const std::vector<Command::Help> &verbs)
     text += wrapped(kIntroduction, 0, 0) + u"\nVerbs:\n"_s;
     for (const Command::Help &verb : verbs)
         text += "    "_L1 + QString(verb.name).leftJustified(12) + wrapped(verb.summary, 16, 16);
-    text +=
-        u"\ntavrin-cli VERB --help explains a verb; tavrin-cli --version shows the version.\n\n"_s;
+    text += u"\ntavrin-cli VERB --help and tavrin-cli help VERB explain a verb; tavrin-cli\n"
+            "--version, or -V, shows the version.\n\n"_s;
     text +=
         u"Example:\n    tavrin-cli preview --rule 'Text theText=\"Holiday \"' --rule Counter photos/\n\n"_s;
     text += wrapped(kStatuses, 0, 0);

@@ -29,6 +29,9 @@ int LogsCommand::run(const CommandLine &line)
 {
     if (!line.words().isEmpty())
         return usageError(u"logs takes no arguments, but was given %1"_s.arg(line.words().first()));
+    const QString problem = LogsFolder::problem(environment().fileManager);
+    if (!problem.isEmpty())
+        console().message(problem);
     JsonWriter json;
     json.beginArray();
     for (const SavedRollbackLog &log : savedRollbackLogs(LogsFolder::path())) {
@@ -42,5 +45,5 @@ int LogsCommand::run(const CommandLine &line)
     }
     if (console().isJson())
         printJson(json.newLine().endArray());
-    return ExitStatus::kDone;
+    return problem.isEmpty() ? ExitStatus::kDone : ExitStatus::kIncomplete;
 }

@@ -4,9 +4,12 @@
 #include "cli/CliEnvironment.h"
 #include "cli/Console.h"
 #include "cli/ShellWords.h"
+#include "commonprocs/ByteNames.h"
 #include "commonprocs/URLListProcessing.h"
+#include "commonprocs/easyfile.h"
 #include "rollback/RecoveryProgress.h"
 
+#include <cerrno>
 #include <chrono>
 
 using namespace Qt::StringLiterals;
@@ -45,6 +48,18 @@ QString made()
 {
     const TFileURL folder = getSandboxedAppSupportFolder(kApplication, kLogs);
     return folder.isValid() ? folder.path() : QString();
+}
+
+QString problem(FileManager &disk)
+{
+    const int folder = disk.openFolder(ByteNames::toBytes(path()));
+    if (folder >= 0)
+        disk.closeFolder(folder);
+    if (folder >= 0 || folder == -ENOENT)
+        return {};
+    const QString reason =
+        folder == -EACCES ? u"you are not allowed to read it"_s : textForErrno(-folder);
+    return u"the folder of rollback logs, %1, cannot be listed: %2"_s.arg(path(), reason);
 }
 
 std::optional<std::vector<RecoveredRun>> recover(CliEnvironment &environment, Console &console)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Recipe.h"
 
+#include "cli/WholeFile.h"
 #include "document/NameGeneration.h"
 #include "document/TRuleKinds.h"
 #include "metadata/TAudioRule.h"
@@ -64,8 +65,9 @@ TResult<TRulePtr> makeRule(const WrittenRule &written)
 {
     QVariantMap settings = written.settings;
     if (!written.csvFile.isNull()) {
-        QString problem;
-        const TStringTablePtr table = rowsWithContentsOfCSVFile(written.csvFile, &problem);
+        QString problem = reasonNotToRead(written.csvFile);
+        const TStringTablePtr table =
+            problem.isEmpty() ? rowsWithContentsOfCSVFile(written.csvFile, &problem) : nullptr;
         if (!table)
             return TResult<TRulePtr>::failure(
                 u"%1: %2: %3"_s.arg(written.kind->kind, written.csvFile, problem));

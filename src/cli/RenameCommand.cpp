@@ -63,9 +63,7 @@ int RenameCommand::run(const CommandLine &line)
     if (const auto status = understand(line))
         return *status;
     if (!line.has(kYes) && (files().readsInput() || !console().canAsk()))
-        return refuse(ExitStatus::kNotConfirmed,
-                      u"nobody is there to be asked; nothing was renamed. Give --yes to rename "
-                      "without a question"_s);
+        return refuseUnasked();
     if (!LogsFolder::recover(environment(), console()))
         return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
     // The plan of a run that nobody will be asked about is written while the batch is analysed; it
@@ -88,9 +86,23 @@ int RenameCommand::run(const CommandLine &line)
     const std::optional<RenameGuard::Answer> answer = analyse(*report);
     if (!answer)
         return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
+    const TResult<bool> plan = prepared.get();
+    if (!plan && !line.has(kNoUndo))
+        return refuseWithoutUndo(plan.message());
     if (answer->verdict != RenameGuard::Verdict::Confirm)
         return refuseWithPreview(*answer);
-    return rename(line, *answer, prepared.get(), *report);
+    return rename(line, *answer, plan, *report);
+}
+
+int RenameCommand::refuseUnasked()
+{
+    if (const QString problem = files().listProblem(); !problem.isEmpty())
+        return refuse(ExitStatus::kUsageError, problem);
+    const QString why = files().readsInput()
+                            ? u"standard input is the list of paths, so it cannot answer"_s
+                            : u"nobody is there to be asked"_s;
+    return refuse(ExitStatus::kNotConfirmed,
+                  why + u"; nothing was renamed. Give --yes to rename without a question"_s);
 }
 
 void RenameCommand::makeRun(const CommandLine &line)
@@ -153,18 +165,19 @@ int RenameCommand::refuseWithPreview(const RenameGuard::Answer &answer)
     return ExitStatus::kRefused;
 }
 
-/// Nothing when the user wants the run all the same.
-std::optional<int> RenameCommand::refuseWithoutUndo(const CommandLine &line, const QString &problem)
+int RenameCommand::refuseWithoutUndo(const QString &problem)
 {
-    if (!line.has(kNoUndo))
-        return refuse(ExitStatus::kNotConfirmed,
-                      u"this run could not be undone. %1 Nothing was renamed; give --no-undo "
-                      "to rename all the same"_s.arg(problem));
-    console().message(u"this run cannot be undone. %1"_s.arg(problem));
-    return {};
+    return refuse(ExitStatus::kNotConfirmed,
+                  u"this run could not be undone. %1 Nothing was renamed; give --no-undo to "
+                  "rename all the same"_s.arg(problem));
 }
 
-std::optional<int> RenameCommand::confirm(const CommandLine &line, const QString &question)
+void RenameCommand::warnOfNoUndo(const QString &problem)
+{
+    console().message(u"this run cannot be undone. %1"_s.arg(problem));
+}
+
+std::optional<int> RenameCommand::confirm(const CommandLine &line, const QStringList &question)
 {
     if (line.has(kYes))
         return {};
@@ -179,17 +192,18 @@ std::optional<int> RenameCommand::confirm(const CommandLine &line, const QString
 int RenameCommand::rename(const CommandLine &line, const RenameGuard::Answer &answer,
                           const TResult<bool> &prepared, BatchReport &report)
 {
-    QString question = answer.title + u'\n' + answer.text;
+    QStringList question = answer.title.split(u'\n') + answer.text.split(u'\n');
     if (!prepared) {
-        if (const auto status = refuseWithoutUndo(line, prepared.message()))
-            return *status;
-        question += u"\nThis run could not be undone."_s;
+        warnOfNoUndo(prepared.message());
+        question.append(u"This run could not be undone."_s);
     }
     if (const auto status = confirm(line, question))
         return *status;
-    if (const auto begun = m_run->begin(); !begun)
-        if (const auto status = refuseWithoutUndo(line, begun.message()))
-            return *status;
+    if (const auto begun = m_run->begin(); !begun) {
+        if (!line.has(kNoUndo))
+            return refuseWithoutUndo(begun.message());
+        warnOfNoUndo(begun.message());
+    }
     m_outcome.missing = files().missing();
     move(report);
     report.finish(m_outcome);

@@ -21,8 +21,11 @@ private:
     TResult<bool> prepare();
     std::optional<RenameGuard::Answer> analyse(BatchReport &report);
     int refuseWithPreview(const RenameGuard::Answer &answer);
-    std::optional<int> refuseWithoutUndo(const CommandLine &line, const QString &problem);
-    std::optional<int> confirm(const CommandLine &line, const QString &question);
+    /// Without --yes, when the question would find nobody.
+    int refuseUnasked();
+    int refuseWithoutUndo(const QString &problem);
+    void warnOfNoUndo(const QString &problem);
+    std::optional<int> confirm(const CommandLine &line, const QStringList &question);
     int rename(const CommandLine &line, const RenameGuard::Answer &answer,
                const TResult<bool> &prepared, BatchReport &report);
     void move(BatchReport &report);

@@ -2,6 +2,7 @@
 #include "cli/RollbackCommand.h"
 
 #include "cli/LogsFolder.h"
+#include "cli/WholeFile.h"
 #include "commonprocs/ByteNames.h"
 #include "rollback/RollbackLog.h"
 
@@ -34,7 +35,8 @@ constexpr QLatin1StringView kText{
     "the disk first; nothing is overwritten: where an old name is in use again, \"-1\" and so on "
     "is "
     "added. The log stays as it is.\n"
-    "LOG is the path of a rollback log, or its name as tavrin-cli logs shows it."};
+    "LOG is the path of a rollback log as tavrin-cli logs shows it, or the name of its file, with "
+    "or without the ending .renameLog."};
 
 constexpr QLatin1StringView kExamples{"tavrin-cli rollback --last --check\n"
                                       "tavrin-cli rollback --last --yes"};
@@ -54,9 +56,12 @@ bool isThere(FileManager &disk, const QString &path)
 /// itself when there is none.
 QString pathOfNamedLog(const QString &name)
 {
+    const auto isNamed = [&name, shown = ByteNames::toBytes(name)](const QString &text) {
+        return text == name || displayed(text) == shown;
+    };
     for (const QString &path : rollbackLogPaths(LogsFolder::path())) {
         const QString file = TFileURL::fileURLWithPath(path).lastPathComponent();
-        if (removeExtensionFromFilename(file) == name || file == name)
+        if (isNamed(path) || isNamed(file) || isNamed(removeExtensionFromFilename(file)))
             return path;
     }
     return name;
@@ -102,10 +107,19 @@ int RollbackCommand::run(const CommandLine &line)
                                                                    : ExitStatus::kIncomplete;
 }
 
+QString RollbackCommand::pathOfLog(const QString &name)
+{
+    return isThere(environment().fileManager, name) ? name : pathOfNamedLog(name);
+}
+
 std::optional<int> RollbackCommand::findNamed(const QString &name)
 {
-    const bool isPath = name.contains(u'/') || isThere(environment().fileManager, name);
-    const QString path = isPath ? name : pathOfNamedLog(name);
+    const QString path = pathOfLog(name);
+    if (const QString problem = reasonNotToRead(path); !problem.isEmpty())
+        return refuse(
+            ExitStatus::kUsageError,
+            u"cannot read the rollback log %1: %2. tavrin-cli logs lists the saved ones"_s.arg(
+                name, problem));
     TResult<std::vector<TRenameTRX>> records = readRollbackLog(path);
     if (!records)
         return refuse(ExitStatus::kUsageError, records.message());
@@ -127,7 +141,9 @@ std::optional<int> RollbackCommand::findLast()
         if (count(RollbackRun::kRenamedFound) > 0)
             return {};
     }
-    return refuse(ExitStatus::kIncomplete, u"no rollback log has anything to undo"_s);
+    const QString problem = LogsFolder::problem(environment().fileManager);
+    return refuse(ExitStatus::kIncomplete,
+                  problem.isEmpty() ? u"no rollback log has anything to undo"_s : problem);
 }
 
 bool RollbackCommand::check(const QString &path, std::vector<TRenameTRX> records)
@@ -152,9 +168,9 @@ std::optional<int> RollbackCommand::confirm(const CommandLine &line)
             u"nobody is there to be asked; nothing was undone. Give --yes to undo without "
             "a question"_s);
     const auto total = static_cast<qsizetype>(m_result.records.size());
-    const bool yes = console().ask(u"%1 of %2 in %3 can be restored. Undo?"_s.arg(
+    const bool yes = console().ask({u"%1 of %2 in %3 can be restored. Undo?"_s.arg(
         QString::number(count(RollbackRun::kRenamedFound)), counted(total, "file"_L1, "files"_L1),
-        m_result.log));
+        m_result.log)});
     if (interrupted())
         return refuse(ExitStatus::kInterrupted, kInterruptedBefore);
     if (!yes)

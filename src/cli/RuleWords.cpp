@@ -244,10 +244,16 @@ TResult<WrittenRule> rule(const QString &text)
 
 TResult<WrittenRule> rule(const QJsonObject &object)
 {
-    const QString name = object[kKind].toString();
+    const QJsonValue given = object[kKind];
+    if (!given.isString())
+        return TResult<WrittenRule>::failure(
+            (given.isUndefined() ? u"a rule needs a \"kind\""_s
+                                 : u"\"kind\" wants a text, not "_s + SettingValue::shown(given)) +
+            u"; possible: "_s + RuleSettings::kindNames().join(u", "_s));
+    const QString name = given.toString();
     const RuleKindInfo *kind = RuleSettings::kind(name);
     if (kind == nullptr)
-        return unknownKind(object[kKind].isString() ? name : SettingValue::shown(object[kKind]));
+        return unknownKind(name);
     QJsonObject settings = object;
     settings.remove(kKind);
     SettingsCollector collector = collectorFor(*kind);

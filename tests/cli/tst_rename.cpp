@@ -286,6 +286,32 @@ private Q_SLOTS:
         QCOMPARE(cli.json().value(u"rollbackLog"_s).isNull(), noUndo);
     }
 
+    void firstStatusThatApplies_data()
+    {
+        const Table<QStringList, int> row("arguments", "status");
+        row("no record before critical problems", {u"--yes"_s, u"--rule"_s, u"Text theText="_s}, 4);
+        row("no record before no rules", {u"--yes"_s}, 4);
+        row("unreadable list before no answer",
+            {u"--rule"_s, u"Counter"_s, u"--files-from"_s, u"/none"_s}, 2);
+    }
+
+    void firstStatusThatApplies()
+    {
+        QFETCH(QStringList, arguments);
+        CliFixture cli;
+        cli.batch({u"a.txt"_s});
+        qputenv("XDG_DATA_HOME", cli.tree.file(u"occupied"_s).toUtf8());
+        QTEST(cli.run(QStringList{u"rename"_s, cli.batchPath()} + arguments), "status");
+    }
+
+    void listOnInputNeedsYes()
+    {
+        CliFixture cli;
+        cli.terminal.there = true;
+        QCOMPARE(cli.runLine(u"rename --rule Counter --files-from -"_s), 4);
+        QVERIFY2(cli.err().contains(u"standard input is the list"_s), qPrintable(cli.err()));
+    }
+
     void questionTellsThatNothingCanBeUndone()
     {
         CliFixture cli;

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CliFixture.h"
+#include "commonprocs/ByteNames.h"
 #include "rollback/RunJournal.h"
 #include "support/FaultyFileManager.h"
 #include "support/Table.h"
 
 #include <QDateTime>
+#include <QFile>
 #include <QJsonArray>
 
 #include <cstdio>
@@ -178,6 +180,53 @@ private Q_SLOTS:
         QCOMPARE(cli.names(), QStringList{u"a.txt"_s});
     }
 
+    void noNameForgesALineOfTheQuestion()
+    {
+        CliFixture cli;
+        cli.batch({u"a.txt"_s});
+        rename(cli, u"n"_s);
+        const QByteArray log =
+            cli.tree.rawFile("bad\xff\nline.renameLog",
+                             cli.tree.content(cli.onlyLog().mid(cli.tree.path().size() + 1)));
+        cli.terminal.there = true;
+        QCOMPARE(cli.run({u"rollback"_s, ByteNames::fromBytes(log)}), 4);
+        QVERIFY2(cli.err().contains(u"bad\\xFF\\x0Aline.renameLog can be restored. Undo? [y/N]"_s),
+                 qPrintable(cli.err()));
+    }
+
+    void logAsItWasDisplayed()
+    {
+        CliFixture cli;
+        cli.batch({u"a.txt"_s});
+        rename(cli, u"n"_s);
+        QVERIFY(QFile::rename(cli.onlyLog(),
+                              cli.tree.path(u"data/Tavrin/Logs/two\nlines.renameLog"_s)));
+        QCOMPARE(cli.runLine(u"logs"_s), 0);
+        const QString path = cli.out().trimmed().mid(cli.out().indexOf(u'/'));
+        QVERIFY2(path.endsWith(u"two\\x0Alines.renameLog"_s), qPrintable(path));
+        QCOMPARE(cli.run({u"rollback"_s, u"--yes"_s, path}), 0);
+        QCOMPARE(cli.names(), QStringList{u"a.txt"_s});
+    }
+
+    void misspeltLogPointsToTheList()
+    {
+        CliFixture cli;
+        QCOMPARE(cli.runLine(u"rollback nope"_s), 2);
+        QVERIFY2(cli.err().contains(u"nope: there is no such file"_s) &&
+                     cli.err().contains(u"tavrin-cli logs"_s),
+                 qPrintable(cli.err()));
+    }
+
+    void interruptedCheck()
+    {
+        CliFixture cli;
+        cli.batch({u"a.txt"_s});
+        rename(cli, u"n"_s);
+        cli.interrupted = true;
+        QCOMPARE(cli.runLine(u"rollback --last --check --json"_s), 130);
+        QCOMPARE(cli.json()[u"error"_s][u"status"_s], QJsonValue(130));
+    }
+
     void interruptedKeepsTheRest()
     {
         CliFixture cli;
@@ -209,6 +258,20 @@ private Q_SLOTS:
         QVERIFY(QDateTime::fromString(logs[1][u"date"_s].toString(), Qt::ISODate).isValid());
         QCOMPARE(cli.runLine(u"logs"_s), 0);
         QCOMPARE(cli.out().count(u'\n'), 3);
+    }
+
+    void logsThatCannotBeListed()
+    {
+        CliFixture cli;
+        FaultyFileManager disk;
+        cli.fileManager = &disk;
+        const QString logs = cli.tree.folder(u"data/Tavrin/Logs"_s);
+        for (const QString &line : {u"logs"_s, u"rollback --last"_s}) {
+            disk.fail(FaultyFileManager::Call::OpenFolder, EACCES, FaultyFileManager::kAlways,
+                      logs.toUtf8());
+            QCOMPARE(cli.runLine(line), 1);
+            QVERIFY2(cli.err().contains(logs), qPrintable(cli.err()));
+        }
     }
 
     void interruptedRunsAreRecoveredFirst_data()
