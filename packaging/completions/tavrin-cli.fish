@@ -5,13 +5,18 @@ function __tavrin_cli_presets
     tavrin-cli presets list 2>/dev/null | string replace -r '  \(shipped\)$' ''
 end
 
+function __tavrin_cli_logs
+    # Paths of saved logs stand behind date and number of files; rollback takes their names, too.
+    tavrin-cli logs 2>/dev/null | string replace -r '^.*/' '' | string replace -r '\.renameLog$' ''
+end
+
 set -l verbs preview rename rollback logs recover tags table presets rules archive
 set -l batch preview rename
 set -l recipes preview rename presets
 set -l long preview rename rollback tags
 set -l runs rename rollback
 
-complete -c tavrin-cli -n __fish_use_subcommand -l version -d 'Show the version'
+complete -c tavrin-cli -n __fish_use_subcommand -s V -l version -d 'Show the version'
 complete -c tavrin-cli -f -n __fish_use_subcommand -a preview -d 'Show what each file would be called'
 complete -c tavrin-cli -f -n __fish_use_subcommand -a rename -d 'Rename files'
 complete -c tavrin-cli -f -n __fish_use_subcommand -a rollback -d 'Undo a past run'
@@ -22,6 +27,9 @@ complete -c tavrin-cli -f -n __fish_use_subcommand -a table -d 'Show the rows of
 complete -c tavrin-cli -f -n __fish_use_subcommand -a presets -d 'List, show, save, delete, export, import'
 complete -c tavrin-cli -f -n __fish_use_subcommand -a rules -d 'List the kinds of rules'
 complete -c tavrin-cli -f -n __fish_use_subcommand -a archive -d 'Show a log or preset as JSON'
+complete -c tavrin-cli -f -n __fish_use_subcommand -a help -d 'Explain a verb'
+complete -c tavrin-cli -f -n '__fish_seen_subcommand_from help' -a "$verbs"
+complete -c tavrin-cli -f -n '__fish_seen_subcommand_from logs recover rules'
 
 complete -c tavrin-cli -n "__fish_seen_subcommand_from $verbs" -l json -d 'Print one JSON document'
 complete -c tavrin-cli -s h -l help -d 'Explain the verb'
@@ -44,6 +52,7 @@ complete -c tavrin-cli -n "__fish_seen_subcommand_from $batch" -x -l sort -d 'Or
 
 complete -c tavrin-cli -n "__fish_seen_subcommand_from $runs" -s y -l yes -d 'Do it without asking'
 complete -c tavrin-cli -n '__fish_seen_subcommand_from rename' -l no-undo -d 'Rename even when it cannot be undone'
+complete -c tavrin-cli -n '__fish_seen_subcommand_from rollback' -a '(__tavrin_cli_logs)'
 complete -c tavrin-cli -n '__fish_seen_subcommand_from rollback' -l last -d 'The newest log with something to undo'
 complete -c tavrin-cli -n '__fish_seen_subcommand_from rollback' -l check -d 'Only show what could be undone'
 complete -c tavrin-cli -n '__fish_seen_subcommand_from rollback' -l reverse -d 'From the last record to the first'
