@@ -28,6 +28,8 @@ std::optional<int> BatchCommand::understand(const CommandLine &line)
     if (!recipe)
         return usageError(recipe.message());
     m_recipe = std::move(recipe).value();
+    for (const QString &problem : m_recipe.patternProblems())
+        console().message(problem);
     takeOverSignals();
     return {};
 }

@@ -8,6 +8,7 @@
 #include "metadata/TCSVAggregator.h"
 #include "metadata/TImageTagRule.h"
 #include "rules/TOriginalRule.h"
+#include "rules/TRegExRule.h"
 
 #include <algorithm>
 
@@ -21,6 +22,14 @@ std::vector<TExtensionMap> mapFromPairs(const QVariantList &pairs)
     for (const QVariant &pair : pairs)
         map.emplace_back().setProperties(pair.toMap());
     return map;
+}
+
+QString patternProblem(QLatin1StringView where, const QString &pattern, const QString &replacement)
+{
+    const QString problem = RegexReplacer(pattern, replacement).problem();
+    return problem.isEmpty() ? problem
+                             : u"%1, pattern \"%2\", replacement \"%3\": %4 Names get an empty "
+                               "text."_s.arg(where, pattern, replacement, problem);
 }
 
 } // namespace
@@ -59,6 +68,25 @@ ImageWish Recipe::imageWish() const
         if (const auto *image = dynamic_cast<const TImageTagRule *>(rule.get()))
             wish.tags.push_back({image->metadataCategory(), image->theTag()});
     return wish;
+}
+
+QStringList Recipe::patternProblems() const
+{
+    QStringList problems;
+    for (const TRulePtr &rule : rules) {
+        const auto *rewrite = dynamic_cast<const TRegExRule *>(rule.get());
+        if (rewrite == nullptr || !rewrite->regArray())
+            continue;
+        for (const auto &pair : *rewrite->regArray())
+            problems.append(patternProblem("RegExTag"_L1, pair->match, pair->replace));
+    }
+    constexpr qint64 kRewrite = 4;
+    if (extensionHandler->handlingMethod() == kRewrite)
+        problems.append(patternProblem("extension"_L1, extensionHandler->regEx(),
+                                       extensionHandler->rePattern()));
+    problems.removeAll(QString());
+    problems.removeDuplicates();
+    return problems;
 }
 
 TResult<TRulePtr> makeRule(const WrittenRule &written)

@@ -28,6 +28,8 @@ struct Recipe
     MetadataGatherer::Kinds metadataKinds() const;
     /// Which image properties they take.
     ImageWish imageWish() const;
+    /// What is wrong with its regular expressions, each once: names get an empty text from them.
+    QStringList patternProblems() const;
 };
 
 /// A rule as its kind and the settings say; reads the rule's CSV file, if it has one.

@@ -370,6 +370,27 @@ private Q_SLOTS:
         QVERIFY(cli.json()[u"error"_s][u"text"_s].toString().contains(mentioned));
     }
 
+    void wrongPatternsAreNamedOnce_data()
+    {
+        const Table<QString, QString> row("options", "mentioned");
+        row("pattern", u"--rule 'RegExTag match=\"(\" replace=x'",
+            u"pattern \"(\", replacement \"x\": A");
+        row("empty", u"--rule 'RegExTag match= replace=x'", u"The pattern is empty.");
+        row("replacement", u"--rule 'RegExTag match=a replace=$9'", u"replacement \"$9\": The");
+        row("extension", u"--rule Original --extension 'handlingMethod=4 regEx=('",
+            u"extension, pattern \"(\"");
+    }
+
+    void wrongPatternsAreNamedOnce()
+    {
+        QFETCH(QString, options);
+        QFETCH(QString, mentioned);
+        CliFixture cli;
+        cli.batch({u"a.txt"_s, u"b.txt"_s});
+        cli.runLine(u"preview --quiet BATCH "_s + options);
+        QCOMPARE(cli.err().count(mentioned), 1);
+    }
+
     void nothingIsReadBeforeTheRecipeIsUnderstood()
     {
         CliFixture cli;
