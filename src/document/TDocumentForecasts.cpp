@@ -41,7 +41,7 @@ void TDocumentForecasts::remove(const TFileObject &file)
 void TDocumentForecasts::insert(const TFileObject &file, const Forecast &forecast)
 {
     remove(file);
-    if (forecast.finalName.isNull())
+    if (forecast.finalName.isNull() || file.hasBeenProcessed())
         return;
     const QString &shown = file.attributedTargetName().string();
     const QString base = NameGeneration::postProcessFull(shown);
@@ -58,8 +58,23 @@ void TDocumentForecasts::insert(const TFileObject &file, const Forecast &forecas
     m_others.insert(&file, forecast);
 }
 
+void TDocumentForecasts::insertOutcome(const TFileObject &file, const QString &failure)
+{
+    remove(file);
+    if (failure.isEmpty())
+        m_failures.remove(&file);
+    else
+        m_failures.insert(&file, failure);
+}
+
 std::optional<Forecast> TDocumentForecasts::find(const TFileObject &file) const
 {
+    if (file.hasBeenProcessed()) {
+        const TFileURL target = file.targetURL();
+        if (!target.isValid())
+            return {};
+        return Forecast{target.lastPathComponent(), m_failures.value(&file), false};
+    }
     if (const auto other = m_others.constFind(&file); other != m_others.cend())
         return *other;
     const auto number = m_numbers.constFind(&file);

@@ -225,11 +225,13 @@ void TDocument::startRename()
 void TDocument::finishedRenameOp(TFileObject &file, const TRenameReport &report)
 {
     file.setErrLog(report.errors);
-    if (!report.unchanged) {
+    if (report.unchanged) {
+        m_forecasts.insert(file, {report.finalName, report.failure, true});
+    } else {
         file.setHasBeenProcessed(true);
         file.setTargetURL(TFileURL(file.sourceURL().folder(), report.finalName));
+        m_forecasts.insertOutcome(file, report.failure);
     }
-    m_forecasts.insert(file, {report.finalName, report.failure, report.unchanged});
     if (!m_theProgressSheet)
         return; // the user has seen the end of the run already
     if (m_theProgressSheet->abortRequest()) {

@@ -60,6 +60,7 @@ private Q_SLOTS:
     void wholeRun();
     void progressSheet();
     void problemsOfARun();
+    void outcomesHold();
     void cancelling_data();
     void cancelling();
     void changesBeforeTheAnswer();
@@ -248,6 +249,34 @@ void TestTDocumentRename::problemsOfARun()
     const auto records = batch.records();
     QCOMPARE(records.size(), 4U);
     QVERIFY(!records[1].renameComplete && records[2].renameComplete && records[3].insured);
+}
+
+/// Whatever is worked out afterwards, a file is said to have the name that it has.
+void TestTDocumentRename::outcomesHold()
+{
+    Batch batch(3, {textRule(u"n"_s)});
+    batch.tree.remove(u"files/0001.x"_s);
+    QVERIFY(batch.rename());
+    const auto said = [&] {
+        const TFileList &files = batch.document->sourceObjectArray();
+        QStringList outcomes;
+        for (const auto &file : files) {
+            const auto outcome = batch.document->forecastFor(*file);
+            outcomes += !outcome                     ? u"nothing"_s
+                        : outcome->refusal.isEmpty() ? outcome->finalName
+                                                     : outcome->finalName + u" failed"_s;
+        }
+        return files[0]->targetName() + u": "_s + outcomes.join(u", "_s);
+    };
+    const QString outcomes = u": n.x, n-1.x failed, n-1.x"_s;
+    QCOMPARE(said(), u"n"_s + outcomes);
+    for (const QString &shown : {u"n"_s, u"mn"_s}) {
+        batch.document->testRun();
+        const QSignalSpy redisplays(batch.document.get(), &TDocument::filesChanged);
+        QVERIFY(batch.pumpUntil([&] { return redisplays.count() == 2; })); // what is foreseen now
+        QCOMPARE(said(), shown + outcomes);
+        batch.document->addRules({textRule(u"m"_s)}, 0);
+    }
 }
 
 void TestTDocumentRename::cancelling_data()
