@@ -2,6 +2,7 @@
 #include "app/TDoRollBackWindowController.h"
 
 #include "commonprocs/Sandboxing.h"
+#include "document/RollbackNotice.h"
 #include "rollback/RollbackLog.h"
 #include "settings/logging.h"
 
@@ -74,6 +75,7 @@ struct TDoRollBackWindowController::Undone
 TDoRollBackWindowController::TDoRollBackWindowController(const Services &services,
                                                          std::function<void(int)> ended)
     : m_fileManager(services.fileManager)
+    , m_notifications(services.notifications)
     , m_ended(std::move(ended))
     , m_statusText(tr(kInitializing))
     , m_grants(services.host, services.notifications)
@@ -90,6 +92,7 @@ void TDoRollBackWindowController::loadLog(const TFileURL &log)
 {
     if (!log.isValid())
         return;
+    m_log = log.path();
     m_work.run(
         [log, report = reporter(), &fileManager = m_fileManager](
             const BackgroundWork::StopFlag &stop, const BackgroundWork::Post &post) {
@@ -204,6 +207,13 @@ void TDoRollBackWindowController::rollBackComplete(Undone undone)
     m_state = State::Complete;
     Q_EMIT tableReloaded();
     Q_EMIT changed();
+    const auto restored =
+        std::count_if(m_records.begin(), m_records.end(), [](const TRenameTRX &record) {
+            return record.renamedExistsWithStatus == RollbackRun::kRestored;
+        });
+    m_notifications.post(RollbackNotice::kRolledBack,
+                         {{RollbackNotice::kLog, m_log},
+                          {RollbackNotice::kRestored, static_cast<qlonglong>(restored)}});
 }
 
 void TDoRollBackWindowController::stop()

@@ -96,6 +96,8 @@ private:
     void rollBackComplete(Undone undone);
 
     FileManager &m_fileManager;
+    Notifications &m_notifications;
+    QString m_log; ///< path
     std::function<void(int)> m_ended;
     bool m_hasEnded = false;
     State m_state = State::Initial;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "document/TDocument.h"
 
+#include "document/RollbackNotice.h"
 #include "document/TDocumentDrop.h"
 #include "document/TDocumentRenaming.h"
 
@@ -49,6 +50,7 @@ TDocument::TDocument(TDocumentHost &host, TDocumentServices services, QObject *p
     subscribe(kStartDupeDrag, &TDocument::startDupeDrag);
     subscribe(Notifications::kGotAuthorized, &TDocument::gotAuthorized);
     subscribe(Notifications::kRuleChanged, &TDocument::ruleChangedNotified);
+    subscribe(RollbackNotice::kRolledBack, &TDocument::rolledBack);
     tell(&TDocumentHost::setWindowTitle, text(kTitle));
     tell(&TDocumentHost::setColorCodeChecked, m_colorCode);
     tell(&TDocumentHost::setRollBackEnabled, false);

@@ -72,6 +72,7 @@ public:
     const TFileList &sourceObjectArray() const { return m_sourceObjectArray; }
     const TRuleList &ruleArray() const { return m_ruleArray; }
     TExtensionHandler &theExtensionHandler() { return *m_theExtensionHandler; }
+    const TExtensionHandler &theExtensionHandler() const { return *m_theExtensionHandler; }
     const TOptions &theOptions() const { return m_theOptions; }
     const TFolderAccessList &theFoldersWeUse() const { return m_theFoldersWeUse; }
     /// For the view in which folders are granted.
@@ -97,12 +98,28 @@ public:
     bool isRenaming() const { return m_isRenaming; }
     /// A drop is still being added.
     bool isReceivingDrop() const { return !m_drops.empty(); }
-    /// What the run would write for an entry of the batch; nothing while that is not known, and
-    /// when it is no other name than the one that is shown.
+    /// What the run would write for an entry of the batch, or has written; nothing while that is
+    /// not known, and when it would be no other name than the one that is shown.
     std::optional<ForecastStepper::Forecast> forecastFor(const TFileObject &file) const
     {
         return m_forecasts.find(file);
     }
+
+    /// The names that are shown are from before the last change, and none are being worked out:
+    /// without live update, a test run brings the new ones. A change of this comes with
+    /// filesChanged().
+    bool areNamesOld() const { return m_areNamesOld; }
+    /// What became of the last run, in numbers of files.
+    struct RunOutcome
+    {
+        qsizetype renamed = 0;
+        qsizetype failed = 0;
+        qsizetype restored = 0;   ///< by rollbacks since
+        bool canBeUndone = false; ///< it has left a log
+    };
+    /// While files of that run are in the list; nothing before it. A change of this comes with
+    /// filesChanged().
+    std::optional<RunOutcome> runOutcome() const;
 
     // Files
     /// A drop on the file table. False when the pasteboard holds nothing that is accepted.
@@ -269,6 +286,7 @@ private:
     void startDupeDrag(const QVariantMap &userInfo);
     void gotAuthorized(const QVariantMap &userInfo);
     void ruleChangedNotified(const QVariantMap &userInfo);
+    void rolledBack(const QVariantMap &userInfo);
     void setReadyToGo(bool ready);
 
     // TDocumentReceiving.cpp
@@ -306,6 +324,9 @@ private:
     TDocumentAnalysis::Output analysisOutput();
     void startWhenCollected(bool forecastOnly);
     void startBackgroundRun();
+    void orderChanged();
+    bool updateNamesAge();
+    void followNamesAge();
     TRuleList preparedCopy() const;
     TDocumentAnalysis::Input analysisInput();
     AnalysisRun analysisRun();
@@ -378,6 +399,9 @@ private:
     quint64 m_testRunVersion = 0;       ///< of the batch that it is over
     TDocumentForecasts m_forecasts;
     quint64 m_analysisVersion = 0; ///< of the list that the newest analysis is over
+    quint64 m_analysedVersion = 0; ///< of the batch, likewise
+    quint64 m_namesVersion = 0;    ///< of the batch that the shown names are of
+    bool m_areNamesOld = false;
     qint64 m_remainingAOps = 0;
     bool m_lacksMetadata = false; ///< because the gathering was cancelled
     bool m_hasUngathered = false; ///< files left the list before they were gathered
@@ -391,6 +415,7 @@ private:
     qint64 m_remainingRenameOps = 0;
     qint64 m_renamingWarnings = 0;
     qint64 m_renamingCriticals = 0;
+    std::optional<RunOutcome> m_outcome; ///< nothing before the first run
     TFileURL m_rollbackURL;
     bool m_isRenaming = false;
     bool m_isPreparing = false;   ///< the plan of a run is being made

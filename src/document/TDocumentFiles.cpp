@@ -81,6 +81,8 @@ void TDocument::recordFileChange(const char *name, TFileList before, bool analys
                                                                     undoFileArrayChange(files);
                                                                     if (analyse)
                                                                         doBackgroundRunIfUpdate();
+                                                                    else
+                                                                        orderChanged();
                                                                 })
                          .release()); // the stack owns it
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commonprocs/Sandboxing.h"
 #include "commonprocs/TimeUtils.h"
+#include "document/RollbackNotice.h"
 #include "document/TDocument.h"
 #include "document/TDocumentRenaming.h"
 #include "rollback/RollbackLog.h"
@@ -21,6 +22,9 @@ constexpr qint64 kProgressStep = 10;
 constexpr const char *kCancel = QT_TRANSLATE_NOOP("TDocument", "Cancel");
 constexpr const char *kRename = QT_TRANSLATE_NOOP("TDocument", "Rename");
 constexpr const char *kNoUndo = QT_TRANSLATE_NOOP("TDocument", "This run could not be undone. %@");
+constexpr const char *kNamesAreOld = QT_TRANSLATE_NOOP(
+    "TDocument", "The list shows names from before the last change. To see the new ones first, "
+                 "cancel and choose Test Run (F5).");
 constexpr const char *kLogTitle = QT_TRANSLATE_NOOP("TDocument", "Rename log:%@");
 constexpr const char *kRecoveryTitle =
     QT_TRANSLATE_NOOP("TDocument", "An Interrupted Rename Is Still Being Looked Into");
@@ -182,10 +186,15 @@ void TDocument::confirmRename(const QString &problem)
         m_renaming.reset();
         return runRename();
     }
+    QStringList notes;
+    if (m_areNamesOld)
+        notes += text(kNamesAreOld);
+    if (!problem.isEmpty())
+        notes += text(kNoUndo, {problem});
     askOnce({TDialogHost::Form::StopSheet,
              answer.title,
              answer.text,
-             problem.isEmpty() ? QString() : text(kNoUndo, {problem}),
+             notes.join(u'\n'),
              {text(kCancel), text(kRename)}},
             [this](qsizetype button) { renameAnswered(button); });
 }
@@ -276,6 +285,8 @@ void TDocument::processingFinished(const TRenameSummary &summary)
              TDialogHost::Answered());
     m_renaming.reset();
     m_isRenaming = false;
+    m_outcome = {summary.renamed, summary.failed, 0, !summary.rollbackLog.isEmpty()};
+    updateNamesAge();
     redisplay();
     Q_EMIT renamingChanged(false);
     if (m_isClosing)
@@ -289,6 +300,20 @@ void TDocument::tellWhereItStopped(qsizetype renamed, const char *status)
     const QString done = renamed == 1 ? text(kOneRenamed)
                                       : text(kManyRenamed, {locale.toString(qlonglong{renamed})});
     setStatus(status, {done, locale.toString(qlonglong{m_renaming->count() - renamed})});
+}
+
+std::optional<TDocument::RunOutcome> TDocument::runOutcome() const
+{
+    return m_outcome && hasProcessedFiles(m_sourceObjectArray) ? m_outcome : std::nullopt;
+}
+
+void TDocument::rolledBack(const QVariantMap &userInfo)
+{
+    if (!m_outcome || !m_outcome->canBeUndone ||
+        userInfo.value(RollbackNotice::kLog).toString() != m_rollbackURL.path())
+        return;
+    m_outcome->restored += userInfo.value(RollbackNotice::kRestored).toLongLong();
+    redisplay();
 }
 
 void TDocument::setRollbackURL(const TFileURL &log)

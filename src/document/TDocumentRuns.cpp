@@ -81,6 +81,7 @@ void TDocument::startBackgroundRun()
 {
     if (m_isForecastOnly)
         return m_analysis.startForecast(analysisInput());
+    m_analysedVersion = m_batchVersion;
     // The run evaluates a copy from before the document's own rules are prepared.
     m_analysis.start(analysisInput());
     NameGeneration::prepareAllRules(m_ruleArray);
@@ -92,11 +93,41 @@ void TDocument::doBackgroundRunIfUpdate()
         redisplay();
     else if (m_liveUpdate)
         doBackgroundRun();
+    followNamesAge();
+}
+
+/// The files are in another order, which by itself brings no analysis. What the run would write
+/// depends on it all the same.
+void TDocument::orderChanged()
+{
+    if (m_liveUpdate && !isWorkingOutNames() && !hasProcessedFiles(m_sourceObjectArray)) {
+        m_namesVersion = m_batchVersion;
+        startWhenCollected(true);
+    }
+    followNamesAge();
+}
+
+/// Whoever calls it shows the names again.
+bool TDocument::updateNamesAge()
+{
+    const bool areOld = m_namesVersion != m_batchVersion && m_errorLog && !isWorkingOutNames() &&
+                        !m_sourceObjectArray.empty() && !hasProcessedFiles(m_sourceObjectArray);
+    return std::exchange(m_areNamesOld, areOld) != areOld;
+}
+
+void TDocument::followNamesAge()
+{
+    if (updateNamesAge())
+        redisplay();
 }
 
 void TDocument::backgroundRunCompleteForLog(TErrorLog &log)
 {
     m_errorLog = std::move(log);
+    m_namesVersion = m_analysedVersion;
+    if (m_liveUpdate && m_namesVersion != m_batchVersion)
+        orderChanged(); // meanwhile; any other change would have begun anew
+    updateNamesAge();
     redisplay();
     tell(&TDocumentHost::setRenameBadge,
          static_cast<qint64>(numberOfErrorsWithType(TErrorTypes::kCritical, *m_errorLog)));

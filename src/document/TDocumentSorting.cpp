@@ -88,6 +88,8 @@ void TDocument::sortByColumn(const QString &key, bool ascending)
     redisplay();
     if (analyse)
         doBackgroundRunIfUpdate();
+    else
+        orderChanged();
 }
 
 void TDocument::doSearch(const QString &text)

@@ -32,9 +32,11 @@ void TDocument::fullRunWithUpdate(bool update)
 void TDocument::fullRunComplete(bool update)
 {
     m_forecasts.clear(); // they may be about other names
+    m_namesVersion = m_batchVersion;
+    const bool isOtherAge = updateNamesAge();
     tell(&TDocumentHost::setRenameBadge,
          static_cast<qint64>(numberOfErrorsWithType(TErrorTypes::kCritical, *m_errorLog)));
-    if (update)
+    if (update || isOtherAge)
         redisplay();
     Q_EMIT errorLogChanged();
     startWhenCollected(true);

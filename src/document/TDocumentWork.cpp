@@ -21,6 +21,7 @@ void TDocument::gather()
         idleStatus();
     }
     m_gathering.resume();
+    followNamesAge();
     Q_EMIT workChanged();
 }
 

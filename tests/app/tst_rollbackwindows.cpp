@@ -2,6 +2,7 @@
 #include "app/TDoRollBackWindowController.h"
 #include "app/TRollBackWindowController.h"
 #include "commonprocs/Sandboxing.h"
+#include "document/RollbackNotice.h"
 #include "rollback/RollbackLog.h"
 #include "settings/logging.h"
 #include "support/FaultyFileManager.h"
@@ -33,6 +34,7 @@ struct RollbackWindow
     ScriptedApplicationHost host;
     int ends = 0;
     QStringList lines;
+    QString log; ///< path
     WorkerQueue worker;
     std::unique_ptr<Window> window = std::make_unique<Window>(
         Window::Services{host, mainThread, worker, notifications, disk}, [this](int) { ++ends; });
@@ -64,7 +66,8 @@ struct RollbackWindow
             record.renameComplete = move.contains(u'>');
             writer->append(record);
         }
-        window->loadLog(TFileURL::fileURLWithPath(writer->finish(TDate::fromSeconds(1)).value()));
+        log = writer->finish(TDate::fromSeconds(1)).value();
+        window->loadLog(TFileURL::fileURLWithPath(log));
     }
     void settle()
     {
@@ -147,6 +150,9 @@ void TestRollbackWindows::table()
     QFETCH(const QString, record);
     QFETCH(const QString, done);
     RollbackWindow t(files);
+    QList<QVariantMap> told;
+    const auto subscription = t.notifications.subscribe(
+        RollbackNotice::kRolledBack, [&told](const QVariantMap &userInfo) { told += userInfo; });
     QCOMPARE(t.shown(), u"Roll Back off|"_s + kInitial + u"|0"_s);
     t.load({record});
     t.settle();
@@ -157,6 +163,9 @@ void TestRollbackWindows::table()
     t.settle();
     QCOMPARE(t.shown(), u"Roll Back Complete off|hidden|0"_s);
     QVERIFY2(t.row().startsWith(done), qPrintable(t.row()));
+    QCOMPARE(told.size(), 1);
+    QCOMPARE(told[0].value(RollbackNotice::kLog).toString(), t.log);
+    QCOMPARE(told[0].value(RollbackNotice::kRestored).toInt(), done.endsWith("tick"_L1) ? 1 : 0);
     QCOMPARE(t.window->otherName(0), t.tree.exists(u"a-1.txt"_s) ? u"a-1.txt"_s : QString());
     QVERIFY(!t.window->clicked(1, 1) && !t.window->clicked(0, 2) && !t.window->clicked(-1, 1));
     QCOMPARE(t.window->cell(0, "size"_L1), TableCell());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commonprocs/Sandboxing.h"
+#include "document/RollbackNotice.h"
 #include "rollback/RollbackLog.h"
 #include "support/DocumentFixture.h"
 #include "support/Table.h"
@@ -61,6 +62,10 @@ private Q_SLOTS:
     void progressSheet();
     void problemsOfARun();
     void outcomesHold();
+    void outcomeOfARun();
+    void oldNames_data();
+    void oldNames();
+    void namesNeverLookOldWithLiveUpdate();
     void cancelling_data();
     void cancelling();
     void changesBeforeTheAnswer();
@@ -277,6 +282,115 @@ void TestTDocumentRename::outcomesHold()
         QCOMPARE(said(), shown + outcomes);
         batch.document->addRules({textRule(u"m"_s)}, 0);
     }
+}
+
+void TestTDocumentRename::outcomeOfARun()
+{
+    Batch batch(3);
+    const auto outcome = [&] {
+        const auto run = batch.document->runOutcome();
+        return run ? u"%1 %2 %3"_s.arg(run->renamed).arg(run->failed).arg(run->restored) : u""_s;
+    };
+    batch.tree.remove(u"files/0001.x"_s);
+    QCOMPARE(outcome(), u""_s);
+    QVERIFY(batch.rename());
+    QCOMPARE(outcome(), u"2 1 0"_s);
+    QVERIFY(batch.document->runOutcome()->canBeUndone);
+    const QSignalSpy redisplays(batch.document.get(), &TDocument::filesChanged);
+    const auto rollBack = [&](const QString &log) {
+        batch.notifications.post(RollbackNotice::kRolledBack,
+                                 {{RollbackNotice::kLog, log}, {RollbackNotice::kRestored, 1LL}});
+    };
+    rollBack(batch.tree.path(u"other.renameLog"_s));
+    QCOMPARE(outcome(), u"2 1 0"_s);
+    rollBack(batch.document->rollbackURL().path());
+    rollBack(batch.document->rollbackURL().path()); // the rest of it
+    QCOMPARE(outcome(), u"2 1 2"_s);
+    QCOMPARE(redisplays.count(), 2);
+    QVERIFY(batch.drop({batch.tree.file(u"new.x"_s)}));
+    QCOMPARE(outcome(), u""_s);
+}
+
+void TestTDocumentRename::oldNames_data()
+{
+    QTest::addColumn<Action>("change");
+    const auto add = [](const char *name, const Action &change) { QTest::newRow(name) << change; };
+    add("rule", [](auto &f) { f.document->addRules({textRule(u"m"_s)}, 0); });
+    add("extension", [](auto &f) {
+        f.document->theExtensionHandler().setHandlingMethod(TExtensionHandler::kStrip);
+        f.document->extensionHandlerEdited();
+    });
+    add("option", [](auto &f) {
+        f.document->setTheOptions({0, 1 - f.document->theOptions().compliance, {}, 0, false});
+    });
+    add("files taken out", [](auto &f) { f.document->removeFiles({0}); });
+    add("files moved", [](auto &f) { f.document->moveRows({0}, 3); });
+    add("sorted by problems", [](auto &f) { f.document->sortByColumn(u"errLevel"_s, false); });
+}
+
+/// Without live update, names that are not those of the run are said to be old, also in the
+/// question; a test run brings the new ones.
+void TestTDocumentRename::oldNames()
+{
+    QFETCH(const Action, change);
+    Batch batch;
+    const auto note = [&] {
+        batch.host.calls.clear();
+        const bool isAsked = batch.rename(kCancel) && batch.host.calls.size() == 1;
+        return isAsked ? batch.host.calls.back().section(u'|', 2, 2) : u"no question"_s;
+    };
+    batch.document->setLiveUpdate(false);
+    QVERIFY(batch.settle());
+    QVERIFY(!batch.document->areNamesOld());
+    QCOMPARE(note(), QString());
+    const QSignalSpy redisplays(batch.document.get(), &TDocument::filesChanged);
+    change(batch);
+    QVERIFY(batch.document->areNamesOld());
+    QVERIFY(redisplays.count() > 0);
+    QVERIFY(note().startsWith(u"The list shows names from before the last change."_s));
+    batch.disk.fail(Call::Sync, ENOSPC);
+    QVERIFY(note().contains(u"(F5).\nThis run could not be undone."_s));
+    batch.document->testRun();
+    QVERIFY(!batch.document->areNamesOld());
+    change(batch);
+    QVERIFY(batch.document->areNamesOld());
+    batch.document->setLiveUpdate(true);
+    QVERIFY(batch.settle());
+    QVERIFY(!batch.document->areNamesOld());
+}
+
+void TestTDocumentRename::namesNeverLookOldWithLiveUpdate()
+{
+    Batch batch(3, {textRule(u"n"_s)});
+    int oldLooks = 0;
+    connect(batch.document.get(), &TDocument::filesChanged, this,
+            [&] { oldLooks += batch.document->areNamesOld() ? 1 : 0; });
+    const auto finalNames = [&] {
+        QStringList names;
+        for (const auto &file : batch.document->sourceObjectArray()) {
+            const auto forecast = batch.document->forecastFor(*file);
+            names += forecast ? forecast->finalName : u"as shown"_s;
+        }
+        return names;
+    };
+    const QStringList expected{u"as shown"_s, u"n-1.x"_s, u"n-2.x"_s};
+    QVERIFY(batch.pumpUntil([&] { return finalNames() == expected; }));
+    // No analysis follows this, but who gets which number is another matter.
+    batch.document->sortByColumn(u"errLevel"_s, false);
+    QVERIFY(!batch.document->isAnalysing());
+    QVERIFY(batch.pumpUntil([&] { return finalNames() == expected; }));
+    batch.document->addRules({textRule(u"m"_s)}, 0);
+    batch.document->sortByColumn(u"errLevel"_s, true); // while names are being worked out
+    QVERIFY(batch.settle());
+    QVERIFY(batch.pumpUntil([&] { return finalNames().value(2) == u"mn-2.x"_s; }));
+    QVERIFY(batch.drop({batch.tree.file(u"files/new.x"_s)}));
+    batch.document->removeFiles({1});
+    QVERIFY(batch.settle());
+    QVERIFY(batch.rename());
+    QCOMPARE(oldLooks, 0);
+    batch.document->setLiveUpdate(false);
+    batch.document->addRules({textRule(u"l"_s)}, 0);
+    QVERIFY(!batch.document->areNamesOld()); // those of renamed files are what they are
 }
 
 void TestTDocumentRename::cancelling_data()
