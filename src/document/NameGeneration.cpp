@@ -107,6 +107,17 @@ QString wantedExtension(const TFileObject &file)
     return own.isEmpty() ? own : u'.' + own;
 }
 
+Extension extensionForPeople(const TFileObject &file, const TExtensionHandler &handler)
+{
+    const QString shown = file.attributedTargetExtension().string();
+    if (shown == u".")
+        return {};
+    if (!shown.isEmpty())
+        return {shown, false};
+    const QString own = file.extension();
+    return own.isEmpty() ? Extension{} : Extension{u'.' + handler.handleCaseFor(own), true};
+}
+
 void prepareAllRules(const TRuleList &rules)
 {
     for (const TRulePtr &rule : rules)

@@ -26,6 +26,15 @@ TAttributedString processExtensionForFile(TExtensionHandler &handler, TFileObjec
 /// The extension with its period that a file gets, as far as what is shown tells: the one shown, or
 /// its own where extensions are left alone; empty when it is taken away or there is none.
 QString wantedExtension(const TFileObject &file);
+/// What people are to see behind the shown name: the extension with its period that the run gives
+/// the file. The shown extension leaves out one that is kept, and says of one that is taken away
+/// only that there was one.
+struct Extension
+{
+    QString text; ///< empty for none
+    bool isKept = false;
+};
+Extension extensionForPeople(const TFileObject &file, const TExtensionHandler &handler);
 /// prepareToStart to every rule.
 void prepareAllRules(const TRuleList &rules);
 

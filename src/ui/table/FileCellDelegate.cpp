@@ -106,7 +106,10 @@ void FileCellDelegate::paintLevel(QPainter &painter, const QRect &cell,
         return m_look.done.paint(&painter, place, Qt::AlignCenter, QIcon::Disabled);
     const auto known =
         static_cast<std::size_t>(std::clamp(level, 0, static_cast<int>(m_look.levels.size()) - 1));
-    m_look.levels[known].paint(&painter, place);
+    // Of names from before the last change, that they were sound says nothing.
+    const bool isOld = level == TErrorTypes::kNone && model.document().areNamesOld();
+    m_look.levels[known].paint(&painter, place, Qt::AlignCenter,
+                               isOld ? QIcon::Disabled : QIcon::Normal);
 }
 
 void FileCellDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem &option,

@@ -2,7 +2,6 @@
 #include "ui/table/FileCells.h"
 
 #include "commonprocs/ByteNames.h"
-#include "document/NameGeneration.h"
 #include "document/TDocument.h"
 #include "ui/controls/ToolTip.h"
 
@@ -82,13 +81,20 @@ bool keepsName(const TDocument &document, const TFileObject &file, const Forecas
     return document.ruleArray().empty() || isUnchanged(file, forecast);
 }
 
-Note note(const TFileObject &file, const Forecast &forecast)
+Extension shownExtension(const TDocument &document, const TFileObject &file)
+{
+    return document.ruleArray().empty()
+               ? Extension()
+               : NameGeneration::extensionForPeople(file, document.theExtensionHandler());
+}
+
+Note note(const TFileObject &file, const Forecast &forecast, const Extension &extension)
 {
     if (!isKnown(forecast))
         return {};
     if (!forecast->refusal.isEmpty())
         return {text(kRefused).arg(forecast->refusal), true};
-    if (forecast->finalName == wantedName(file))
+    if (forecast->finalName == shownName(file) + extension.text)
         return {};
     return {text(kSavedAs).arg(ByteNames::forDisplay(forecast->finalName)), false};
 }
@@ -152,17 +158,17 @@ QString stateToolTip(const TFileObject &file, const Forecast &forecast)
     return ToolTip::of(lines.join(u'\n'));
 }
 
-QString newNameToolTip(const TFileObject &file, const Forecast &forecast)
+QString newNameInFull(const TFileObject &file, const Forecast &forecast, const Extension &extension)
 {
-    QString tip = ByteNames::forDisplay(shownName(file)) +
-                  ByteNames::forDisplay(file.attributedTargetExtension().string());
+    const QString shown = shownName(file) + extension.text;
+    QString tip = ByteNames::forDisplay(shown);
     if (!isKnown(forecast))
-        return ToolTip::of(tip);
+        return tip;
     if (!forecast->refusal.isEmpty())
         tip += '\n'_L1 + text(kWouldFail).arg(forecast->refusal);
-    else if (forecast->finalName != wantedName(file))
+    else if (forecast->finalName != shown)
         tip += '\n'_L1 + text(kNameTaken).arg(ByteNames::forDisplay(forecast->finalName));
-    return ToolTip::of(tip);
+    return tip;
 }
 
 } // namespace FileCells

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "document/ForecastStepper.h"
+#include "document/NameGeneration.h"
 
 #include <optional>
 
@@ -13,6 +14,8 @@ namespace FileCells {
 
 /// Nothing when it is not known, or what is shown.
 using Forecast = std::optional<ForecastStepper::Forecast>;
+
+using Extension = NameGeneration::Extension;
 
 /// What stands behind a new name when the run would write something else.
 struct Note
@@ -32,7 +35,10 @@ QString newName(const TFileObject &file, const Forecast &forecast);
 bool isUnchanged(const TFileObject &file, const Forecast &forecast);
 /// The same, or that there is no recipe: what is shown as the new name then is only a remark.
 bool keepsName(const TDocument &document, const TFileObject &file, const Forecast &forecast);
-Note note(const TFileObject &file, const Forecast &forecast);
+/// What the table shows behind the new name; nothing behind the remark that there is no recipe.
+Extension shownExtension(const TDocument &document, const TFileObject &file);
+/// The extension is the one that is shown.
+Note note(const TFileObject &file, const Forecast &forecast, const Extension &extension);
 /// The worst of the file's problems; a name that the run must refuse counts as a warning.
 int level(const TFileObject &file, const Forecast &forecast);
 /// The file's problems, and why the run would refuse its name.
@@ -45,7 +51,9 @@ QString dayText(TDate date);
 QString stateText(const TFileObject &file, const Forecast &forecast);
 /// The file's problems, one a line; for a file without any, what is to be known of its state.
 QString stateToolTip(const TFileObject &file, const Forecast &forecast);
-/// The whole new name, and why the run would write something else than the new name that is shown.
-QString newNameToolTip(const TFileObject &file, const Forecast &forecast);
+/// The whole new name, and why the run would write something else than the new name that is shown;
+/// plain text.
+QString newNameInFull(const TFileObject &file, const Forecast &forecast,
+                      const Extension &extension);
 
 } // namespace FileCells

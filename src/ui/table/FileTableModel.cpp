@@ -70,6 +70,11 @@ std::optional<ForecastStepper::Forecast> FileTableModel::forecast(int row) const
     return m_document.forecastFor(file(row));
 }
 
+NameGeneration::Extension FileTableModel::extension(int row) const
+{
+    return FileCells::shownExtension(m_document, file(row));
+}
+
 qsizetype FileTableModel::documentRow(int row) const
 {
     return isFiltered() ? m_rows[static_cast<std::size_t>(row)] : row;
@@ -138,17 +143,15 @@ QVariant FileTableModel::data(const QModelIndex &index, int role) const
     const int row = index.row();
     switch (role) {
     case Qt::DisplayRole:
-        return text(file(row), index.column());
+        return text(row, index.column());
     case Qt::ToolTipRole:
         return toolTip(row, index.column());
     case Qt::AccessibleTextRole:
         if (index.column() == Status)
             return FileCells::stateText(file(row), forecast(row));
         if (index.column() == NewName)
-            return QString(text(file(row), NewName) + u' ' +
-                           FileCells::note(file(row), forecast(row)).text)
-                .trimmed();
-        return text(file(row), index.column());
+            return newNameInWords(row);
+        return text(row, index.column());
     case Qt::TextAlignmentRole:
         return headerData(index.column(), Qt::Horizontal, role);
     default:
@@ -156,25 +159,44 @@ QVariant FileTableModel::data(const QModelIndex &index, int role) const
     }
 }
 
-QString FileTableModel::text(const TFileObject &file, int column)
+QString FileTableModel::text(int row, int column) const
 {
+    const TFileObject &entry = file(row);
     switch (column) {
     case Name:
-        return ByteNames::forDisplay(FileCells::currentName(file));
+        return ByteNames::forDisplay(FileCells::currentName(entry));
     case NewName:
-        return ByteNames::forDisplay(FileCells::shownName(file) +
-                                     file.attributedTargetExtension().string());
+        return ByteNames::forDisplay(FileCells::shownName(entry) + extension(row).text);
     case Size:
-        return SizeText::of(file.size());
+        return SizeText::of(entry.size());
     case Modified:
-        return FileCells::dateText(file.modificationDate());
+        return FileCells::dateText(entry.modificationDate());
     case Created:
-        return FileCells::dateText(file.creationDate());
+        return FileCells::dateText(entry.creationDate());
     case Folder:
-        return ByteNames::forDisplay(file.parent());
+        return ByteNames::forDisplay(entry.parent());
     default:
         return {};
     }
+}
+
+/// For those who cannot see how it is painted.
+QString FileTableModel::newNameInWords(int row) const
+{
+    QStringList words{text(row, NewName)};
+    words += FileCells::note(file(row), forecast(row), extension(row)).text;
+    if (m_document.areNamesOld())
+        words += tr("(out of date)");
+    words.removeAll(QString());
+    return words.join(u' ');
+}
+
+QString FileTableModel::newNameToolTip(int row) const
+{
+    QString tip = FileCells::newNameInFull(file(row), forecast(row), extension(row));
+    if (m_document.areNamesOld())
+        tip += u'\n' + tr("Out of date: Test Run (F5) shows the new name");
+    return ToolTip::of(tip);
 }
 
 QString FileTableModel::shortText(const QModelIndex &index) const
@@ -198,10 +220,10 @@ QString FileTableModel::toolTip(int row, int column) const
     case Name:
         return ToolTip::of(ByteNames::forDisplay(entry.thePath()));
     case NewName:
-        return FileCells::newNameToolTip(entry, forecast(row));
+        return newNameToolTip(row);
     case Modified:
     case Created:
-        return text(entry, column);
+        return text(row, column);
     case Folder:
         return ToolTip::of(ByteNames::forDisplay(entry.item().url.folder()->path()));
     default:

@@ -24,6 +24,7 @@ public:
     const TDocument &document() const { return m_document; }
     const TFileObject &file(int row) const;
     std::optional<ForecastStepper::Forecast> forecast(int row) const;
+    NameGeneration::Extension extension(int row) const;
     qsizetype documentRow(int row) const;
     /// The first row that is at the document row or behind it; the number of rows at the end.
     int rowAtOrAfter(qsizetype documentRow) const;
@@ -70,7 +71,9 @@ private:
     std::vector<qint32> passing(Filter filter) const;
     void touchKinds();
     bool isFiltered() const { return m_filter != Filter::All; }
-    static QString text(const TFileObject &file, int column);
+    QString text(int row, int column) const;
+    QString newNameInWords(int row) const;
+    QString newNameToolTip(int row) const;
     QString toolTip(int row, int column) const;
 
     TDocument &m_document;

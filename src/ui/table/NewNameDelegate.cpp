@@ -2,7 +2,6 @@
 #include "ui/table/NewNameDelegate.h"
 
 #include "commonprocs/ByteNames.h"
-#include "ui/table/FileCells.h"
 #include "ui/table/NameLine.h"
 
 #include <QPainter>
@@ -51,8 +50,9 @@ QSize NewNameDelegate::sizeHint(const QStyleOptionViewItem &option, const QModel
 {
     QSize size = FileCellDelegate::sizeHint(option, index);
     const FileTableModel &model = fileTableModel(index);
-    const QString note = FileCells::note(model.file(index.row()), model.forecast(index.row())).text;
-    size.rwidth() += noteWidth(note);
+    const int row = index.row();
+    size.rwidth() +=
+        noteWidth(FileCells::note(model.file(row), model.forecast(row), model.extension(row)).text);
     return size;
 }
 
@@ -75,13 +75,15 @@ void NewNameDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem
                                         rect.height()));
     };
 
-    const QString note = FileCells::note(file, forecast).text;
-    const qreal room = rect.width() - std::min<qreal>(noteWidth(note), kNoteShare * rect.width());
-    const QString extension =
-        ByteNames::forDisplay(file.attributedTargetExtension().string().left(rect.width()));
+    const FileCells::Extension shown = model.extension(index.row());
+    const FileCells::Note note = FileCells::note(file, forecast, shown);
+    const qreal room =
+        rect.width() - std::min<qreal>(noteWidth(note.text), kNoteShare * rect.width());
+    const QString extension = ByteNames::forDisplay(shown.text.left(rect.width()));
     const qreal extensionWidth = extension.isEmpty() ? 0 : metrics.horizontalAdvance(extension);
     std::vector<NameLine::Piece> pieces = piecesOf(file, look().colors.ink);
-    if (file.hasBeenProcessed() || FileCells::keepsName(model.document(), file, forecast))
+    const bool isOld = model.document().areNamesOld();
+    if (file.hasBeenProcessed() || isOld || FileCells::keepsName(model.document(), file, forecast))
         dim(pieces, muted(index));
     NameLine name(pieces, look().font, std::max(kLeastName, room - extensionWidth));
 
@@ -94,23 +96,21 @@ void NewNameDelegate::paintContent(QPainter &painter, const QStyleOptionViewItem
                {isToLeft ? whole.left() + extensionWidth : whole.left(), qreal(rect.top())},
                rect.height());
     painter.setLayoutDirection(isToLeft ? Qt::RightToLeft : Qt::LeftToRight);
-    painter.setPen(look().colors.extension);
+    painter.setPen(shown.isKept || isOld ? muted(index) : look().colors.extension);
     const int flags =
         static_cast<int>(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine;
     painter.drawText(extensionRect, flags, extension);
     painter.setLayoutDirection(option.direction);
 
     const qreal used = name.width() + extensionWidth + kNoteGap;
-    if (!note.isEmpty() && used < rect.width())
-        paintNote(painter, option, place(used, rect.width() - used), index);
+    if (!note.text.isEmpty() && used < rect.width())
+        paintNote(painter, option, place(used, rect.width() - used), note, index);
 }
 
 void NewNameDelegate::paintNote(QPainter &painter, const QStyleOptionViewItem &option,
-                                const QRect &place, const QModelIndex &index) const
+                                const QRect &place, const FileCells::Note &note,
+                                const QModelIndex &index) const
 {
-    const FileTableModel &model = fileTableModel(index);
-    const FileCells::Note note =
-        FileCells::note(model.file(index.row()), model.forecast(index.row()));
     painter.setFont(look().noteFont);
     painter.setPen(note.isRefusal ? look().colors.extension : muted(index));
     const Qt::Alignment side = QStyle::visualAlignment(option.direction, Qt::AlignLeft);

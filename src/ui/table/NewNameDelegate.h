@@ -2,9 +2,10 @@
 #pragma once
 
 #include "ui/table/FileCellDelegate.h"
+#include "ui/table/FileCells.h"
 
-/// Paints the new name part by part on the colours of the rules that made it, the extension in red,
-/// and behind them what the run would write instead, if it would.
+/// Paints the new name part by part on the colours of the rules that made it, a new extension in
+/// red and a kept one quietly, and behind them what the run would write instead, if it would.
 class NewNameDelegate : public FileCellDelegate
 {
     Q_OBJECT
@@ -23,5 +24,5 @@ private:
     int noteWidth(const QString &note) const;
     /// What the run would write instead, shortened to its place.
     void paintNote(QPainter &painter, const QStyleOptionViewItem &option, const QRect &place,
-                   const QModelIndex &index) const;
+                   const FileCells::Note &note, const QModelIndex &index) const;
 };

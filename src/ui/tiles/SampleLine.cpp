@@ -2,12 +2,14 @@
 #include "ui/tiles/SampleLine.h"
 
 #include "commonprocs/ByteNames.h"
+#include "document/NameGeneration.h"
 #include "ui/controls/Icons.h"
 #include "ui/controls/Theme.h"
 #include "ui/controls/ToolTip.h"
 
 #include <QEvent>
 #include <QFontMetrics>
+#include <QLocale>
 #include <QPainter>
 #include <QStyle>
 
@@ -19,8 +21,8 @@ namespace {
 
 constexpr int kGap = 12;
 constexpr int kPadding = 8;
-constexpr int kLeastNewName = 240; ///< the note gives way to it
-constexpr QChar kPeriod = u'.';
+constexpr int kLeastNewName = 240; ///< hints give way to more of it, news to no less
+constexpr int kLeastNews = 60;
 
 } // namespace
 
@@ -66,7 +68,6 @@ const TFileObject *SampleLine::file() const
     return files.empty() ? nullptr : files.front().get();
 }
 
-/// With the extension that stays when the handler is not to change it, which analyses leave out.
 ColouredText SampleLine::newName(const TFileObject &file) const
 {
     const ThemeColors colors = ThemeColors::of(palette());
@@ -75,15 +76,41 @@ ColouredText SampleLine::newName(const TFileObject &file) const
         name = ColouredText::of(file.attributedTargetName(), palette());
     else
         name.append(ByteNames::forDisplay(file.targetName()), colors.ink);
-    TExtensionHandler &handler = m_document.theExtensionHandler();
-    const QString extension = file.attributedTargetExtension().string();
-    if (!extension.isEmpty())
-        name.append(ByteNames::forDisplay(extension), colors.extension);
-    else if (handler.handlingMethod() == TExtensionHandler::kUnchanged &&
-             !file.extension().isEmpty())
-        name.append(ByteNames::forDisplay(kPeriod + handler.handleCaseFor(file.extension())),
-                    colors.muted);
+    const NameGeneration::Extension extension =
+        NameGeneration::extensionForPeople(file, m_document.theExtensionHandler());
+    if (!extension.text.isEmpty())
+        name.append(ByteNames::forDisplay(extension.text),
+                    extension.isKept ? colors.muted : colors.extension);
     return name;
+}
+
+/// What has become of the batch and cannot be seen of its names.
+QString SampleLine::news() const
+{
+    if (m_document.areNamesOld())
+        return tr("Out of date: Test Run (F5) shows the new names");
+    const std::optional<TDocument::RunOutcome> run = m_document.runOutcome();
+    if (!run || run->renamed == 0)
+        return {};
+    const auto number = [this](qsizetype files) { return locale().toString(files); };
+    if (run->restored >= run->renamed)
+        return tr("The old names are back. Add the files again to rename them.");
+    if (run->restored > 0)
+        return tr("%1 of %2 files have their old names back.")
+            .arg(number(run->restored), number(run->renamed));
+    const QString renamed = run->failed > 0
+                                ? tr("Renamed %1 of %2 files.")
+                                      .arg(number(run->renamed), number(run->renamed + run->failed))
+                            : run->renamed == 1 ? tr("Renamed 1 file.")
+                                                : tr("Renamed %1 files.").arg(number(run->renamed));
+    return run->canBeUndone ? renamed + u' ' + tr("Roll Back takes it back.") : renamed;
+}
+
+/// Whoever has dragged a first tile here may not know yet that it can be changed.
+QString SampleLine::hint() const
+{
+    return m_document.ruleArray().size() == 1 ? tr("double-click a tile to change it")
+                                              : tr("the selected file, part by part");
 }
 
 void SampleLine::follow()
@@ -93,10 +120,13 @@ void SampleLine::follow()
                                  : ByteNames::forDisplay(shown->sourceURL().lastPathComponent());
     m_newName =
         shown == nullptr || m_document.ruleArray().empty() ? ColouredText() : newName(*shown);
-    const QString both =
+    m_news = m_newName.isEmpty() ? QString() : news();
+    QString all =
         m_newName.isEmpty() ? m_oldName : tr("%1 becomes %2").arg(m_oldName, m_newName.text());
-    setAccessibleDescription(both);
-    setToolTip(ToolTip::of(both));
+    if (!m_news.isEmpty())
+        all += u'\n' + m_news;
+    setAccessibleDescription(all);
+    setToolTip(ToolTip::of(all));
     update();
 }
 
@@ -115,7 +145,6 @@ void SampleLine::paintEvent(QPaintEvent *)
     const ThemeColors colors = ThemeColors::of(palette());
     const bool isMirrored = layoutDirection() == Qt::RightToLeft;
     const Qt::Alignment start = isMirrored ? Qt::AlignRight : Qt::AlignLeft;
-    const Qt::Alignment end = isMirrored ? Qt::AlignLeft : Qt::AlignRight;
     const auto placed = [&](int x, int width) {
         return QStyle::visualRect(layoutDirection(), rect(), QRect(x, 0, width, height()));
     };
@@ -144,18 +173,33 @@ void SampleLine::paintEvent(QPaintEvent *)
     if (m_newName.isEmpty())
         return say(tr("Put elements into the recipe to make a new name"), colors.muted,
                    placed(newStart, width() - newStart), start);
-    // Whoever has dragged a first tile here may not know yet that it can be changed.
-    const QString note = m_document.ruleArray().size() == 1 ? tr("double-click a tile to change it")
-                                                            : tr("the selected file, part by part");
-    const int noteWidth = metrics.horizontalAdvance(note) + 1;
-    int newWidth = width() - newStart;
-    const int wish = std::max(static_cast<int>(m_newName.width(font())), kLeastNewName);
-    if (wish + kGap + noteWidth <= newWidth) {
-        say(note, colors.muted, placed(width() - noteWidth, noteWidth), end);
-        newWidth -= kGap + noteWidth;
-    }
+    const int newWidth = width() - newStart - paintNote(painter, width() - newStart);
     m_newName.elided(font(), newWidth, colors.muted)
         .paint(painter, placed(newStart, newWidth), font(), start);
+}
+
+/// At the end of the line, of which names and note have so much together; what it took of that.
+int SampleLine::paintNote(QPainter &painter, int place) const
+{
+    const ThemeColors colors = ThemeColors::of(palette());
+    const bool isNews = !m_news.isEmpty();
+    const QString note = isNews ? m_news : hint();
+    const int wish = static_cast<int>(m_newName.width(font()));
+    const int least = isNews ? std::min(wish, kLeastNewName) : std::max(wish, kLeastNewName);
+    const int room = place - least - kGap;
+    const int whole = fontMetrics().horizontalAdvance(note) + 1;
+    if (room < (isNews ? std::min(whole, kLeastNews) : whole))
+        return 0;
+    const int taken = std::min(room, whole);
+    const QColor ink = isNews ? colors.ink : colors.muted;
+    ColouredText line;
+    line.append(note, ink);
+    line.elided(font(), taken, ink)
+        .paint(painter,
+               QStyle::visualRect(layoutDirection(), rect(),
+                                  QRect(width() - taken, 0, taken, height())),
+               font(), layoutDirection() == Qt::RightToLeft ? Qt::AlignLeft : Qt::AlignRight);
+    return taken + kGap;
 }
 
 void SampleLine::changeEvent(QEvent *event)

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "BatchFixture.h"
+#include "document/RollbackNotice.h"
 #include "support/Table.h"
 #include "ui/batch/SortButton.h"
 #include "ui/batch/StatusLine.h"
 #include "ui/controls/BadgeButton.h"
+#include "ui/table/FileTableView.h"
+#include "ui/tiles/SampleLine.h"
 #include "ui/windows/AddPanel.h"
 #include "ui/windows/ErrorLogView.h"
 #include "ui/windows/FolderAccessView.h"
@@ -40,6 +43,7 @@ private Q_SLOTS:
     void renameButtonTellsWhy_data();
     void renameButtonTellsWhy();
     void problemsAreListed();
+    void oldNamesSaySo();
     void closingDuringARename();
     void comesBackWhereItWas_data();
     void comesBackWhereItWas();
@@ -228,8 +232,18 @@ void TestBatchWindow::renameAndItsLog()
     QTRY_VERIFY(WindowTools::shown<LogWindow>() != nullptr);
     QVERIFY(batch.settle());
     QCOMPARE(batch.names(), QStringList({u"n1.txt"_s, u"n2.txt"_s}));
+    auto *const sample = batch.window->findChild<SampleLine *>();
+    QCOMPARE(sample->accessibleDescription(),
+             u"b.txt becomes n1.txt\nRenamed 2 files. Roll Back takes it back."_s);
     QTest::mouseClick(WindowTools::button(*batch.window, u"Roll Back"_s), Qt::LeftButton);
     QCOMPARE(batch.commands.calls, QStringList(u"roll back renameLog"_s));
+    for (const QString &news : {u"1 of 2 files have their old names back."_s,
+                                u"The old names are back. Add the files again to rename them."_s}) {
+        batch.notifications.post(RollbackNotice::kRolledBack,
+                                 {{RollbackNotice::kLog, batch.document().rollbackURL().path()},
+                                  {RollbackNotice::kRestored, 1LL}});
+        QTRY_COMPARE(sample->accessibleDescription().section(u'\n', 1), news);
+    }
     batch.window->close();
     QTRY_VERIFY(WindowTools::shown<LogWindow>() == nullptr);
 }
@@ -286,6 +300,32 @@ void TestBatchWindow::problemsAreListed()
     QCOMPARE(batch.window->findChild<StatusLine *>()->renameButton()->badge(), 2);
     batch.command(u"Folder Access..."_s).trigger();
     QVERIFY(WindowTools::shown<FolderAccessView>() != nullptr);
+}
+
+void TestBatchWindow::oldNamesSaySo()
+{
+    const BatchFixture batch({u"a.txt"_s, u"b.txt"_s});
+    batch.document().addRules({textRule(u"n"_s), makeRule(u"Original"_s)}, 0);
+    QVERIFY(batch.settle());
+    const auto *const sample = batch.window->findChild<SampleLine *>();
+    const auto &table = static_cast<const FileTableView &>(batch.files().table());
+    const QModelIndex cell = table.model()->index(1, FileTableModel::NewName);
+    const auto words = [&] { return cell.data(Qt::AccessibleTextRole).toString(); };
+    const auto looks = [&] { return table.viewport()->grab().toImage(); };
+    QTRY_COMPARE(sample->accessibleDescription(), u"a.txt becomes na.txt"_s);
+    const QImage before = looks();
+    batch.document().setLiveUpdate(false);
+    batch.document().deleteRule(batch.document().ruleArray()[0]);
+    QTRY_COMPARE(sample->accessibleDescription(),
+                 u"a.txt becomes na.txt\nOut of date: Test Run (F5) shows the new names"_s);
+    QCOMPARE(words(), u"nb.txt (out of date)"_s);
+    QVERIFY(looks() != before);
+    batch.document().undoStack().undo();
+    batch.key(Qt::Key_F5);
+    batch.key(Qt::Key_Escape);
+    QTRY_COMPARE(sample->accessibleDescription(), u"a.txt becomes na.txt"_s);
+    QCOMPARE(words(), u"nb.txt"_s);
+    QTRY_COMPARE(looks(), before);
 }
 
 /// The window is gone at once; the file in hand is finished, the log written, the rest left alone.

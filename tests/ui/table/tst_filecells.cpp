@@ -83,22 +83,21 @@ void TestFileCells::rangesAreSets()
 
 void TestFileCells::newNames_data()
 {
-    const Table<QString, QString, QString, QString, bool, QString> row(
-        "name", "target", "extension", "final", "isUnchanged", "note");
-    row("nothing known", u"a.txt", u"b", u"", QString(), false, u"");
-    row("as shown", u"a.txt", u"b", u"", u"b.txt", false, u"");
-    row("taken", u"a.txt", u"b", u"", u"b-1.txt", false, u"\u21b3 saved as b-1.txt");
-    row("unchanged", u"a.txt", u"a", u"", QString(), true, u"");
-    row("unchanged but numbered", u"a.txt", u"a", u"", u"a-1.txt", true,
-        u"\u21b3 saved as a-1.txt");
-    row("blanks go", u"a.txt", u" a ", u"", u"a.txt", true, u"\u21b3 saved as a.txt");
-    row("other extension", u"a.txt", u"a", u".md", u"a.md", false, u"");
-    row("same extension", u"a.txt", u"a", u".txt", u"a.txt", true, u"");
-    row("stripped", u"a.txt", u"a", u".", u"a", false, u"");
-    row("stripped of nothing", u"a", u"a", u".", u"a", true, u"");
-    row("letter case of an extension that is not shown", u"a.txt", u"a", u"", u"a.TXT", false,
-        u"\u21b3 saved as a.TXT");
-    row("control character", u"a", u"b", u"", u"b\n1", false, u"\u21b3 saved as b\\x0A1");
+    const Table<QString, QString, QString, QString, bool, QString, QString> row(
+        "name", "target", "extension", "final", "isUnchanged", "note", "seen");
+    row("nothing known", u"a.txt", u"b", u"", QString(), false, u"", u"kept .txt");
+    row("as shown", u"a.txt", u"b", u"", u"b.txt", false, u"", u"kept .txt");
+    row("taken", u"a.txt", u"b", u"", u"b-1.txt", false, u"\u21b3 saved as b-1.txt", u"kept .txt");
+    row("unchanged", u"a.txt", u"a", u"", QString(), true, u"", u"kept .txt");
+    row("unchanged but numbered", u"a.txt", u"a", u"", u"a-1.txt", true, u"\u21b3 saved as a-1.txt",
+        u"kept .txt");
+    row("blanks go", u"a.txt", u" a ", u"", u"a.txt", true, u"\u21b3 saved as a.txt", u"kept .txt");
+    row("other extension", u"a.txt", u"a", u".md", u"a.md", false, u"", u".md");
+    row("same extension", u"a.txt", u"a", u".txt", u"a.txt", true, u"", u".txt");
+    row("stripped", u"a.txt", u"a", u".", u"a", false, u"", u"");
+    row("stripped of nothing", u"a", u"a", u".", u"a", true, u"", u"");
+    row("letter case", u"a.txt", u"a", u"", u"a.TXT", false, u"", u"kept .TXT");
+    row("control character", u"a", u"b", u"", u"b\n1", false, u"\u21b3 saved as b\\x0A1", u"");
 }
 
 void TestFileCells::newNames()
@@ -112,13 +111,18 @@ void TestFileCells::newNames()
     file.setAttributedTargetName(TAttributedString(target));
     file.setAttributedTargetExtension(TAttributedString(extension));
     FileCells::Forecast forecast{{final, {}, false}};
+    TExtensionHandler handler;
+    handler.setCaseHandling(final.endsWith(".TXT"_L1) ? TExtensionHandler::kUpperCase
+                                                      : TExtensionHandler::kCaseAsItIs);
+    const auto seen = NameGeneration::extensionForPeople(file, handler);
+    QTEST(QString((seen.isKept ? u"kept "_s : QString()) + seen.text), "seen");
     QTEST(FileCells::isUnchanged(file, forecast), "isUnchanged");
-    QTEST(FileCells::note(file, forecast).text, "note");
+    QTEST(FileCells::note(file, forecast, seen).text, "note");
     QCOMPARE(FileCells::level(file, forecast), 0);
     forecast = {{u"x"_s, u"It cannot be."_s, false}};
-    QVERIFY(FileCells::note(file, forecast).isRefusal);
+    QVERIFY(FileCells::note(file, forecast, seen).isRefusal);
     QCOMPARE(FileCells::level(file, forecast), TErrorTypes::kWarning);
-    QVERIFY(FileCells::newNameToolTip(file, forecast).contains(u"It cannot be."_s));
+    QVERIFY(FileCells::newNameInFull(file, forecast, seen).contains(u"It cannot be."_s));
     QVERIFY(FileCells::stateToolTip(file, {}).isEmpty());
     file.setHasBeenProcessed(true);
     QCOMPARE(FileCells::stateText(file, {}), u"Processed"_s);
