@@ -149,6 +149,9 @@ void BatchWindow::connectParts()
         if (m_inspector->isVisible() && !inspectorDelay->isActive())
             inspectorDelay->start();
     });
+    connect(m_editors, &EditorPopovers::problemChosen, m_files, &FilePane::goToProblem);
+    connect(m_editors, &EditorPopovers::problemFilesWanted, m_files,
+            &FilePane::showOnlyFilesWithProblems);
     connect(m_status, &StatusLine::problemsClicked, &document, &TDocument::showTestRunLog);
     connect(m_status->testRunButton(), &QPushButton::clicked, &document, &TDocument::testRun);
     connect(m_status->rollBackButton(), &QPushButton::clicked, &document, &TDocument::rollBackThis);

@@ -67,7 +67,27 @@ void EditorPopovers::editExtension()
 void EditorPopovers::showProblems(const TErrorLog &log, QWidget *anchor)
 {
     closeAll();
-    open(new ErrorLogView(log), anchor); // the popover's
+    const bool isEmpty = m_document.sourceObjectArray().empty();
+    auto *view = new ErrorLogView(
+        log, isEmpty ? tr("There is nothing to test yet: add files first.") : QString());
+    if (!log.isEmpty() && !isEmpty)
+        view->offerFiles();
+    // The popover goes away only after it is done with the key or click.
+    connect(
+        view, &ErrorLogView::problemChosen, this,
+        [this, log](qsizetype entry) {
+            closeAll();
+            Q_EMIT problemChosen(log, entry);
+        },
+        Qt::QueuedConnection);
+    connect(
+        view, &ErrorLogView::problemFilesWanted, this,
+        [this] {
+            closeAll();
+            Q_EMIT problemFilesWanted();
+        },
+        Qt::QueuedConnection);
+    open(view, anchor); // the popover's
 }
 
 void EditorPopovers::askPresetName(const QString &suggestion, PresetName answered)

@@ -33,6 +33,11 @@ public:
     void closeAll();
     Popover *current() const { return m_current; }
 
+Q_SIGNALS:
+    /// A problem in the list leads to its file; the list is closed by then.
+    void problemChosen(const TErrorLog &log, qsizetype entry);
+    void problemFilesWanted();
+
 private:
     void openEditor(QWidget *editor, QWidget *tile);
     Popover *open(QWidget *content, QWidget *anchor);

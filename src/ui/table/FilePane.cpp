@@ -3,6 +3,7 @@
 
 #include "commonprocs/ByteNames.h"
 #include "ui/controls/Card.h"
+#include "ui/controls/PillButton.h"
 #include "ui/controls/Popover.h"
 #include "ui/table/ColumnSettings.h"
 #include "ui/table/EmptyInvitation.h"
@@ -12,6 +13,7 @@
 #include "ui/table/FileTableView.h"
 #include "ui/table/FilterRow.h"
 #include "ui/table/ProblemList.h"
+#include "ui/table/ProblemRow.h"
 
 #include <QClipboard>
 #include <QDesktopServices>
@@ -347,6 +349,24 @@ void FilePane::showProblems(qsizetype row)
     connect(list, &ProblemList::stepRequested, this,
             [this, shown](bool up) { m_private->stepProblems(shown, up); });
     m_private->problems = Popover::open(list, table.viewport(), table.problemRect(shown));
+}
+
+void FilePane::goToProblem(const TErrorLog &log, qsizetype entry)
+{
+    const qsizetype row = ProblemRow::find(log, entry, m_private->document.sourceObjectArray());
+    if (row < 0)
+        return;
+    if (m_private->model.rowOf(row) < 0)
+        m_private->filters->chooseAll();
+    selectRows({row});
+    focusTable();
+    m_private->table->scrollTo(m_private->table->currentIndex());
+}
+
+void FilePane::showOnlyFilesWithProblems()
+{
+    filters().last()->click();
+    focusTable();
 }
 
 void FilePane::revealCurrent()

@@ -39,6 +39,10 @@ public:
     QMenu *columnsMenu() const;
     /// Opens the list of the row's problems beside it.
     void showProblems(qsizetype row);
+    /// Selects the file that the entry of the batch's log is about and goes to it, when one of the
+    /// files still has that problem.
+    void goToProblem(const TErrorLog &log, qsizetype entry);
+    void showOnlyFilesWithProblems();
     /// Opens the desktop's file manager at the current file.
     void revealCurrent();
 

@@ -3,6 +3,7 @@
 
 #include "commonprocs/ByteNames.h"
 #include "ui/controls/Icons.h"
+#include "ui/windows/MutedLabel.h"
 #include "ui/windows/RowDelegate.h"
 #include "ui/windows/SheetParts.h"
 
@@ -10,9 +11,13 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListView>
 #include <QLocale>
+#include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -22,6 +27,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kCharacters = 60;
+constexpr int kMostCharacters = 120;
+/// What a popover has around the list, and of the window around itself.
+constexpr int kAround = 120;
+/// What a row has beside its text.
+constexpr int kInRow = 48;
 constexpr int kShownRows = 10;
 constexpr qsizetype kMostWrapped = 500;
 
@@ -116,13 +126,28 @@ void offer(QListView *list, const QString &text, QKeySequence::StandardKey key,
 
 } // namespace
 
+/// Of the widest text among the first ones.
+int textWidth(const TErrorLog &log, const QFontMetrics &metrics)
+{
+    int width = 0;
+    const qsizetype count = std::min(log.count(), kMostWrapped);
+    for (qsizetype i = 0; i < count; ++i) {
+        const TErrorTypes &entry = log.entries()[static_cast<std::size_t>(i)];
+        width = std::max(
+            width, metrics.horizontalAdvance(ByteNames::forDisplay(entry.errDesc.toString())));
+    }
+    return width;
+}
+
 /// The rows of a short list are as high as their wrapped texts; those of a long one have one line,
 /// since all would have to be measured first.
 class ErrorLogView::List : public QListView
 {
 public:
-    List(const TErrorLog &log, QWidget *parent)
-        : QListView(parent)
+    List(const TErrorLog &log, ErrorLogView &view)
+        : QListView(&view)
+        , m_view(view)
+        , m_textWidth(textWidth(log, fontMetrics()))
     {
         setFrameShape(NoFrame);
         setItemDelegate(new RowDelegate(this));
@@ -142,10 +167,18 @@ public:
         offer(this, ErrorLogView::tr("Select All"), QKeySequence::SelectAll,
               [this] { selectAll(); });
         setAccessibleName(ErrorLogView::tr("Problems"));
+        connect(this, &QListView::clicked, &view, [&view](const QModelIndex &index) {
+            if (QApplication::keyboardModifiers() == Qt::NoModifier) // else it selects
+                Q_EMIT view.problemChosen(index.row());
+        });
     }
     QSize sizeHint() const override
     {
-        const int width = SheetParts::widthOf(this, kCharacters);
+        const int least = SheetParts::widthOf(this, kCharacters);
+        const int most =
+            std::min(SheetParts::widthOf(this, kMostCharacters), window()->width() - kAround);
+        const int wish = m_textWidth + kInRow + verticalScrollBar()->sizeHint().width();
+        const int width = std::clamp(wish, least, std::max(least, most));
         const int row = RowDelegate::rowHeight(fontMetrics());
         const int count = model()->rowCount();
         int height = 4;
@@ -161,9 +194,16 @@ public:
 protected:
     void keyPressEvent(QKeyEvent *event) override
     {
-        if (!SheetParts::takesFirstStep(*this, *event))
+        const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+        if (isReturn && currentIndex().isValid())
+            Q_EMIT m_view.problemChosen(currentIndex().row());
+        else if (!SheetParts::takesFirstStep(*this, *event))
             QListView::keyPressEvent(event);
     }
+
+private:
+    ErrorLogView &m_view;
+    int m_textWidth;
 };
 
 ErrorLogView::ErrorLogView(const TErrorLog &log, const QString &note, QWidget *parent)
@@ -181,7 +221,18 @@ ErrorLogView::ErrorLogView(const TErrorLog &log, const QString &note, QWidget *p
     }
     setAccessibleName(summary(log));
     layout->addWidget(SheetParts::title(summary(log), this));
-    auto *list = new List(log, this);
+    auto *list = new List(log, *this);
     layout->addWidget(list);
     setFocusProxy(list);
+}
+
+void ErrorLogView::offerFiles()
+{
+    auto *only = new QPushButton(tr("Show Only Files With Problems"), this);
+    only->setAutoDefault(false);
+    connect(only, &QPushButton::clicked, this, &ErrorLogView::problemFilesWanted);
+    auto *foot = new QHBoxLayout;
+    foot->addWidget(new MutedLabel(tr("A click or Return leads to the file."), this), 1);
+    foot->addWidget(only);
+    static_cast<QVBoxLayout *>(layout())->addLayout(foot);
 }

@@ -5,6 +5,7 @@
 #include "ui/batch/SortButton.h"
 #include "ui/batch/StatusLine.h"
 #include "ui/controls/BadgeButton.h"
+#include "ui/controls/PillButton.h"
 #include "ui/table/FileTableView.h"
 #include "ui/tiles/SampleLine.h"
 #include "ui/windows/AddPanel.h"
@@ -17,6 +18,7 @@
 #include <QDropEvent>
 #include <QHelpEvent>
 #include <QLineEdit>
+#include <QListView>
 #include <QMimeData>
 #include <QScreen>
 #include <QSignalSpy>
@@ -43,6 +45,7 @@ private Q_SLOTS:
     void renameButtonTellsWhy_data();
     void renameButtonTellsWhy();
     void problemsAreListed();
+    void problemsLeadToTheirFiles();
     void oldNamesSaySo();
     void closingDuringARename();
     void comesBackWhereItWas_data();
@@ -300,6 +303,58 @@ void TestBatchWindow::problemsAreListed()
     QCOMPARE(batch.window->findChild<StatusLine *>()->renameButton()->badge(), 2);
     batch.command(u"Folder Access..."_s).trigger();
     QVERIFY(WindowTools::shown<FolderAccessView>() != nullptr);
+}
+
+/// By key, by click and as a filter; whatever the filter hides and however the files are sorted.
+void TestBatchWindow::problemsLeadToTheirFiles()
+{
+    const BatchFixture batch({u"a.txt"_s, u"b.txt"_s, u"c.txt"_s, u"d.txt"_s});
+    const auto content = [&batch] { return batch.popover()->content(); };
+    const auto selected = [&batch] { return batch.files().selectedRows(); };
+    const auto rows = [&batch] {
+        return static_cast<const FileTableView &>(batch.files().table()).model()->rowCount();
+    };
+    using Rows = std::vector<qsizetype>;
+    batch.window->resize(1400, 700);
+    batch.document().addRules({textRule(u"same"_s)}, 0); // the first file alone is sound
+    QVERIFY(batch.settle());
+    batch.key(Qt::Key_F5);
+    const auto *const wide = content()->findChild<QListView *>();
+    QVERIFY(wide->visualRect(wide->model()->index(0, 0)).height() <
+            2 * wide->fontMetrics().lineSpacing());
+    batch.key(Qt::Key_Down);
+    batch.key(Qt::Key_Down);
+    batch.key(Qt::Key_Return);
+    QTRY_VERIFY(batch.popover() == nullptr);
+    QCOMPARE(selected(), Rows{2});
+    QVERIFY(batch.files().table().hasFocus());
+    batch.files().filters()[2]->click(); // Unchanged
+    QTRY_COMPARE(rows(), 0);
+    batch.key(Qt::Key_F5, Qt::ShiftModifier);
+    auto *const list = content()->findChild<QListView *>();
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualRect(list->model()->index(2, 0)).center());
+    QTRY_COMPARE(selected(), Rows{3});
+    QVERIFY(batch.files().filters()[0]->isChecked());
+    batch.key(Qt::Key_F5, Qt::ShiftModifier);
+    QTest::mouseClick(WindowTools::button(*content(), u"Show Only Files With Problems"_s),
+                      Qt::LeftButton);
+    QTRY_VERIFY(batch.popover() == nullptr);
+    QTRY_COMPARE(rows(), 3);
+    // Problems that name no file lead to theirs in the order of the list.
+    batch.document().undoStack().undo();
+    batch.document().addRules({textRule(u" "_s)}, 0);
+    QVERIFY(batch.settle());
+    batch.key(Qt::Key_F5);
+    for (int i = 0; i < 4; ++i) // past those of the first two, and that the second is a duplicate
+        batch.key(Qt::Key_Down);
+    batch.key(Qt::Key_Return);
+    QTRY_VERIFY(batch.popover() == nullptr);
+    QCOMPARE(selected(), Rows{2});
+    const BatchFixture empty;
+    empty.key(Qt::Key_F5);
+    QCOMPARE(empty.popover()->accessibleName(),
+             u"There is nothing to test yet: add files first."_s);
 }
 
 void TestBatchWindow::oldNamesSaySo()
