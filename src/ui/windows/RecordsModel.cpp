@@ -114,6 +114,17 @@ QString RecordsModel::note(int row) const
                                 .arg(ByteNames::forDisplay(name));
 }
 
+QString RecordsModel::allIsWell(int row) const
+{
+    if (const QString other = note(row); !other.isEmpty())
+        return other;
+    if (recordAt(row).renamedExistsWithStatus == RollbackRun::kRestored)
+        return tr("No problem: it has its old name back.");
+    return m_runner.state() == Controller::State::Analysed
+               ? tr("No problem: it can get its old name back.")
+               : QString();
+}
+
 QString RecordsModel::toolTip(const QModelIndex &index) const
 {
     const TRenameTRX &record = recordAt(index.row());

@@ -29,6 +29,8 @@ public:
     /// What there is to say of a file that was moved back to another name than its old one; else
     /// empty.
     QString note(int row) const;
+    /// What there is to say of a file without problems.
+    QString allIsWell(int row) const;
 
 private:
     void findProblems();

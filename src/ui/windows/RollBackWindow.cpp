@@ -182,7 +182,7 @@ void RollBackWindow::showProblems(const QModelIndex &index)
                         : nullptr;
     if (log == nullptr)
         return;
-    const QString note = m_records->note(index.row());
+    const QString note = m_records->allIsWell(index.row());
     m_problems = Popover::open(std::make_unique<ErrorLogView>(*log, note).release(), // its own
                                m_table->viewport(), m_table->visualRect(index));
 }
