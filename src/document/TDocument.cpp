@@ -18,6 +18,9 @@ constexpr const char *kIdle = QT_TRANSLATE_NOOP("TDocument", "Idle. Files: %ld")
 constexpr const char *kDragMeTitle = QT_TRANSLATE_NOOP("TDocument", "Please Drag Me!");
 constexpr const char *kDragMeText = QT_TRANSLATE_NOOP(
     "TDocument", "To add this name element, please drag it into the editor below.");
+constexpr const char *kDragMeNote = QT_TRANSLATE_NOOP(
+    "TDocument",
+    "Or press Enter on a name element, or use the menu Rules > Add (Ctrl+1 to Ctrl+0).");
 constexpr const char *kOk = QT_TRANSLATE_NOOP("TDocument", "OK");
 constexpr QLatin1StringView kUnimplemented{"%@ is unimplemented"};
 constexpr QLatin1StringView kDataOfType{"dataOfType:error:"};
@@ -175,7 +178,7 @@ void TDocument::paletteButtonClicked()
 {
     tell(&TDocumentHost::ask,
          TDialogHost::Question{TDialogHost::Form::Sheet, text(kDragMeTitle), text(kDragMeText),
-                               QString(), QStringList(text(kOk))},
+                               text(kDragMeNote), QStringList(text(kOk))},
          TDialogHost::Answered());
 }
 

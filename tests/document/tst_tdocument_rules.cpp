@@ -253,7 +253,8 @@ void TestTDocumentRules::drags()
     m_document->paletteButtonClicked();
     QCOMPARE(m_fixture->host.calls.back(),
              u"sheet: Please Drag Me!|To add this name element, please drag it into the editor "
-             "below.||OK"_s);
+             "below.|Or press Enter on a name element, or use the menu Rules > Add (Ctrl+1 to "
+             "Ctrl+0).|OK"_s);
 }
 
 void TestTDocumentRules::presets()

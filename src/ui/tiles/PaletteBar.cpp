@@ -28,9 +28,8 @@ constexpr std::array kElements{
     Element{"Counter"_L1, QT_TRANSLATE_NOOP("PaletteBar", "A number that counts the files")},
     Element{
         "Original"_L1,
-        QT_TRANSLATE_NOOP("PaletteBar", "The old name, its folder or the size, or parts of it")},
-    Element{"Date"_L1,
-            QT_TRANSLATE_NOOP("PaletteBar", "The day and time a file was made or changed")},
+        QT_TRANSLATE_NOOP("PaletteBar", "The old name, or the folder, size or dates of the file")},
+    Element{"Date"_L1, QT_TRANSLATE_NOOP("PaletteBar", "Today's date, or the time of day")},
     Element{"ImageTag"_L1,
             QT_TRANSLATE_NOOP("PaletteBar", "What a picture tells of itself: date, camera, place")},
     Element{"AudioTag"_L1,
@@ -77,6 +76,14 @@ void PaletteBar::setTabStop(PaletteTile *tile)
 {
     for (PaletteTile *each : m_tiles)
         each->setFocusPolicy(each == tile ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
+void PaletteBar::takeFocus()
+{
+    for (PaletteTile *tile : m_tiles) {
+        if (tile->focusPolicy() == Qt::StrongFocus)
+            tile->setFocus(Qt::ShortcutFocusReason);
+    }
 }
 
 int PaletteBar::labelWidth() const

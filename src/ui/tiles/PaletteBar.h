@@ -18,6 +18,8 @@ class PaletteBar : public QWidget
 public:
     explicit PaletteBar(QWidget *parent = nullptr);
 
+    /// Gives the keyboard to the tile that had it last.
+    void takeFocus();
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
     bool hasHeightForWidth() const override { return true; }
