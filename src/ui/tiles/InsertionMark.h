@@ -3,7 +3,8 @@
 
 #include <QWidget>
 
-/// The upright line between two tiles where what is being dragged would come.
+/// The upright line with a bar at either end, between two tiles where what is being dragged would
+/// come.
 class InsertionMark : public QWidget
 {
     Q_OBJECT

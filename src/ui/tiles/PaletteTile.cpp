@@ -4,6 +4,7 @@
 #include "document/TDocumentDrag.h"
 #include "ui/controls/Icons.h"
 #include "ui/controls/Theme.h"
+#include "ui/tiles/RecipeDrag.h"
 
 #include <QApplication>
 #include <QDrag>
@@ -78,8 +79,10 @@ void PaletteTile::startDrag()
         rules.empty() ? drawing() : TileDrawing::of(*rules.front(), palette());
     auto *drag = new QDrag(qApp); // outlives the tile when its window is closed meanwhile
     drag->setMimeData(carried.release());
-    drag->setPixmap(shown.pixmap(font(), layoutDirection(), devicePixelRatioF()));
-    drag->setHotSpot(m_pressedAt);
+    const RecipeDrag::Picture picture = RecipeDrag::hung(
+        shown.pixmap(font(), layoutDirection(), devicePixelRatioF()), m_pressedAt.x());
+    drag->setPixmap(picture.pixmap);
+    drag->setHotSpot(picture.hotSpot);
     drag->exec(Qt::CopyAction);
 }
 

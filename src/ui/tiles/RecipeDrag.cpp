@@ -25,6 +25,8 @@ constexpr QLatin1StringView kWayland{"wayland"};
 constexpr qint64 kGivingUp = 40; ///< milliseconds
 constexpr int kPointer = 28;
 constexpr int kPointerIcon = 16;
+constexpr int kHanging = 12; ///< from the pointer to what it carries
+constexpr qreal kSeenThrough = 0.65;
 
 /// Takes what is dropped anywhere in a window but on a recipe, for as long as it lives.
 class Outside : public QObject
@@ -121,20 +123,31 @@ bool isReleasedBeyond(const QWidget &window, const Leaving &leaving)
 
 namespace RecipeDrag {
 
-Picture picture(const std::vector<TileDrawing> &tiles, std::size_t pressed, const QPoint &position,
+Picture hung(const QPixmap &tiles, int x)
+{
+    Picture picture{QPixmap(tiles.size()), {x, -kHanging}};
+    picture.pixmap.setDevicePixelRatio(tiles.devicePixelRatio());
+    picture.pixmap.fill(Qt::transparent);
+    QPainter painter(&picture.pixmap);
+    painter.setOpacity(kSeenThrough);
+    painter.drawPixmap(0, 0, tiles);
+    return picture;
+}
+
+Picture picture(const std::vector<TileDrawing> &tiles, std::size_t pressed, int x,
                 const QWidget &recipe)
 {
     const std::size_t shown = std::min(tiles.size(), kTilesShown);
     const QString more = shown < tiles.size() ? u"+%1"_s.arg(tiles.size() - shown) : QString();
     const QFont &font = recipe.font();
     std::vector<QRect> places;
-    int x = 0;
+    int left = 0;
     for (std::size_t i = 0; i < shown; ++i) {
-        places.emplace_back(QPoint(x, 0), tiles[i].size(font));
-        x += places.back().width() - TileDrawing::kOverlap;
+        places.emplace_back(QPoint(left, 0), tiles[i].size(font));
+        left += places.back().width() - TileDrawing::kOverlap;
     }
     const int countWidth = more.isEmpty() ? 0 : recipe.fontMetrics().horizontalAdvance(more);
-    const QRect count(x + TileDrawing::kOverlap + kCountGap, 0, countWidth,
+    const QRect count(left + TileDrawing::kOverlap + kCountGap, 0, countWidth,
                       places.front().height());
     const QSize size(count.right() + 1, count.height());
     const bool isMirrored = recipe.layoutDirection() == Qt::RightToLeft;
@@ -143,19 +156,18 @@ Picture picture(const std::vector<TileDrawing> &tiles, std::size_t pressed, cons
                           : place;
     };
 
-    Picture picture;
     const qreal ratio = recipe.devicePixelRatioF();
-    picture.pixmap = QPixmap((QSizeF(size) * ratio).toSize());
-    picture.pixmap.setDevicePixelRatio(ratio);
-    picture.pixmap.fill(Qt::transparent);
-    QPainter painter(&picture.pixmap);
+    QPixmap pixmap((QSizeF(size) * ratio).toSize());
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
     for (std::size_t i = 0; i < shown; ++i)
         tiles[i].paint(painter, placed(places[i]), font, recipe.layoutDirection());
     painter.setFont(font);
     painter.setPen(recipe.palette().color(QPalette::WindowText));
     painter.drawText(placed(count), Qt::AlignCenter, more);
-    picture.hotSpot = placed(places[std::min(pressed, shown - 1)]).topLeft() + position;
-    return picture;
+    painter.end();
+    return hung(pixmap, placed(places[std::min(pressed, shown - 1)]).left() + x);
 }
 
 bool run(std::unique_ptr<QMimeData> data, const Picture &picture, Purpose purpose, QWidget &recipe)

@@ -18,12 +18,16 @@ namespace RecipeDrag {
 struct Picture
 {
     QPixmap pixmap;
-    QPoint hotSpot; ///< from its upper left corner
+    QPoint hotSpot; ///< from its upper left corner, may be above it
 };
 
-/// The first tiles as they interlock, and how many more there are. pressed is the one under the
-/// pointer, which is at the position within it.
-Picture picture(const std::vector<TileDrawing> &tiles, std::size_t pressed, const QPoint &position,
+/// Tiles as they are carried: seen through, and hanging below the pointer, which is at x of them,
+/// so that they do not hide where they would come.
+Picture hung(const QPixmap &tiles, int x);
+
+/// The first tiles as they interlock, and how many more there are. pressed is the one that the
+/// pointer carries, x of its left side.
+Picture picture(const std::vector<TileDrawing> &tiles, std::size_t pressed, int x,
                 const QWidget &recipe);
 
 enum class Purpose { Move, Copy };

@@ -225,13 +225,13 @@ TRuleList RecipeStrip::draggedRules(const TRulePtr &rule) const
 
 namespace {
 
-RecipeDrag::Picture pictureOf(const TRuleList &rules, const RuleTile &tile, const QPoint &position)
+RecipeDrag::Picture pictureOf(const TRuleList &rules, const RuleTile &tile, int x)
 {
     std::vector<TileDrawing> drawings;
     for (const TRulePtr &rule : rules)
         drawings.push_back(TileDrawing::of(*rule, tile.palette()));
     const auto pressed = std::find(rules.begin(), rules.end(), tile.rule()) - rules.begin();
-    return RecipeDrag::picture(drawings, static_cast<std::size_t>(pressed), position, tile);
+    return RecipeDrag::picture(drawings, static_cast<std::size_t>(pressed), x, tile);
 }
 
 } // namespace
@@ -259,7 +259,7 @@ void RecipeStrip::startMoveDrag()
     setFaded(rules, true);
     const bool isRemoved = RecipeDrag::run(
         TDocumentDrag::dataForRulesAt(m_document.ruleArray(), places, m_document.myUUID()),
-        pictureOf(rules, tile, m_pressedAt - tile.pos()), RecipeDrag::Purpose::Move, *this);
+        pictureOf(rules, tile, m_pressedAt.x() - tile.x()), RecipeDrag::Purpose::Move, *this);
     if (!self)
         return;
     setFaded(rules, false);
@@ -276,9 +276,10 @@ void RecipeStrip::startCopyDrag(const TRulePtr &rule)
     const QRect inside(QPoint(), tile->size());
     const QPoint position = m_pressedAt - tile->pos();
     const TRuleList rules = draggedRules(rule);
-    RecipeDrag::run(TDocumentDrag::dataForRules(rules),
-                    pictureOf(rules, *tile, inside.contains(position) ? position : inside.center()),
-                    RecipeDrag::Purpose::Copy, *this);
+    RecipeDrag::run(
+        TDocumentDrag::dataForRules(rules),
+        pictureOf(rules, *tile, (inside.contains(position) ? position : inside.center()).x()),
+        RecipeDrag::Purpose::Copy, *this);
 }
 
 void RecipeStrip::contextMenuEvent(QContextMenuEvent *event)
@@ -292,20 +293,26 @@ void RecipeStrip::contextMenuEvent(QContextMenuEvent *event)
     const TRulePtr rule = place < 0 ? nullptr : tiles()[static_cast<std::size_t>(place)]->rule();
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    const auto add = [&](QLatin1StringView icon, const QString &text, auto command) {
-        QAction *action = menu->addAction(Icons::icon(icon), text, this, command);
+    const auto add = [&](QLatin1StringView icon, const QString &text, const QKeySequence &key,
+                         auto command) {
+        QAction *action = menu->addAction(text, this, command);
+        if (!icon.isEmpty())
+            action->setIcon(Icons::icon(icon));
+        action->setShortcut(key); // shown here; the strip itself understands it
         action->setEnabled(place >= 0);
         return action;
     };
-    add("edit"_L1, tr("&Edit..."), [this, rule] { tilePressed(rule); });
-    add("copy"_L1, tr("D&uplicate"), [this] { m_commands.duplicate(); });
+    add("edit"_L1, tr("&Edit..."), Qt::Key_Return, [this, rule] { tilePressed(rule); });
+    add("copy"_L1, tr("D&uplicate"), {}, [this] { m_commands.duplicate(); });
     menu->addSeparator();
-    add("copy"_L1, tr("Cu&t"), [this] { m_commands.cut(); })->setIcon({});
-    add("copy"_L1, tr("&Copy"), [this] { m_commands.copy(); })->setIcon({});
-    add("copy"_L1, tr("&Paste"), [this] { m_commands.paste(); })->setIcon({});
-    menu->actions().constLast()->setEnabled(RecipeCommands::canPaste());
+    add({}, tr("Cu&t"), QKeySequence::Cut, [this] { m_commands.cut(); });
+    add({}, tr("&Copy"), QKeySequence::Copy, [this] { m_commands.copy(); });
+    add({}, tr("&Paste"), QKeySequence::Paste, [this] {
+        m_commands.paste();
+    })->setEnabled(RecipeCommands::canPaste());
     menu->addSeparator();
-    add("trash"_L1, tr("&Delete"), [this] { m_commands.deleteSelected(); });
+    add("trash"_L1, tr("&Delete from Recipe"), QKeySequence::Delete,
+        [this] { m_commands.deleteSelected(); });
     // By key below its tile, so that it can be seen whose it is.
     const RuleTile *const tile = isByKey && rule ? tileOf(rule) : nullptr;
     menu->popup(tile == nullptr ? event->globalPos()

@@ -15,7 +15,7 @@
 namespace {
 
 constexpr int kLineSpacing = 4;
-constexpr int kMarkWidth = 3;
+constexpr int kMarkWidth = 11;
 
 } // namespace
 
@@ -256,9 +256,9 @@ QRect TileStrip::insertionRect(qsizetype place) const
     const bool isEnd = place >= static_cast<qsizetype>(m_tiles.size());
     const QRect tile =
         (isEnd ? m_tiles.back() : m_tiles[static_cast<std::size_t>(place)])->geometry();
-    const int fromEnd = TileDrawing::kOverlap / 2 + kMarkWidth;
-    const int x = isEnd ? tile.width() - fromEnd : 0;
-    const int left = isMirrored ? tile.right() + 1 - x - kMarkWidth : tile.left() + x;
+    const int x = isEnd ? tile.width() - TileDrawing::kOverlap / 2 : 0;
+    const int middle = isMirrored ? tile.right() - x : tile.left() + x;
+    const int left = std::clamp(middle - kMarkWidth / 2, 0, std::max(0, width() - kMarkWidth));
     return {left, tile.top(), kMarkWidth, tile.height()};
 }
 

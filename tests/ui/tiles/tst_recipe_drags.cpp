@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "RecipeWindow.h"
+#include "ui/tiles/RecipeDrag.h"
 
 using namespace Qt::StringLiterals;
 
@@ -10,6 +11,7 @@ class TestRecipeDrags : public QObject
 
 private Q_SLOTS:
     void aPaletteTileIsDraggedIn();
+    void whatIsCarriedHidesNothing();
     void tilesAreDragged_data();
     void tilesAreDragged();
     void tilesAreDraggedOut_data();
@@ -31,6 +33,19 @@ void TestRecipeDrags::aPaletteTileIsDraggedIn()
     QCOMPARE(clicks.count(), 1);
     w.batch.document->undoStack().undo();
     QCOMPARE(w.rules(), u"a b"_s);
+}
+
+/// Where a tile would come is to be seen at the pointer, and through what hangs from it.
+void TestRecipeDrags::whatIsCarriedHidesNothing()
+{
+    QPixmap tiles(40, 20);
+    tiles.fill(Qt::red);
+    const RecipeDrag::Picture carried = RecipeDrag::hung(tiles, 30);
+    QCOMPARE(carried.hotSpot.x(), 30);
+    QVERIFY(carried.hotSpot.y() < 0);
+    const QColor color = carried.pixmap.toImage().pixelColor(30, 10);
+    QCOMPARE(color.red(), 255);
+    QVERIFY(color.alphaF() < 0.8F);
 }
 
 void TestRecipeDrags::tilesAreDragged_data()
