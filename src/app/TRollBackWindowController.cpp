@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/TRollBackWindowController.h"
 
-#include "rollback/RollbackLog.h"
-
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -12,6 +10,8 @@ namespace {
 constexpr QLatin1StringView kApplication{"Tavrin"};
 constexpr QLatin1StringView kLogs{"Logs"};
 constexpr QLatin1StringView kTick{"tick"};
+/// Some 200,000 records; larger ones are not looked into before they are chosen.
+constexpr qint64 kLargestLog = 64LL * 1024 * 1024;
 
 } // namespace
 
@@ -23,6 +23,7 @@ TRollBackWindowController::TRollBackWindowController(MainThread &mainThread, Wor
     m_work.run([](const auto &, const auto &) { return availableLogs(); },
                [this](TFileURLs logs) {
                    m_logs = std::move(logs);
+                   m_summaries.resize(static_cast<std::size_t>(m_logs.size()));
                    Q_EMIT tableReloaded();
                });
 }
@@ -40,6 +41,34 @@ TFileURLs TRollBackWindowController::availableLogs()
 TableCell TRollBackWindowController::logName(qsizetype row) const
 {
     return {removeExtensionFromFilename(m_logs[row].lastPathComponent()), TImage(kTick), {}};
+}
+
+const std::optional<RollbackLogSummary> &TRollBackWindowController::summary(qsizetype row)
+{
+    if (m_asked.insert(row).second) {
+        m_waiting.push_back(row);
+        readNextSummary();
+    }
+    return m_summaries[static_cast<std::size_t>(row)];
+}
+
+/// One after another, so that other work of the queue never waits for many; what was scrolled to
+/// last is seen first.
+void TRollBackWindowController::readNextSummary()
+{
+    if (m_isReading || m_waiting.empty() || !m_ended)
+        return;
+    m_isReading = true;
+    const qsizetype row = m_waiting.back();
+    m_waiting.pop_back();
+    m_work.run([path = m_logs[row].path()](
+                   const auto &, const auto &) { return summaryOfRollbackLog(path, kLargestLog); },
+               [this, row](RollbackLogSummary summary) {
+                   m_isReading = false;
+                   m_summaries[static_cast<std::size_t>(row)] = std::move(summary);
+                   Q_EMIT summaryCame(row);
+                   readNextSummary();
+               });
 }
 
 void TRollBackWindowController::rowClicked(qsizetype row)

@@ -43,7 +43,7 @@ QString shown(const QString &path)
 }
 
 /// The whole file; only a regular one, since reading a device or a pipe may never end.
-TResult<QByteArray> readWhole(const QString &path)
+TResult<QByteArray> readWhole(const QString &path, qint64 mostBytes = kLargestLog)
 {
     const auto failure = [&path](const QString &why) {
         return TResult<QByteArray>::failure(QString(kCannotRead).arg(shown(path), why));
@@ -55,7 +55,7 @@ TResult<QByteArray> readWhole(const QString &path)
         return failure(textForErrno(errno));
     if (!S_ISREG(status.st_mode))
         return failure(kNoFile);
-    if (status.st_size > kLargestLog)
+    if (status.st_size > mostBytes)
         return failure(kTooLarge);
     QFile file;
     file.open(opened.release(), QIODevice::ReadOnly | QIODevice::Unbuffered,
@@ -183,6 +183,29 @@ QStringList rollbackLogPathsSince(const QString &logsFolder, TDate moment)
         if (!moment.isSet() || date.nanos >= moment.nanos)
             paths += path;
     return paths;
+}
+
+RollbackLogSummary summaryOfRollbackLog(const QString &path, qint64 mostBytes)
+{
+    const TResult<QByteArray> data = readWhole(path, mostBytes);
+    if (!data)
+        return {};
+    const TResult<KeyedUnarchiver> archive = KeyedUnarchiver::fromData(data.value());
+    const qsizetype count = archive ? archive.value().count() : -1;
+    if (count <= 0)
+        return {count, {}, false};
+    const auto folderOf = [&archive](qsizetype record) {
+        TFolderPtr folder;
+        archive.value().forEachObject(record, record + 1, [&folder](const TDecoder &coder) {
+            TRenameTRX transaction;
+            transaction.initWithCoder(coder);
+            folder = transaction.originalURL.folder();
+        });
+        return folder;
+    };
+    const TFolderPtr first = folderOf(0);
+    const TFolderPtr last = folderOf(count - 1);
+    return {count, first, first && last && first->path() != last->path()};
 }
 
 std::vector<SavedRollbackLog> savedRollbackLogs(const QString &logsFolder)

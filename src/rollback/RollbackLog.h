@@ -51,6 +51,16 @@ QStringList rollbackLogPaths(const QString &logsFolder);
 /// The same of those that were written at that moment or later.
 QStringList rollbackLogPathsSince(const QString &logsFolder, TDate moment);
 
+/// What a list tells of a log without showing its records.
+struct RollbackLogSummary
+{
+    qsizetype files = -1; ///< -1: the log cannot be read, or is too large to be looked into
+    TFolderPtr folder;    ///< of the first file, before the run; null: unknown
+    bool hasMoreFolders = false;
+};
+/// Looks into a log of at most so many bytes, at its first and last records alone. Any thread.
+RollbackLogSummary summaryOfRollbackLog(const QString &path, qint64 mostBytes);
+
 /// A saved log, as lists show it.
 struct SavedRollbackLog
 {

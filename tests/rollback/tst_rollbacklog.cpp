@@ -263,6 +263,34 @@ private Q_SLOTS:
         const auto folder = JournalFolder::openExisting(tree.path());
         QVERIFY(folder.value().openFinished("Rename Batch.renameLog").isOpen());
     }
+
+    void summaries_data()
+    {
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<qint64>("most");
+        QTest::addColumn<QString>("summary"); // files, folder of the first, whether there are more
+        QTest::newRow("one folder")
+            << QStringList{u"/a/b/1"_s, u"/a/b/2"_s} << qint64{100'000} << u"2 /a/b"_s;
+        QTest::newRow("several folders")
+            << QStringList{u"/a/1"_s, u"/b/2"_s, u"/c/3"_s} << qint64{100'000} << u"3 /a more"_s;
+        QTest::newRow("no file") << QStringList() << qint64{100'000} << u"0 -"_s;
+        QTest::newRow("too large") << QStringList{u"/a/b/1"_s} << qint64{100} << u"-1 -"_s;
+    }
+    void summaries()
+    {
+        QFETCH(const QStringList, files);
+        const TemporaryTree tree;
+        auto writer = RollbackLogWriter::create(tree.path()).value();
+        for (const QString &file : files)
+            writer->append(transaction(file, file + u'x'));
+        QFETCH(const qint64, most);
+        const RollbackLogSummary found = summaryOfRollbackLog(writer->finish(kJuly).value(), most);
+        QString told = QString::number(found.files) + u' ';
+        told += found.folder ? found.folder->path() : u"-"_s;
+        QTEST(told + (found.hasMoreFolders ? u" more"_s : QString()), "summary");
+        QCOMPARE(summaryOfRollbackLog(tree.path(), most).files, -1);
+        QCOMPARE(summaryOfRollbackLog(tree.path(u"nonesuch"_s), most).files, -1);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestRollbackLog)

@@ -67,6 +67,7 @@ void LogDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     const int side = Icons::extent(option.fontMetrics);
     const int left = side + kMargin;
     const QString date = readableDate(name);
+    const QString summary = index.data(kSummaryRole).toString();
     const auto draw = [&](const QString &text, int top, const QColor &ink) {
         painter->setPen(ink);
         const QRect rect = place(left, top, all.width() - left, line);
@@ -75,7 +76,10 @@ void LogDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
     };
     const int top = date.isEmpty() ? all.center().y() - line / 2 : all.top();
     icon.paint(painter, place(0, top + (line - side) / 2, side, side));
-    draw(date.isEmpty() ? name : date, top, colors.ink);
+    const QString title = date.isEmpty() ? name : date;
+    draw(summary.isEmpty() ? title
+                           : tr("%1 \u2013 %2", "time, what was renamed").arg(title, summary),
+         top, colors.ink);
     if (!date.isEmpty())
         draw(name, all.top() + line, colors.muted);
 }

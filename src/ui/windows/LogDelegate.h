@@ -3,12 +3,16 @@
 
 #include "ui/windows/RowDelegate.h"
 
-/// A saved run in two lines: when it was, for people, and the name of its log.
+/// A saved run in two lines: when it was and what it was about, for people, and the name of its
+/// log.
 class LogDelegate : public RowDelegate
 {
     Q_OBJECT
 
 public:
+    /// Item data role of what the run was about, a text; empty when it is not known.
+    static constexpr int kSummaryRole = kInkRole + 1;
+
     using RowDelegate::RowDelegate;
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,

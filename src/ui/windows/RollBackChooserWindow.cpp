@@ -9,9 +9,13 @@
 #include "ui/windows/SheetParts.h"
 
 #include <QAbstractListModel>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -21,13 +25,17 @@ constexpr int kLines = 31;
 class LogsModel : public QAbstractListModel
 {
 public:
-    LogsModel(const TRollBackWindowController &chooser, QObject *parent)
+    LogsModel(TRollBackWindowController &chooser, QObject *parent)
         : QAbstractListModel(parent)
         , m_chooser(chooser)
     {
         connect(&chooser, &TRollBackWindowController::tableReloaded, this, [this] {
             beginResetModel();
             endResetModel();
+        });
+        connect(&chooser, &TRollBackWindowController::summaryCame, this, [this](qsizetype row) {
+            const QModelIndex changed = index(static_cast<int>(row), 0);
+            Q_EMIT dataChanged(changed, changed);
         });
     }
     int rowCount(const QModelIndex &parent = {}) const override
@@ -39,6 +47,10 @@ public:
         switch (role) {
         case Qt::DisplayRole:
             return ByteNames::forDisplay(m_chooser.logName(index.row()).text);
+        case LogDelegate::kSummaryRole:
+            return summary(index.row());
+        case Qt::AccessibleTextRole:
+            return accessibleText(index.row());
         case Qt::DecorationRole:
             return RowDelegate::icon(m_chooser.logName(index.row()).image);
         case Qt::ToolTipRole:
@@ -49,7 +61,31 @@ public:
     }
 
 private:
-    const TRollBackWindowController &m_chooser;
+    /// Empty while the log is not known.
+    QString summary(int row) const
+    {
+        const std::optional<RollbackLogSummary> &run = m_chooser.summary(row);
+        if (!run || run->files < 0)
+            return {};
+        const QString files =
+            run->files == 1
+                ? RollBackChooserWindow::tr("1 file")
+                : RollBackChooserWindow::tr("%1 files").arg(QLocale().toString(run->files));
+        if (!run->folder)
+            return files;
+        const QString folder = ByteNames::forDisplay(run->folder->name());
+        return (run->hasMoreFolders ? RollBackChooserWindow::tr("%1 in %2 and other folders")
+                                    : RollBackChooserWindow::tr("%1 in %2"))
+            .arg(files, folder);
+    }
+    QString accessibleText(int row) const
+    {
+        const QString name = ByteNames::forDisplay(m_chooser.logName(row).text);
+        const QString date = LogDelegate::readableDate(name);
+        return QStringList{date.isEmpty() ? name : date, summary(row)}.join(u", "_s);
+    }
+
+    TRollBackWindowController &m_chooser;
 };
 
 } // namespace
@@ -60,7 +96,7 @@ RollBackChooserWindow::RollBackChooserWindow(TRollBackWindowController &chooser,
 {
     setWindowModality(Qt::ApplicationModal);
     setWindowTitle(tr("Roll Back an Earlier Run"));
-    auto *list = new PickList(this);
+    PickList *list = m_list = new PickList(this);
     list->setAccessibleName(tr("Saved runs, newest first"));
     list->setPlaceholder(
         tr("No run has been saved yet. Every run that renames files is listed here "
@@ -96,4 +132,14 @@ RollBackChooserWindow::RollBackChooserWindow(TRollBackWindowController &chooser,
 void RollBackChooserWindow::reject()
 {
     m_chooser.cancel();
+}
+
+/// Return without a picked run picks the newest one; the next chooses it.
+void RollBackChooserWindow::keyPressEvent(QKeyEvent *event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && !m_chooser.chooseButtonEnabled() && m_list->model()->rowCount() > 0)
+        m_list->setCurrentIndex(m_list->model()->index(0, 0));
+    else
+        QDialog::keyPressEvent(event);
 }

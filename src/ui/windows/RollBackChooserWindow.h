@@ -5,6 +5,8 @@
 
 #include <QDialog>
 
+class PickList;
+
 /// The application-modal window in which a saved rollback log is chosen. Closing it by the window
 /// manager or Escape cancels. The controller outlives it.
 class RollBackChooserWindow : public QDialog
@@ -16,6 +18,10 @@ public:
 
     void reject() override;
 
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
 private:
     TRollBackWindowController &m_chooser;
+    PickList *m_list;
 };

@@ -128,8 +128,9 @@ void TestRollbackViews::chooser_data()
     QTest::newRow("double click") << u"double 1"_s << u"a"_s;
     QTest::newRow("arrow keys, Return") << u"down,down,return"_s << u"a"_s;
     QTest::newRow("arrow key after Tab") << u"tab,back,down,return"_s << u"b"_s;
-    QTest::newRow("Return without a row does nothing") << u"return,escape"_s << QString();
-    QTest::newRow("below the last row") << u"click 0,below,return,Cancel"_s << QString();
+    QTest::newRow("Return picks the newest") << u"return,escape"_s << QString();
+    QTest::newRow("and chooses it") << u"return,return"_s << u"b"_s;
+    QTest::newRow("below the last row") << u"click 0,below,Choose,Cancel"_s << QString();
     QTest::newRow("closed") << u"click 0,close"_s << QString();
 }
 
