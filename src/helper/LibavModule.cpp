@@ -3,6 +3,7 @@
 
 #include "readers/LibavFile.h"
 #include "readers/LibavPicture.h"
+#include "readers/ReaderVersions.h"
 
 #include <cstdio>
 #include <dlfcn.h>
@@ -12,6 +13,7 @@ namespace {
 
 constexpr char kModule[] = "tavrin-libav.so";
 constexpr char kReader[] = "tavrinReadWithLibav";
+constexpr char kVersion[] = "tavrinLibavVersion";
 constexpr char kDecoder[] = "tavrinDecodeWithLibav";
 
 void complain()
@@ -63,4 +65,13 @@ QImage decodeWithLibav(const CodedPicture &picture, int edge)
     if (entry != nullptr)
         entry(picture, edge, image);
     return image;
+}
+
+std::string libavVersion()
+{
+    const auto entry = entryOf<decltype(&tavrinLibavVersion)>(kVersion);
+    std::string version;
+    if (entry != nullptr)
+        entry(version);
+    return version;
 }

@@ -2,6 +2,7 @@
 #include "helper/LibavModule.h"
 #include "readers/LibavFile.h"
 #include "readers/LibavPicture.h"
+#include "readers/ReaderVersions.h"
 
 extern "C" bool tavrinReadWithLibav(ByteSource &source, const char *demuxer, MediaReading &reading)
 {
@@ -14,4 +15,9 @@ extern "C" bool tavrinReadWithLibav(ByteSource &source, const char *demuxer, Med
 extern "C" void tavrinDecodeWithLibav(const CodedPicture &picture, int edge, QImage &image)
 {
     image = decodeWithLibav(picture, edge);
+}
+
+extern "C" void tavrinLibavVersion(std::string &version)
+{
+    version = libavVersion();
 }

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <csignal>
@@ -73,6 +74,7 @@ private Q_SLOTS:
     void readsAFileThatGrows();
     void saysWhatItIsWhenRunByHand_data();
     void saysWhatItIsWhenRunByHand();
+    void namesItsLibraries();
     void decodesCodedPicturesWithinItsLimits();
     void hearsNothingAfterNonsense();
     void endsWithItsProgram();
@@ -154,6 +156,18 @@ void TestHelper::saysWhatItIsWhenRunByHand()
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitCode(), 2);
     QVERIFY(process.readAllStandardError().contains("tavrin-cli tags"));
+}
+
+void TestHelper::namesItsLibraries()
+{
+    QProcess process;
+    process.start(QStringLiteral(TAVRIN_METADATA), {u"--version"_s});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 0);
+    const QString lines = QString::fromUtf8(process.readAllStandardOutput());
+    static const QRegularExpression expected(
+        u"^Exiv2 \\d+\\.\\d+.*\\nTagLib \\d+\\.\\d+.*\\nFFmpeg .+\\n$"_s);
+    QVERIFY2(expected.match(lines).hasMatch(), qPrintable(lines));
 }
 
 void TestHelper::decodesCodedPicturesWithinItsLimits()
