@@ -17,6 +17,7 @@ constexpr int kSideMargin = 24;
 constexpr int kHeight = 32;
 constexpr int kBadgeHeight = 18;
 constexpr qint64 kMost = 9999;
+constexpr double kReadable = 4.5;
 
 } // namespace
 
@@ -107,8 +108,11 @@ void BadgeButton::paintBadge(QPainter &painter) const
         isRightToLeft() ? face().left() - kOverhang : face().right() + kOverhang - width + 1;
     const QRectF badge(x, 0, width, height);
     painter.setPen(QPen(colors.window, 1.5));
-    painter.setBrush(colors.critical);
+    QColor fill = colors.critical;
+    while (Theme::contrast(fill, Qt::white) < kReadable)
+        fill = fill.darker(104);
+    painter.setBrush(fill);
     painter.drawRoundedRect(badge.adjusted(0.75, 0.75, -0.75, -0.75), height / 2.0, height / 2.0);
-    painter.setPen(Theme::inkOn(colors.critical));
+    painter.setPen(Qt::white); // on red of either scheme
     painter.drawText(badge, Qt::AlignCenter, badgeText());
 }

@@ -6,6 +6,7 @@
 
 #include <QAbstractSpinBox>
 #include <QApplication>
+#include <QBitmap>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -25,9 +26,12 @@ constexpr int kBarHeight = 8;
 constexpr int kScrollBarWidth = 12;
 constexpr int kLeastSlider = 32;
 constexpr int kMenuMargin = 4;
-constexpr int kMenuItemRoom = 4;  ///< above and below an item's text, more than usual
-constexpr float kMenuEdge = 0.5F; ///< how strong its border is
+constexpr int kMenuItemRoom = 4;      ///< above and below an item's text, more than usual
+constexpr float kFloatingEdge = 0.5F; ///< how strong the border of menus and tool tips is
+constexpr int kToolTipMargin = 5;
 constexpr int kHeaderMargin = 8;
+
+constexpr QLatin1StringView kX11{"xcb"};
 
 /// Its items begin where the box has its text.
 constexpr int kListMargin = 8;
@@ -44,6 +48,16 @@ int extentOf(const QStyleOption *option, const QWidget *widget)
     return Icons::extent(option != nullptr ? option->fontMetrics : metrics);
 }
 
+/// The form of an icon of one colour, in another one.
+QIcon inColor(const QIcon &icon, const QColor &ink, int extent, const QPainter &target)
+{
+    QPixmap pixmap = icon.pixmap(QSize(extent, extent), target.device()->devicePixelRatioF());
+    QPainter painter(&pixmap);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(QRect(QPoint(), pixmap.deviceIndependentSize().toSize()), ink);
+    return {pixmap};
+}
+
 bool has(const QStyleOption &option, QStyle::StateFlag flag)
 {
     return option.state.testFlag(flag);
@@ -58,6 +72,33 @@ void drawFace(QPainter &painter, const QRect &rect, const QColor &fill, const QP
     painter.drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), Theme::kFieldRadius,
                             Theme::kFieldRadius);
     painter.restore();
+}
+
+/// Of what has no shadow but lies over everything.
+QColor floatingEdge(const ThemeColors &colors)
+{
+    QColor edge = colors.muted;
+    edge.setAlphaF(kFloatingEdge);
+    return edge;
+}
+
+/// Cuts off the corners outside of the border.
+bool roundMask(const QRect &rect, QStyleHintReturn *answer)
+{
+    auto *mask = qstyleoption_cast<QStyleHintReturnMask *>(answer);
+    // Elsewhere than on X11 a window's shape is the affair of its system.
+    if (mask == nullptr || QGuiApplication::platformName() != kX11)
+        return false;
+    QBitmap shape(rect.size());
+    shape.clear();
+    QPainter painter(&shape);
+    painter.setPen(Qt::color1);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), Theme::kFieldRadius,
+                            Theme::kFieldRadius);
+    painter.end();
+    mask->region = QRegion(shape);
+    return true;
 }
 
 void drawFrame(QPainter &painter, const QRect &rect, const QColor &edge)
@@ -256,10 +297,14 @@ void TavrinStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
     case PE_PanelMenu:
         painter->fillRect(option->rect, ThemeColors::of(option->palette).card);
         return;
-    case PE_FrameMenu: {
-        QColor edge = ThemeColors::of(option->palette).muted;
-        edge.setAlphaF(kMenuEdge);
-        drawFrame(*painter, option->rect, edge);
+    case PE_FrameMenu:
+        drawFace(*painter, option->rect, Qt::transparent,
+                 QPen(floatingEdge(ThemeColors::of(option->palette))));
+        return;
+    case PE_PanelTipLabel: {
+        painter->fillRect(option->rect, option->palette.color(QPalette::ToolTipBase));
+        drawFace(*painter, option->rect, Qt::transparent,
+                 QPen(floatingEdge(ThemeColors::of(option->palette))));
         return;
     }
     case PE_PanelItemViewRow: // beside an item of a tree, which its delegate paints
@@ -301,6 +346,18 @@ void TavrinStyle::drawControl(ControlElement element, const QStyleOption *option
             inverse.palette.setColor(QPalette::ButtonText,
                                      ThemeColors::of(option->palette).accentInk);
             QProxyStyle::drawControl(element, &inverse, painter, widget);
+            return;
+        }
+        break;
+    }
+    case CE_MenuItem: {
+        const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
+        if (item != nullptr && !item->icon.isNull() && has(*option, State_Selected) &&
+            has(*option, State_Enabled)) {
+            QStyleOptionMenuItem lit(*item);
+            lit.icon = inColor(item->icon, option->palette.color(QPalette::HighlightedText),
+                               extentOf(option, widget), *painter);
+            QProxyStyle::drawControl(element, &lit, painter, widget);
             return;
         }
         break;
@@ -460,6 +517,8 @@ int TavrinStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
         return 8;
     case PM_MenuVMargin:
         return kMenuMargin;
+    case PM_ToolTipLabelFrameWidth:
+        return kToolTipMargin;
     case PM_MenuPanelWidth:
         return 1;
     case PM_HeaderMargin:
@@ -488,6 +547,9 @@ int TavrinStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWi
                            QStyleHintReturn *returnData) const
 {
     switch (hint) {
+    case SH_Menu_Mask:
+    case SH_ToolTip_Mask:
+        return roundMask(option->rect, returnData) ? 1 : 0;
     case SH_ItemView_ShowDecorationSelected:
         return 1;
     case SH_DialogButtonBox_ButtonsHaveIcons:

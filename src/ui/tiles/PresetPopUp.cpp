@@ -6,6 +6,8 @@
 #include <QAbstractItemView>
 #include <QKeyEvent>
 #include <QStandardItemModel>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -56,6 +58,22 @@ void PresetPopUp::setCanSave(bool canSave)
     m_canSave = canSave;
     if (auto *items = qobject_cast<QStandardItemModel *>(model()))
         items->item(TDocumentPresets::kSaveItem)->setEnabled(canSave);
+}
+
+void PresetPopUp::showPopup()
+{
+    QComboBox::showPopup();
+    view()->setCurrentIndex({});
+}
+
+void PresetPopUp::paintEvent(QPaintEvent *)
+{
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    option.currentText = placeholderText();
+    QStylePainter painter(this);
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
 }
 
 void PresetPopUp::keyPressEvent(QKeyEvent *event)

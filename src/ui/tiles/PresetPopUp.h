@@ -20,7 +20,13 @@ Q_SIGNALS:
     /// As TDocument::rulePresetChosen counts them.
     void presetChosen(qsizetype index);
 
+public:
+    /// With no item lit: none has been chosen before.
+    void showPopup() override;
+
 protected:
+    /// The title is no hint in an empty field.
+    void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 

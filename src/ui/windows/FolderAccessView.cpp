@@ -3,6 +3,7 @@
 
 #include "commonprocs/ByteNames.h"
 #include "ui/controls/ToolTip.h"
+#include "ui/windows/ClosingButton.h"
 #include "ui/windows/RowDelegate.h"
 #include "ui/windows/SheetParts.h"
 
@@ -165,9 +166,8 @@ FolderAccessView::FolderAccessView(TFolderAccessList &list, TDialogHost &host,
                 m_controller.grant(table->currentIndex().row());
         });
     }
-    auto *done = new QPushButton(tr("&Done"), this);
+    auto *done = new ClosingButton(tr("&Done"), this);
     done->setAutoDefault(false);
-    connect(done, &QPushButton::clicked, this, &QDialog::accept);
 
     auto *layout = SheetParts::column(this);
     layout->addWidget(SheetParts::title(tr("Folder Access"), this));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/windows/PresetRemovalWindow.h"
 
+#include "ui/windows/ClosingButton.h"
 #include "ui/windows/PickList.h"
 #include "ui/windows/RowDelegate.h"
 #include "ui/windows/SheetParts.h"
@@ -69,7 +70,7 @@ PresetRemovalWindow::PresetRemovalWindow(const TRemovePresetsWindowController::S
     list->setModel(new PresetModel(m_controller, this));
     auto *remove = new QPushButton(tr("&Remove"), this);
     remove->setAutoDefault(false);
-    auto *done = new QPushButton(tr("&Done"), this);
+    auto *done = new ClosingButton(tr("&Done"), this);
     done->setDefault(true);
 
     const auto enable = [this, remove] { remove->setEnabled(m_controller.removeButtonEnabled()); };
@@ -86,7 +87,6 @@ PresetRemovalWindow::PresetRemovalWindow(const TRemovePresetsWindowController::S
     auto *key = new QShortcut(QKeySequence::Delete, list);
     key->setContext(Qt::WidgetShortcut);
     connect(key, &QShortcut::activated, this, removeRow);
-    connect(done, &QPushButton::clicked, this, &QDialog::accept);
 
     auto *layout = SheetParts::column(this);
     layout->addWidget(SheetParts::title(tr("Delete Presets"), this));

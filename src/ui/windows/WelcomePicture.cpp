@@ -16,9 +16,10 @@ namespace {
 constexpr QSize kSize{220, 132}; ///< at the usual size of the font
 constexpr qreal kUsualExtent = 16;
 constexpr int kMargin = 16;
-constexpr QRgb kTeal = 0xff8dcdc1;
-constexpr QRgb kGreen = 0xffd3e397;
-constexpr QRgb kGrey = 0xff9c988a;
+/// Of the tiles and of what they give to the names.
+constexpr QRgb kText = 0xffd3e397;
+constexpr QRgb kSeparator = 0xff8dcdc1;
+constexpr QRgb kCounter = 0xff9c988a;
 
 /// How much larger than usual the font is, and with it the picture.
 qreal scaleOf(const QFontMetrics &metrics)
@@ -85,25 +86,23 @@ void paintDrop(const Canvas &canvas, const QRect &rect)
 void paintTiles(const Canvas &canvas, const QRect &rect)
 {
     const int y = rect.center().y() - 2;
-    int x = canvas.tile({rect.left() + 18, y}, 48, "date"_L1, kTeal);
-    x = canvas.tile({x, y}, 48, "text"_L1, kGreen);
-    canvas.tile({x + 14, y - 26}, 48, "counter"_L1, kGrey);
+    int x = canvas.tile({rect.left() + 18, y}, 48, "text"_L1, kText);
+    x = canvas.tile({x, y}, 48, "separator"_L1, kSeparator);
+    canvas.tile({x + 14, y - 26}, 48, "counter"_L1, kCounter);
     canvas.pointer(QPointF(x + 46, y + 4));
 }
 
 void paintNames(const Canvas &canvas, const QRect &rect)
 {
     constexpr int kRow = 30;
-    constexpr int kText = 28; ///< from the tick to the name
+    constexpr int kIndent = 28; ///< from the tick to the name
     const std::array names{u"Rome 001.jpg"_s, u"Rome 002.jpg"_s, u"Rome 003.jpg"_s};
     const QFontMetrics metrics = canvas.painter.fontMetrics();
-    const int left = rect.center().x() - (kText + metrics.horizontalAdvance(names[0])) / 2;
+    const int left = rect.center().x() - (kIndent + metrics.horizontalAdvance(names[0])) / 2;
     int y = rect.center().y() - kRow * 3 / 2;
     for (const QString &name : names) {
         canvas.drawing("tick"_L1, {left, y + 7}, 16, canvas.colors.good);
-        const QString start = name.left(4);
-        const QString number = name.mid(4, 4);
-        int x = left + kText;
+        int x = left + kIndent;
         const auto part = [&](const QString &text, QRgb color) {
             const int width = metrics.horizontalAdvance(text) + 4;
             const QRect box(x, y + 5, width, kRow - 10);
@@ -111,8 +110,9 @@ void paintNames(const Canvas &canvas, const QRect &rect)
             canvas.text(box.adjusted(2, 0, 0, 0), text, Theme::inkOn(QColor::fromRgb(color)));
             x += width;
         };
-        part(start, kTeal);
-        part(number, kGreen);
+        part(name.left(4), kText);
+        part(name.mid(4, 1), kSeparator);
+        part(name.mid(5, 3), kCounter);
         canvas.text(QRect(x + 2, y, rect.right() - x, kRow), name.mid(8), canvas.colors.extension);
         y += kRow;
     }

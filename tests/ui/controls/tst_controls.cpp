@@ -3,15 +3,19 @@
 #include "ui/controls/FoldingRow.h"
 #include "ui/controls/Icons.h"
 #include "ui/controls/Popover.h"
+#include "ui/controls/TavrinStyle.h"
 #include "ui/controls/Theme.h"
 #include "ui/controls/ToolTip.h"
 
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPainter>
 #include <QSignalSpy>
+#include <QStyleOption>
 #include <QTest>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -147,6 +151,30 @@ private Q_SLOTS:
         QVERIFY(!tip.contains(u"<<"_s));
         QCOMPARE(ToolTip::of({}), QString());
         QVERIFY(ToolTip::of(QString(89, u'a') + u"\U0001F600b"_s).contains(u"a<br>\U0001F600b"_s));
+    }
+
+    void drawingsInMenusGoWithTheirTexts()
+    {
+        Theme::apply(Theme::Scheme::Light);
+        QStyleOptionMenuItem item;
+        item.rect = QRect(0, 0, 120, 24);
+        item.palette = QApplication::palette();
+        item.state = QStyle::State_Enabled | QStyle::State_Selected;
+        item.menuItemType = QStyleOptionMenuItem::Normal;
+        item.checkType = QStyleOptionMenuItem::NotCheckable;
+        item.icon = Icons::icon("trash"_L1);
+        item.maxIconWidth = Icons::extent(item.fontMetrics);
+        QImage image(item.rect.size(), QImage::Format_RGB32);
+        QPainter painter(&image);
+        TavrinStyle().drawControl(QStyle::CE_MenuItem, &item, &painter, nullptr);
+        painter.end();
+        double most = 1;
+        for (int y = 4; y < image.height() - 4; ++y) {
+            for (int x = 4; x < image.width() - 4; ++x)
+                most = std::max(most, Theme::contrast(image.pixelColor(x, y),
+                                                      ThemeColors::of(item.palette).accent));
+        }
+        QVERIFY(most > 4); // of the drawing's pixels; those of the usual ink come to 3
     }
 
     void everyKindHasItsDrawing()
