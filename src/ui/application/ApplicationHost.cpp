@@ -2,6 +2,7 @@
 #include "ui/application/ApplicationHost.h"
 
 #include "document/TDocumentHelpers.h"
+#include "metadata/HelperProcess.h"
 #include "ui/batch/ViewMenu.h"
 #include "ui/batch/WindowMemory.h"
 #include "ui/windows/AboutDialog.h"
@@ -24,8 +25,6 @@
 #include <algorithm>
 
 namespace {
-
-constexpr QPoint kBeside{24, 24};
 
 /// Shows a window that keeps everything else waiting.
 void showModally(QDialog &dialog)
@@ -57,11 +56,11 @@ void take(QDialog *dialog)
 }
 
 /// A window that is open comes to the front; else a new one, which deletes itself.
-template <typename Window>
-void showOnce(QPointer<QDialog> &window, QWidget *parent)
+template <typename Make>
+void showOnce(QPointer<QDialog> &window, Make make)
 {
     if (!window)
-        window = new Window(parent);
+        window = make();
     window->show();
     window->raise();
     window->activateWindow();
@@ -244,23 +243,26 @@ void ApplicationHost::checkForUpdates()
 
 void ApplicationHost::showWelcome()
 {
-    showOnce<WelcomeWindow>(m_welcome, currentBatch());
+    showOnce(m_welcome, [this] { return new WelcomeWindow(currentBatch()); });
 }
 
 void ApplicationHost::showHelp(HelpWindow::Topic topic)
 {
-    showOnce<HelpWindow>(m_help, currentBatch());
+    showOnce(m_help, [this] { return new HelpWindow(currentBatch()); });
     static_cast<HelpWindow &>(*m_help).turnTo(topic);
 }
 
 void ApplicationHost::showAbout()
 {
-    showOnce<AboutDialog>(m_about, currentBatch());
+    showOnce(m_about, [this] { return new AboutDialog(standardMetadataHelper(), currentBatch()); });
 }
 
 void ApplicationHost::showPreferences()
 {
-    showOnce<PreferencesWindow>(m_preferences, currentBatch());
+    BatchWindow *batch = currentBatch();
+    showOnce(m_preferences, [batch] {
+        return new PreferencesWindow(batch == nullptr ? nullptr : batch->columnsMenu(), batch);
+    });
 }
 
 void ApplicationHost::newBatch()
@@ -268,11 +270,8 @@ void ApplicationHost::newBatch()
     const BatchWindow *before = currentBatch();
     m_batches.push_back(std::make_unique<BatchWindow>(documentServices(), *this));
     BatchWindow *batch = m_batches.back().get();
-    if (before != nullptr && !before->isMaximized() && !before->isFullScreen()) {
-        batch->resize(before->size());
-        batch->move(before->pos() + kBeside); // not right over it
-        WindowMemory::fitIntoScreen(*batch);
-    }
+    if (before != nullptr && !before->isMaximized() && !before->isFullScreen())
+        WindowMemory::openBeside(*batch, *before);
     connect(batch, &BatchWindow::finished, this, [this, batch] { batchFinished(batch); });
     m_lastUsed = batch;
     batch->show();

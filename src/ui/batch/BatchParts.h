@@ -7,6 +7,7 @@ class ApplicationCommands;
 class EditorPopovers;
 class FilePane;
 class InspectorDock;
+class PaletteBar;
 class QMainWindow;
 class RecipeCard;
 class StatusLine;
@@ -18,6 +19,7 @@ struct BatchParts
     TDocument &document;
     const TDocumentServices &services;
     ApplicationCommands &application;
+    PaletteBar &palette;
     RecipeCard &recipe;
     FilePane &files;
     StatusLine &status;

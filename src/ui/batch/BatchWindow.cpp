@@ -70,8 +70,8 @@ BatchWindow::BatchWindow(TDocumentServices services, ApplicationCommands &applic
     m_inspector->setParent(nullptr); // so that the keys come to it last
     addDockWidget(Qt::RightDockWidgetArea, m_inspector);
     m_inspector->hide();
-    m_menus = new BatchMenus({*this, *m_document, m_services, m_application, *m_recipe, *m_files,
-                              *m_status, *m_inspector, *m_editors},
+    m_menus = new BatchMenus({*this, *m_document, m_services, m_application, *m_palette, *m_recipe,
+                              *m_files, *m_status, *m_inspector, *m_editors},
                              *menuBar(), this);
     m_files->addControl(new SortButton(m_menus->sortMenu(), this));
     setAcceptDrops(true);
@@ -196,6 +196,11 @@ void BatchWindow::useWantedPreset()
                     {},
                     {}},
                    {});
+}
+
+QMenu *BatchWindow::columnsMenu() const
+{
+    return m_files->columnsMenu();
 }
 
 void BatchWindow::updateMenus()

@@ -14,6 +14,7 @@ class EditorPopovers;
 class FilePane;
 class InspectorDock;
 class PaletteBar;
+class QMenu;
 class RecipeCard;
 class StatusLine;
 
@@ -35,6 +36,8 @@ public:
     /// Uses the rules of the preset of that name as soon as the presets are known; says so when
     /// there is none.
     void usePreset(const QString &name);
+    /// Shows and hides columns of the file list; belongs to the window.
+    QMenu *columnsMenu() const;
     /// Brings the menus up to date.
     void updateMenus();
 

@@ -11,7 +11,8 @@ namespace WindowMemory {
 /// it gets a good size.
 void restore(QMainWindow &window);
 void remember(const QMainWindow &window);
-/// Moves and shrinks a window that is not shown yet so that all of it can be seen with its frame.
-void fitIntoScreen(QWidget &window);
+/// Gives a window that is not shown yet the size of another one and a place beside it, so that all
+/// of it can be seen with its frame.
+void openBeside(QWidget &window, const QWidget &other);
 
 } // namespace WindowMemory

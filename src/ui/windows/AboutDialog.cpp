@@ -3,6 +3,7 @@
 
 #include "commonprocs/TimeUtils.h"
 #include "ui/controls/Icons.h"
+#include "ui/windows/ClosingButton.h"
 #include "ui/windows/SheetParts.h"
 
 #include <QApplication>
@@ -11,6 +12,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSysInfo>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -18,6 +20,9 @@ namespace {
 
 constexpr int kIconSize = 64;
 constexpr double kNameScale = 1.7;
+constexpr int kMillisecondsToAnswer = 10'000;
+constexpr int kMillisecondsToDie = 100;
+constexpr qint64 kLongestAnswer = 400; ///< bytes
 
 QLabel *makeName(QWidget *parent)
 {
@@ -37,8 +42,10 @@ QLabel *makeIcon(QWidget *parent)
 
 } // namespace
 
-AboutDialog::AboutDialog(QWidget *window)
+AboutDialog::AboutDialog(const QString &helper, QWidget *window)
     : QDialog(window)
+    , m_readers({u"Exiv2"_s, u"TagLib"_s, u"FFmpeg"_s})
+    , m_libraries(SheetParts::muted(QString(), this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(tr("About Tavrin"));
@@ -62,27 +69,55 @@ AboutDialog::AboutDialog(QWidget *window)
            "without any warranty."),
         this));
     texts->addSpacing(SheetParts::kGap);
-    texts->addWidget(SheetParts::muted(
-        tr("Made with Qt %1 and ICU %2. Pictures, music and films are read by a helper of its own, "
-           "tavrin-metadata, with the libraries Exiv2, TagLib and FFmpeg.")
-            .arg(QLatin1StringView(qVersion()), TimeUtils::icuVersion()),
-        this));
+    texts->addWidget(m_libraries);
     auto *copy = new QPushButton(tr("&Copy Details"), this);
     copy->setToolTip(tr("Copies the versions, for a report of a fault"));
     copy->setAutoDefault(false);
-    auto *close = new QPushButton(tr("C&lose"), this);
+    auto *close = new ClosingButton(tr("C&lose"), this);
     close->setDefault(true);
     connect(copy, &QPushButton::clicked, this,
-            [] { QApplication::clipboard()->setText(AboutDialog::details()); });
-    connect(close, &QPushButton::clicked, this, &QDialog::accept);
+            [this] { QApplication::clipboard()->setText(details()); });
     layout->addLayout(SheetParts::buttonRow({copy, close}));
     layout->setSizeConstraint(QLayout::SetFixedSize);
     close->setFocus();
+    showLibraries();
+    askFor(helper);
 }
 
-QString AboutDialog::details()
+AboutDialog::~AboutDialog()
 {
-    return u"Tavrin " TAVRIN_VERSION "\nQt %1\nICU %2\n%3, %4, %5\n"_s.arg(
-        QLatin1StringView(qVersion()), TimeUtils::icuVersion(), QSysInfo::prettyProductName(),
-        QSysInfo::currentCpuArchitecture(), QApplication::platformName());
+    m_helper.disconnect(this);
+    m_helper.kill();
+    m_helper.waitForFinished(kMillisecondsToDie);
+}
+
+void AboutDialog::showLibraries()
+{
+    m_libraries->setText(
+        tr("Made with Qt %1 and ICU %2. Pictures, music and films are read by a helper of its own, "
+           "tavrin-metadata, with the libraries %3.")
+            .arg(QLatin1StringView(qVersion()), TimeUtils::icuVersion(),
+                 locale().createSeparatedList(m_readers)));
+}
+
+/// Only the helper knows, since it alone has these libraries.
+void AboutDialog::askFor(const QString &helper)
+{
+    connect(&m_helper, &QProcess::finished, this, [this](int code, QProcess::ExitStatus status) {
+        const QString answer = QString::fromUtf8(m_helper.read(kLongestAnswer)).trimmed();
+        if (status != QProcess::NormalExit || code != 0 || answer.isEmpty())
+            return;
+        m_readers = answer.split(u'\n');
+        showLibraries();
+    });
+    QTimer::singleShot(kMillisecondsToAnswer, &m_helper, &QProcess::kill);
+    m_helper.start(helper, {u"--version"_s});
+}
+
+QString AboutDialog::details() const
+{
+    return u"Tavrin " TAVRIN_VERSION "\nQt %1\nICU %2\n%3\n%4, %5, %6\n"_s.arg(
+        QLatin1StringView(qVersion()), TimeUtils::icuVersion(), m_readers.join(u'\n'),
+        QSysInfo::prettyProductName(), QSysInfo::currentCpuArchitecture(),
+        QApplication::platformName());
 }

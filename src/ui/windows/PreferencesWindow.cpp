@@ -4,6 +4,7 @@
 #include "settings/UserDefaults.h"
 #include "settings/logging.h"
 #include "ui/controls/Theme.h"
+#include "ui/windows/ClosingButton.h"
 #include "ui/windows/SheetParts.h"
 #include "ui/windows/Translations.h"
 #include "ui/windows/UiSettings.h"
@@ -46,12 +47,13 @@ QComboBox *makePopUp(const QString &name, QWidget *parent)
 
 } // namespace
 
-PreferencesWindow::PreferencesWindow(QWidget *window)
-    : PreferencesWindow(UpdateCheck::Limits(), window)
+PreferencesWindow::PreferencesWindow(QMenu *columns, QWidget *window)
+    : PreferencesWindow(UpdateCheck::Limits(), columns, window)
 {
 }
 
-PreferencesWindow::PreferencesWindow(const UpdateCheck::Limits &limits, QWidget *window)
+PreferencesWindow::PreferencesWindow(const UpdateCheck::Limits &limits, QMenu *columns,
+                                     QWidget *window)
     : QDialog(window)
     , m_check(limits, nullptr)
 {
@@ -62,12 +64,11 @@ PreferencesWindow::PreferencesWindow(const UpdateCheck::Limits &limits, QWidget 
     layout->addLayout(m_grid);
     m_grid->setHorizontalSpacing(SheetParts::kWideGap);
     m_grid->setVerticalSpacing(SheetParts::kGap);
-    addGeneral();
+    addGeneral(columns);
     addDiagnostics();
     addUpdates();
-    auto *close = new QPushButton(tr("&Close"), this);
+    auto *close = new ClosingButton(tr("&Close"), this);
     close->setAutoDefault(false);
-    connect(close, &QPushButton::clicked, this, &QDialog::accept);
     layout->addSpacing(SheetParts::kGap);
     layout->addLayout(SheetParts::buttonRow({close}));
     layout->setSizeConstraint(QLayout::SetFixedSize);
@@ -93,7 +94,7 @@ void PreferencesWindow::addRow(const QString &label, QWidget *control)
     m_grid->addWidget(control, row, 1, isField ? Qt::Alignment() : Qt::AlignLeading);
 }
 
-void PreferencesWindow::addGeneral()
+void PreferencesWindow::addGeneral(QMenu *columns)
 {
     addSection(tr("General"));
     QComboBox *language = makePopUp(tr("Language"), this);
@@ -117,6 +118,14 @@ void PreferencesWindow::addGeneral()
         Theme::apply(static_cast<Theme::Scheme>(scheme));
     });
     addRow(tr("&Appearance"), m_appearance);
+
+    auto *chooser = new QPushButton(tr("Choose"), this);
+    chooser->setAutoDefault(false);
+    chooser->setAccessibleName(tr("Columns"));
+    chooser->setToolTip(tr("Which columns the list of files shows. New windows have the same."));
+    chooser->setMenu(columns);
+    chooser->setEnabled(columns != nullptr);
+    addRow(tr("C&olumns"), chooser);
 }
 
 void PreferencesWindow::addDiagnostics()

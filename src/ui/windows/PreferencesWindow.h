@@ -9,6 +9,7 @@ class QComboBox;
 class QGridLayout;
 class QLabel;
 class QLineEdit;
+class QMenu;
 class QPushButton;
 
 /// The few settings of the program. Each takes effect at once, or says when it will. Deletes itself
@@ -18,9 +19,10 @@ class PreferencesWindow : public QDialog
     Q_OBJECT
 
 public:
-    explicit PreferencesWindow(QWidget *window);
+    /// The menu shows and hides columns; it belongs to the window.
+    PreferencesWindow(QMenu *columns, QWidget *window);
     /// For tests of the update check.
-    PreferencesWindow(const UpdateCheck::Limits &limits, QWidget *window);
+    PreferencesWindow(const UpdateCheck::Limits &limits, QMenu *columns, QWidget *window);
 
 protected:
     /// Another window may have changed something meanwhile.
@@ -30,7 +32,7 @@ private:
     void addSection(const QString &title);
     /// A control with its label; without one, below the control of the row before.
     void addRow(const QString &label, QWidget *control);
-    void addGeneral();
+    void addGeneral(QMenu *columns);
     void addDiagnostics();
     void addUpdates();
     void checkNow();

@@ -83,6 +83,7 @@ private Q_SLOTS:
     void earlierRunsAreRolledBack();
     void firstStart();
     void beginsWithAPreset();
+    void furtherWindowsAreInSight();
     void laterStarts();
     void contextMenusByKey_data();
     void contextMenusByKey();
@@ -161,10 +162,14 @@ void TestApplication::firstStart()
     WindowTools::shown<FirstRunDialog>()->accept();
     QTRY_VERIFY(WindowTools::shown<WelcomeWindow>() != nullptr);
     WindowTools::shown<WelcomeWindow>()->close();
+    qputenv("TAVRIN_METADATA_HELPER", TAVRIN_METADATA);
     program.trigger(u"About Tavrin"_s);
     program.trigger(u"About Tavrin"_s);
     QTRY_VERIFY(WindowTools::shown<AboutDialog>() != nullptr);
     QCOMPARE(program.window()->findChildren<AboutDialog *>().size(), 1);
+    const AboutDialog &about = *WindowTools::shown<AboutDialog>();
+    QTRY_VERIFY(about.details().contains(u"\nTagLib 1"_s) ||
+                about.details().contains(u"\nTagLib 2"_s));
 }
 
 void TestApplication::beginsWithAPreset()
@@ -179,6 +184,21 @@ void TestApplication::beginsWithAPreset()
     window.usePreset(u"Nonesuch"_s);
     QVERIFY(WindowTools::answer<QuestionDialog>(u"OK"_s));
     QCOMPARE(window.document().ruleArray().size(), count);
+}
+
+void TestApplication::furtherWindowsAreInSight()
+{
+    const Program program;
+    const QRect room = program.window()->screen()->availableGeometry();
+    program.window()->resize(room.size() - QSize(40, 60));
+    program.window()->move(room.topLeft() + QPoint(4, 4));
+    QTRY_VERIFY(room.contains(program.window()->frameGeometry()));
+    for (int i = 0; i < 3; ++i) {
+        const QWidget *const before = QApplication::activeWindow();
+        program.trigger(u"New Batch"_s);
+        QTRY_VERIFY(QApplication::activeWindow() != before);
+        QVERIFY(room.contains(QApplication::activeWindow()->frameGeometry()));
+    }
 }
 
 /// Their files go to the window in use, not to another one.

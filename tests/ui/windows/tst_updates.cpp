@@ -313,7 +313,7 @@ void TestUpdates::preferences()
 {
     Feed feed;
     feed.answer = Feed::page(R"({"version": "1"})");
-    QPointer<PreferencesWindow> window = new PreferencesWindow(kLimits, nullptr);
+    QPointer<PreferencesWindow> window = new PreferencesWindow(kLimits, nullptr, nullptr);
     window->show();
     QVERIFY(QTest::qWaitForWindowActive(window));
     const auto popUp = [&window](const QString &name) {
