@@ -106,9 +106,13 @@ void BatchMenus::addRulesMenu(QMenuBar &bar)
     QMenu *add = menu->addMenu(tr("&Add"));
     for (std::size_t i = 0; i < kKinds.size(); ++i) {
         const QString kind = kKinds[i];
-        QAction *action =
-            add->addAction(Icons::icon(Icons::forIdentifier(kind)), Icons::kindName(kind), this,
-                           [this, kind] { m_rules.add(kind); });
+        QAction *action = add->addAction(Icons::icon(Icons::forIdentifier(kind)),
+                                         Icons::kindName(kind), this, [this, kind] {
+                                             // Where the keyboard stays when the rule's editor is
+                                             // closed.
+                                             m_parts.recipe.focusRecipe();
+                                             m_rules.add(kind);
+                                         });
         action->setShortcut(Qt::CTRL | kDigits[i]);
     }
     menu->addSeparator();
@@ -117,12 +121,19 @@ void BatchMenus::addRulesMenu(QMenuBar &bar)
         tr("&Edit Rule") + u'\t' + QKeySequence(Qt::Key_Return).toString(QKeySequence::NativeText),
         this, [this] { m_rules.editSelected(); });
     m_moveLeft = menu->addAction(tr("Move &Left"), Qt::ALT | Qt::Key_Left, this,
-                                 [this] { m_rules.move(Way::Earlier); });
+                                 [this] { m_rules.move(wayToThe(Qt::Key_Left)); });
     m_moveRight = menu->addAction(tr("Move &Right"), Qt::ALT | Qt::Key_Right, this,
-                                  [this] { m_rules.move(Way::Later); });
+                                  [this] { m_rules.move(wayToThe(Qt::Key_Right)); });
     menu->addSeparator();
     menu->addAction(tr("E&xtension..."), Qt::CTRL | Qt::Key_E, &m_parts.editors,
                     &EditorPopovers::editExtension);
+}
+
+/// A mirrored recipe begins at the right.
+Way BatchMenus::wayToThe(Qt::Key side) const
+{
+    const bool isMirrored = m_parts.recipe.layoutDirection() == Qt::RightToLeft;
+    return (side == Qt::Key_Left) != isMirrored ? Way::Earlier : Way::Later;
 }
 
 void BatchMenus::addBatchMenu(QMenuBar &bar)
@@ -206,7 +217,7 @@ void BatchMenus::update()
 {
     const TDocument &document = m_parts.document;
     m_savePreset->setEnabled(!document.ruleArray().empty());
-    m_cut->setEnabled(m_edit.canCopy());
+    m_cut->setEnabled(m_edit.canCut());
     m_copy->setEnabled(m_edit.canCopy());
     m_paste->setEnabled(m_edit.canPaste());
     m_delete->setText(m_edit.removeText());
@@ -216,8 +227,8 @@ void BatchMenus::update()
     m_find->setEnabled(hasFiles);
     m_view->setFiltersEnabled(hasFiles);
     m_editRule->setEnabled(m_rules.canEdit());
-    m_moveLeft->setEnabled(m_rules.canMove(Way::Earlier));
-    m_moveRight->setEnabled(m_rules.canMove(Way::Later));
+    m_moveLeft->setEnabled(m_rules.canMove(wayToThe(Qt::Key_Left)));
+    m_moveRight->setEnabled(m_rules.canMove(wayToThe(Qt::Key_Right)));
     m_sort->setEnabled(document.sourceObjectArray().size() > 1);
     m_liveUpdate->setChecked(document.liveUpdate());
     m_showLog->setEnabled(document.errorLog().has_value());

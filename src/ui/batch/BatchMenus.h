@@ -3,6 +3,7 @@
 
 #include "ui/batch/EditCommands.h"
 #include "ui/batch/FileCommands.h"
+#include "ui/tiles/RecipeCommands.h"
 
 #include <QAction>
 #include <QTimer>
@@ -37,6 +38,7 @@ private:
     void addRulesMenu(QMenuBar &bar);
     void addBatchMenu(QMenuBar &bar);
     void addHelpMenu(QMenuBar &bar);
+    RecipeCommands::Way wayToThe(Qt::Key side) const;
     void followDocument();
     void update();
 

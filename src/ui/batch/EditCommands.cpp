@@ -53,9 +53,14 @@ QWidget *EditCommands::textField() const
     return isText ? focus : nullptr;
 }
 
-bool EditCommands::canCopy() const
+bool EditCommands::canCut() const
 {
     return textField() != nullptr || (m_area == Area::Rules && m_rules.hasSelection());
+}
+
+bool EditCommands::canCopy() const
+{
+    return canCut() || (m_area == Area::Files && !m_parts.files.selectedRows().empty());
 }
 
 bool EditCommands::canPaste() const
@@ -79,7 +84,7 @@ QString EditCommands::removeText() const
 {
     if (textField() != nullptr || !canRemove())
         return tr("&Delete");
-    return m_area == Area::Rules ? tr("&Delete from Recipe") : tr("&Delete from List");
+    return m_area == Area::Rules ? tr("&Delete from Recipe") : tr("Re&move from List");
 }
 
 bool EditCommands::canSelectAll() const
@@ -95,7 +100,7 @@ void EditCommands::cut()
 {
     if (QWidget *field = textField())
         QMetaObject::invokeMethod(field, "cut");
-    else if (canCopy())
+    else if (canCut())
         m_rules.cut();
 }
 
@@ -103,8 +108,10 @@ void EditCommands::copy()
 {
     if (QWidget *field = textField())
         QMetaObject::invokeMethod(field, "copy");
-    else if (canCopy())
+    else if (canCut())
         m_rules.copy();
+    else if (canCopy())
+        m_parts.files.copyNames();
 }
 
 void EditCommands::paste()

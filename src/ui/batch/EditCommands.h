@@ -17,6 +17,8 @@ class EditCommands : public QObject
 public:
     EditCommands(const BatchParts &parts, QObject *parent);
 
+    bool canCut() const;
+    /// Of files, their names.
     bool canCopy() const;
     bool canPaste() const;
     bool canRemove() const;

@@ -2,6 +2,7 @@
 #include "ui/batch/ViewMenu.h"
 
 #include "settings/UserDefaults.h"
+#include "ui/batch/GoToMenu.h"
 #include "ui/controls/PillButton.h"
 #include "ui/controls/Theme.h"
 #include "ui/inspector/InspectorDock.h"
@@ -42,6 +43,7 @@ ViewMenu::ViewMenu(const BatchParts &parts, QWidget *parent)
 {
     addMenu(parts.files.columnsMenu())->setText(tr("&Columns"));
     addFilters(parts.files);
+    addMenu(new GoToMenu(parts, this));
     addSeparator();
     QAction *inspector = parts.inspector.toggleViewAction();
     inspector->setText(tr("Metadata &Inspector"));

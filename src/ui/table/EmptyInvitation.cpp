@@ -39,6 +39,7 @@ EmptyInvitation::EmptyInvitation(TDocument &document, QWidget *parent)
     font.setWeight(QFont::Medium);
     title->setFont(font);
     auto *files = new QPushButton(tr("Add Files..."), this);
+    m_files = files;
     auto *folder = new QPushButton(tr("Add Folder..."), this);
     connect(files, &QPushButton::clicked, this, &EmptyInvitation::addFilesRequested);
     connect(folder, &QPushButton::clicked, this, &EmptyInvitation::addFoldersRequested);
@@ -57,6 +58,11 @@ EmptyInvitation::EmptyInvitation(TDocument &document, QWidget *parent)
     layout->addWidget(title, 0, Qt::AlignHCenter);
     layout->addLayout(buttons);
     layout->addStretch(5);
+}
+
+void EmptyInvitation::takeFocus()
+{
+    m_files->setFocus(Qt::OtherFocusReason);
 }
 
 QSize EmptyInvitation::minimumSizeHint() const

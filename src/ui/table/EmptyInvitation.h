@@ -15,6 +15,8 @@ public:
     /// The document outlives the invitation.
     explicit EmptyInvitation(TDocument &document, QWidget *parent = nullptr);
 
+    /// Gives the keyboard to the first of the buttons.
+    void takeFocus();
     /// Without the drawing, which gives way where there is no room for it.
     QSize minimumSizeHint() const override;
     QSize sizeHint() const override { return minimumSizeHint(); }
@@ -35,6 +37,7 @@ private:
     void setHighlighted(bool highlighted);
 
     TDocument &m_document;
-    QWidget *m_drawing; ///< keeps the place of the drawing in the layout
+    QWidget *m_drawing;         ///< keeps the place of the drawing in the layout
+    QWidget *m_files = nullptr; ///< the first button
     bool m_isHighlighted = false;
 };

@@ -22,5 +22,6 @@ FileMenu::FileMenu(bool hasProblems, QWidget *parent)
     add("copy"_L1, tr("&Copy Name"), &FileMenu::copyNameChosen)->setShortcut(QKeySequence::Copy);
     add("copy"_L1, tr("Copy &New Name"), &FileMenu::copyNewNameChosen);
     addSeparator();
-    add("remove"_L1, tr("&Remove"), &FileMenu::removeChosen)->setShortcut(QKeySequence::Delete);
+    add("remove"_L1, tr("&Remove from List"), &FileMenu::removeChosen)
+        ->setShortcut(QKeySequence::Delete);
 }

@@ -177,13 +177,18 @@ void FilePane::Private::followFilters()
 void FilePane::Private::showTableOrInvitation()
 {
     const bool isEmpty = document.sourceObjectArray().empty();
+    const bool hadFocus = pane.isAncestorOf(pane.window()->focusWidget());
+    if (isEmpty) { // what comes next is neither to be hidden nor to be found by what is past
+        filters->chooseAll();
+        filters->clearSearch();
+    }
     filters->setVisible(!isEmpty);
-    if (isEmpty)
-        filters->chooseAll(); // the next files are not to be hidden
     // A page that is not shown asks for no room.
     const auto policy = isEmpty ? QSizePolicy::Preferred : QSizePolicy::Ignored;
     invitation->setSizePolicy(policy, policy);
     pages->setCurrentWidget(isEmpty ? static_cast<QWidget *>(invitation) : tablePage);
+    if (isEmpty && hadFocus)
+        invitation->takeFocus();
 }
 
 void FilePane::Private::showCounts()
@@ -294,6 +299,11 @@ void FilePane::removeSelected()
     m_private->table->removeSelected();
 }
 
+void FilePane::copyNames() const
+{
+    m_private->copyNames(&Private::oldName);
+}
+
 std::shared_ptr<TFileObject> FilePane::currentFile() const
 {
     const QModelIndex index = m_private->table->currentIndex();
@@ -307,6 +317,14 @@ void FilePane::focusTable()
 {
     if (!m_private->isSearching)
         m_private->table->setFocus(Qt::OtherFocusReason);
+}
+
+void FilePane::takeFocus()
+{
+    if (m_private->document.sourceObjectArray().empty())
+        m_private->invitation->takeFocus();
+    else
+        focusTable();
 }
 
 const QWidget &FilePane::table() const

@@ -26,9 +26,13 @@ public:
     void selectRows(const std::vector<qsizetype> &rows);
     void selectAllFiles();
     void removeSelected();
+    /// To the clipboard: the present names of the selected files, one on a line.
+    void copyNames() const;
     /// The file under the keyboard's cursor; null when there is none.
     std::shared_ptr<TFileObject> currentFile() const;
     void focusTable();
+    /// Gives the keyboard to the table, or to the invitation in its place.
+    void takeFocus();
     const QWidget &table() const;
     QLineEdit *searchField() const;
     /// The buttons that choose which files are shown.

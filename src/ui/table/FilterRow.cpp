@@ -61,9 +61,12 @@ FilterRow::FilterRow(QWidget *parent)
         pills->addWidget(pill);
     }
     m_pills[0]->setChecked(true);
+    followChecked();
     connect(group, &QButtonGroup::idToggled, this, [this](int id, bool isOn) {
-        if (isOn)
-            Q_EMIT filterChosen(static_cast<Filter>(id));
+        if (!isOn)
+            return;
+        followChecked();
+        Q_EMIT filterChosen(static_cast<Filter>(id));
     });
     pills->addStretch();
     m_tools->addStretch();
@@ -93,6 +96,20 @@ void FilterRow::setCount(Filter filter, qint64 count)
 void FilterRow::chooseAll()
 {
     m_pills[0]->setChecked(true);
+}
+
+void FilterRow::clearSearch()
+{
+    m_search->clear();
+    m_searched.clear();
+    m_pause.stop();
+}
+
+/// The tabulator stops at the chosen filter only; the arrow keys go to the others.
+void FilterRow::followChecked()
+{
+    for (PillButton *pill : m_pills)
+        pill->setFocusPolicy(pill->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
 void FilterRow::setRemark(const QString &remark)

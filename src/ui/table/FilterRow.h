@@ -26,6 +26,8 @@ public:
     QList<PillButton *> filters() const { return {m_pills.begin(), m_pills.end()}; }
     void setCount(Filter filter, qint64 count);
     void chooseAll();
+    /// Without telling anyone.
+    void clearSearch();
     /// What became of the search, beside its field; empty when it found something.
     void setRemark(const QString &remark);
     /// Something of the window's own, before the search field; the row owns it.
@@ -46,6 +48,7 @@ protected:
 
 private:
     void searchNow();
+    void followChecked();
     void followFont();
 
     QBoxLayout *m_tools;

@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 
 #include <memory>
 #include <utility>
@@ -20,6 +21,8 @@ constexpr int kIconSize = 48;
 constexpr qsizetype kMostTitle = 100;
 constexpr qsizetype kMostText = 500;
 constexpr qsizetype kMostNote = 240;
+/// Milliseconds between two presses of a key that is held down.
+constexpr qint64 kLongestRepeat = 1000;
 
 /// Button texts are words, not mnemonics.
 QString buttonText(QString text)
@@ -62,6 +65,23 @@ QuestionDialog::QuestionDialog(const TDialogHost::Question &question,
     top->addLayout(makeTexts(question), 1);
     layout->addLayout(makeButtons(buttonsOf(question)));
     layout->setSizeConstraint(QLayout::SetFixedSize);
+    if (m_escapeButton == 0 && question.buttons.size() > 1)
+        addKeyToGoAhead();
+}
+
+/// Return alone cancels what is better thought over. The key that led here may still be down, and
+/// not every desktop tells a key that repeats itself from one that is pressed again.
+void QuestionDialog::addKeyToGoAhead()
+{
+    m_quiet.start();
+    for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto *shortcut = new QShortcut(Qt::CTRL | key, this);
+        shortcut->setAutoRepeat(false);
+        connect(shortcut, &QShortcut::activated, this, [this] {
+            if (m_quiet.restart() >= kLongestRepeat)
+                answer(1);
+        });
+    }
 }
 
 QStringList QuestionDialog::buttonsOf(const TDialogHost::Question &question) const
@@ -90,6 +110,9 @@ QLayout *QuestionDialog::makeButtons(const QStringList &texts)
         auto *button = new QPushButton(buttonText(texts[i]), this);
         connect(button, &QPushButton::clicked, this, [this, i] { answer(i); });
         button->setDefault(i == 0);
+        if (i == 1 && m_escapeButton == 0)
+            button->setToolTip(
+                QKeySequence(Qt::CTRL | Qt::Key_Return).toString(QKeySequence::NativeText));
         row->addWidget(button);
         if (i == 0)
             button->setFocus();

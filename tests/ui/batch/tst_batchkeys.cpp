@@ -19,6 +19,11 @@ private Q_SLOTS:
     void recipeByKeys();
     void filesMoveByKeys();
     void tabGoesRound();
+    void onlyTheChosenFilterIsATabStop();
+    void areasByKeys();
+    void newRulesHaveTheKeyboard();
+    void mirroredRecipesMoveTheirWay();
+    void emptiedBatchesBeginAnew();
     void deleteMeansWhatHasTheKeyboard();
     void textFieldsKeepTheirKeys();
     void escapeEndsWork();
@@ -35,7 +40,9 @@ void TestBatchKeys::commandsAndKeys()
         u"Test Run: F5|Show Test Run Log: Shift+F5|Read Missing Metadata: |Cancel: |"
         u"Rename: Ctrl+Return|Roll Back This Run: |"
         u"Roll Back an Earlier Run...: |Folder Access...: |Metadata Inspector: Ctrl+I|"
-        u"Dark: |Full Screen: F11|Tavrin Help: F1|Regular Expressions: |Keys: |Welcome: |"
+        u"Name Elements: Alt+1|Recipe: Alt+2|List of Files: Alt+3|Next Area: F6|"
+        u"Previous Area: Shift+F6|Dark: |Full Screen: F11|Tavrin Help: F1|Regular Expressions: "
+        u"|Keys: |Welcome: |"
         u"Check for Updates...: |About Tavrin: "_s);
     const QStringList expected = all.split(u'|');
     const BatchFixture batch;
@@ -82,6 +89,10 @@ void TestBatchKeys::enabledCommands_data()
     QTest::newRow("files") << 2 << 0 << u"files"_s
                            << rules + QStringList{u"Redo"_s, u"Roll Back This Run"_s, u"Delete"_s,
                                                   u"Save Preset..."_s};
+    QTest::newRow("selected files")
+        << 2 << 0 << u"selection"_s
+        << QStringList{u"Cut"_s,  u"Edit Rule"_s,          u"Move Left"_s,     u"Move Right"_s,
+                       u"Redo"_s, u"Roll Back This Run"_s, u"Save Preset..."_s};
     QTest::newRow("a selected rule")
         << 0 << 1 << u"rules"_s
         << QStringList{u"Redo"_s, u"Roll Back This Run"_s, u"Move Left"_s, u"Move Right"_s} +
@@ -108,6 +119,8 @@ void TestBatchKeys::enabledCommands()
         batch.document().addRules({textRule(QString::number(i))}, i);
     if (focus == "rules"_L1)
         batch.recipe().focusRecipe();
+    else if (focus == "selection"_L1)
+        batch.files().selectAllFiles();
     else if (focus == "search"_L1)
         batch.key(Qt::Key_F, Qt::ControlModifier);
     QApplication::clipboard()->clear();
@@ -190,6 +203,97 @@ void TestBatchKeys::tabGoesRound()
                                  u"Text"_s}));
 }
 
+void TestBatchKeys::onlyTheChosenFilterIsATabStop()
+{
+    const BatchFixture batch({u"a.txt"_s, u"b.txt"_s});
+    const auto before = [&] {
+        batch.key(Qt::Key_F, Qt::ControlModifier);
+        batch.key(Qt::Key_Backtab, Qt::ShiftModifier);
+        batch.key(Qt::Key_Backtab, Qt::ShiftModifier);
+        return QApplication::focusWidget()->accessibleName().section(u' ', 0, 0);
+    };
+    QCOMPARE(before(), u"All"_s);
+    batch.command(u"Filter"_s).menu()->actions().constLast()->trigger();
+    QCOMPARE(before(), u"Problems"_s);
+}
+
+void TestBatchKeys::areasByKeys()
+{
+    const BatchFixture batch({u"a.txt"_s});
+    batch.document().addRules({textRule(u"rule"_s)}, 0);
+    QVERIFY(batch.settle());
+    batch.files().focusTable();
+    QStringList areas;
+    const auto step = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+        batch.key(key, modifiers);
+        QTest::qWait(1); // the keyboard follows with the next turn of the event loop
+        const QWidget *const now = QApplication::focusWidget();
+        areas += now == &batch.files().table() ? u"list"_s : now->accessibleName();
+    };
+    for (int i = 0; i < 3; ++i)
+        step(Qt::Key_F6);
+    for (int i = 0; i < 3; ++i)
+        step(Qt::Key_F6, Qt::ShiftModifier);
+    QCOMPARE(areas, QStringList({u"Text"_s, u"Text: rule"_s, u"list"_s, u"Text: rule"_s, u"Text"_s,
+                                 u"list"_s}));
+    areas.clear();
+    step(Qt::Key_2, Qt::AltModifier);
+    batch.key(Qt::Key_Return); // its editor does not stay behind
+    step(Qt::Key_3, Qt::AltModifier);
+    QCOMPARE(batch.popover(), nullptr);
+    batch.document().removeFiles({0});
+    step(Qt::Key_1, Qt::AltModifier);
+    step(Qt::Key_3, Qt::AltModifier);
+    QCOMPARE(areas.mid(1, 2), QStringList({u"list"_s, u"Text"_s}));
+    QCOMPARE(QApplication::focusWidget(), WindowTools::button(*batch.window, u"Add Files..."_s));
+}
+
+void TestBatchKeys::newRulesHaveTheKeyboard()
+{
+    const BatchFixture batch({u"a.txt"_s});
+    batch.files().focusTable();
+    batch.key(Qt::Key_3, Qt::ControlModifier);
+    batch.key(Qt::Key_3, Qt::ControlModifier); // while the first one is being edited
+    QVERIFY(batch.popover() != nullptr);
+    batch.key(Qt::Key_Escape);
+    QCOMPARE(batch.popover(), nullptr);
+    batch.key(Qt::Key_Delete);
+    QCOMPARE(batch.rules().size(), 1);
+    batch.key(Qt::Key_Return);
+    QVERIFY(batch.popover() != nullptr);
+}
+
+void TestBatchKeys::mirroredRecipesMoveTheirWay()
+{
+    const BatchFixture batch;
+    batch.document().addRules({textRule(u"b"_s), textRule(u"a"_s)}, 0);
+    batch.window->setLayoutDirection(Qt::RightToLeft);
+    batch.recipe().focusRecipe(); // at the first one, which is at the right
+    batch.key(Qt::Key_Home);
+    QVERIFY(batch.settle());
+    QVERIFY(!batch.command(u"Move Right"_s).isEnabled());
+    batch.command(u"Move Left"_s).trigger();
+    QCOMPARE(batch.document().ruleArray().back()->name(), u"b"_s);
+    QVERIFY(batch.settle());
+    QVERIFY(!batch.command(u"Move Left"_s).isEnabled());
+    batch.command(u"Move Right"_s).trigger();
+    QCOMPARE(batch.document().ruleArray().front()->name(), u"b"_s);
+}
+
+/// What was looked for in files that have gone is not looked for in the next ones.
+void TestBatchKeys::emptiedBatchesBeginAnew()
+{
+    const BatchFixture batch({u"a.txt"_s, u"b.txt"_s});
+    batch.key(Qt::Key_F, Qt::ControlModifier);
+    batch.type(u"b"_s);
+    batch.key(Qt::Key_Return);
+    batch.files().selectAllFiles();
+    batch.key(Qt::Key_Delete);
+    QCOMPARE(batch.document().sourceObjectArray().size(), 0U);
+    QCOMPARE(batch.files().searchField()->text(), QString());
+    QCOMPARE(QApplication::focusWidget(), WindowTools::button(*batch.window, u"Add Files..."_s));
+}
+
 /// Who has moved on to a button or a list of problems does not look at what is selected behind it.
 void TestBatchKeys::deleteMeansWhatHasTheKeyboard()
 {
@@ -216,7 +320,9 @@ void TestBatchKeys::deleteMeansWhatHasTheKeyboard()
     QCOMPARE(batch.rules().size(), 2);
     batch.files().focusTable();
     QVERIFY(batch.settle());
-    batch.command(u"Delete from List"_s).trigger();
+    batch.command(u"Copy"_s).trigger();
+    QCOMPARE(QApplication::clipboard()->text(), u"a.txt\nb.txt"_s);
+    batch.command(u"Remove from List"_s).trigger();
     QCOMPARE(batch.document().sourceObjectArray().size(), 0U);
     batch.recipe().selectAllRules();
     QVERIFY(batch.settle());

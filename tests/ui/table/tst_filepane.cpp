@@ -438,7 +438,7 @@ void TestFilePane::contextMenu()
     trigger(u"Reveal in File Manager"_s);
     QDesktopServices::unsetUrlHandler(u"file"_s);
     QCOMPARE(desktop.opened, QList({QUrl::fromLocalFile(shown.batch.tree.path(u"in/"_s))}));
-    trigger(u"Remove"_s);
+    trigger(u"Remove from List"_s);
     QVERIFY(shown.names().isEmpty());
 }
 

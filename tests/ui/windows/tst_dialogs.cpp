@@ -86,6 +86,8 @@ void TestDialogs::answers_data()
     QTest::newRow("second button") << drill << u"click 1"_s << 1;
     QTest::newRow("third button, with its sign") << keep << u"click 2"_s << 2;
     QTest::newRow("Return takes the first") << drill << u"return"_s << 0;
+    QTest::newRow("Ctrl+Return goes ahead") << drill << u"wait,go"_s << 1;
+    QTest::newRow("but not while it may be held down") << drill << u"go,escape"_s << 0;
     QTest::newRow("Tab and Return take the second") << keep << u"tab,return"_s << 1;
     QTest::newRow("Escape is Cancel") << drill << u"escape"_s << 0;
     QTest::newRow("Escape without Cancel") << keep << u"escape"_s << -1;
@@ -115,6 +117,10 @@ void TestDialogs::answers()
             dialog->close();
         else if (step == "destroy"_L1)
             window.reset();
+        else if (step == "wait"_L1)
+            QTest::qWait(1100); // longer than a key takes to repeat itself
+        else if (step == "go"_L1)
+            QTest::keyClick(dialog->windowHandle(), Qt::Key_Return, Qt::ControlModifier);
         else
             QTest::keyClick(dialog->focusWidget(), step == "return"_L1 ? Qt::Key_Return
                                                    : step == "tab"_L1  ? Qt::Key_Tab
