@@ -124,8 +124,6 @@ void offer(QListView *list, const QString &text, QKeySequence::StandardKey key,
     list->addAction(action);
 }
 
-} // namespace
-
 /// Of the widest text among the first ones.
 int textWidth(const TErrorLog &log, const QFontMetrics &metrics)
 {
@@ -138,6 +136,8 @@ int textWidth(const TErrorLog &log, const QFontMetrics &metrics)
     }
     return width;
 }
+
+} // namespace
 
 /// The rows of a short list are as high as their wrapped texts; those of a long one have one line,
 /// since all would have to be measured first.
