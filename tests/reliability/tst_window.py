@@ -34,12 +34,12 @@ class Window:
 
     def confirm(self):
         """Goes as far as the question, for which the plan is made, and answers it."""
-        activate("Tavrin 10", "that is to rename")
+        batch = activate("Tavrin 10", "that is to rename")
 
         def asked():
             press("ctrl+Return")
             for _ in range(100):
-                if self.records(".journal"):
+                if self.records(".plan") and xdotool("getactivewindow") not in ([], [batch]):
                     return True
                 time.sleep(0.1)
             press("Escape")  # too early, and another message has come
