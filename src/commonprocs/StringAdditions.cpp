@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "commonprocs/StringAdditions.h"
 
+#include "platform/Ascii.h"
+
 #include <QVarLengthArray>
 
 #include <unicode/uchar.h>
@@ -92,12 +94,6 @@ QString replacedIgnoringCase(const QString &string, const QString &needle,
         copied = position = end;
     }
     return found ? result.append(QStringView(string).sliced(copied)) : string;
-}
-
-bool isAscii(QStringView text)
-{
-    return std::all_of(text.utf16(), text.utf16() + text.size(),
-                       [](char16_t unit) { return unit < kFirstNonAscii; });
 }
 
 /// Runs one of ICU's case conversions in the root locale; a second round has the room that the
