@@ -80,8 +80,7 @@ QStringList Recipe::patternProblems() const
         for (const auto &pair : *rewrite->regArray())
             problems.append(patternProblem("RegExTag"_L1, pair->match, pair->replace));
     }
-    constexpr qint64 kRewrite = 4;
-    if (extensionHandler->handlingMethod() == kRewrite)
+    if (extensionHandler->handlingMethod() == TExtensionHandler::kRegEx)
         problems.append(patternProblem("extension"_L1, extensionHandler->regEx(),
                                        extensionHandler->rePattern()));
     problems.removeAll(QString());
@@ -89,13 +88,18 @@ QStringList Recipe::patternProblems() const
     return problems;
 }
 
+TStringTablePtr readTable(const QString &path, QString &problem)
+{
+    problem = reasonNotToRead(path);
+    return problem.isEmpty() ? rowsWithContentsOfCSVFile(path, &problem) : nullptr;
+}
+
 TResult<TRulePtr> makeRule(const WrittenRule &written)
 {
     QVariantMap settings = written.settings;
     if (!written.csvFile.isNull()) {
-        QString problem = reasonNotToRead(written.csvFile);
-        const TStringTablePtr table =
-            problem.isEmpty() ? rowsWithContentsOfCSVFile(written.csvFile, &problem) : nullptr;
+        QString problem;
+        const TStringTablePtr table = readTable(written.csvFile, problem);
         if (!table)
             return TResult<TRulePtr>::failure(
                 u"%1: %2: %3"_s.arg(written.kind->kind, written.csvFile, problem));

@@ -32,6 +32,8 @@ struct Recipe
     QStringList patternProblems() const;
 };
 
+/// The CSV file that a user named; null with the problem, which does not name the file.
+TStringTablePtr readTable(const QString &path, QString &problem);
 /// A rule as its kind and the settings say; reads the rule's CSV file, if it has one.
 TResult<TRulePtr> makeRule(const WrittenRule &written);
 void applyExtension(TExtensionHandler &handler, const WrittenExtension &written);

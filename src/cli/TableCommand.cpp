@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/TableCommand.h"
 
-#include "cli/WholeFile.h"
-#include "metadata/TCSVAggregator.h"
+#include "cli/Recipe.h"
 
 using namespace Qt::StringLiterals;
 
@@ -42,9 +41,8 @@ int TableCommand::run(const CommandLine &line)
     if (line.words().size() != 1)
         return usageError(u"give one CSV file"_s);
     const QString &path = line.words().first();
-    QString problem = reasonNotToRead(path);
-    const TStringTablePtr table =
-        problem.isEmpty() ? rowsWithContentsOfCSVFile(path, &problem) : nullptr;
+    QString problem;
+    const TStringTablePtr table = readTable(path, problem);
     JsonWriter json;
     if (!table) {
         console().message(u"%1: %2"_s.arg(path, problem));
