@@ -12,6 +12,23 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+void archiveAndRead(const TFileObject &entry, TFileObject &read)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    KeyedArchiver archiver(buffer);
+    archiver.appendObject(TFileObject::archiveClass(),
+                          [&](TEncoder &coder) { entry.encodeWithCoder(coder); });
+    QVERIFY(archiver.finish());
+    auto archive = KeyedUnarchiver::fromData(buffer.data());
+    QVERIFY2(archive, qPrintable(archive.message()));
+    archive.value().forEachObject([&](const TDecoder &coder) { read.initWithCoder(coder); });
+}
+
+} // namespace
+
 class TestRecords : public QObject
 {
     Q_OBJECT
@@ -146,16 +163,10 @@ private Q_SLOTS:
     void archivesHoldWhatIsSet()
     {
         const auto dummy = TFileObject::dummyObjectWithName(u"a"_s);
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        KeyedArchiver archiver(buffer);
-        archiver.appendObject(TFileObject::archiveClass(),
-                              [&](TEncoder &coder) { dummy->encodeWithCoder(coder); });
-        QVERIFY(archiver.finish());
-        auto archive = KeyedUnarchiver::fromData(buffer.data());
-        QVERIFY2(archive, qPrintable(archive.message()));
         TFileObject read;
-        archive.value().forEachObject([&](const TDecoder &coder) { read.initWithCoder(coder); });
+        archiveAndRead(*dummy, read);
+        if (QTest::currentTestFailed())
+            return;
         QCOMPARE(read.properties(), dummy->properties());
     }
 
@@ -211,16 +222,10 @@ private Q_SLOTS:
                  "fileName hasBeenProcessed icon imageProperties modificationDate parent size "
                  "sourceURL targetName targetURL thePath"_s);
 
-        QBuffer buffer;
-        buffer.open(QIODevice::WriteOnly);
-        KeyedArchiver archiver(buffer);
-        archiver.appendObject(TFileObject::archiveClass(),
-                              [&](TEncoder &coder) { entry->encodeWithCoder(coder); });
-        QVERIFY(archiver.finish());
-        auto archive = KeyedUnarchiver::fromData(buffer.data());
-        QVERIFY2(archive, qPrintable(archive.message()));
         TFileObject read;
-        archive.value().forEachObject([&](const TDecoder &coder) { read.initWithCoder(coder); });
+        archiveAndRead(*entry, read);
+        if (QTest::currentTestFailed())
+            return;
 
         QCOMPARE(read.thePath(), entry->thePath());
         QVERIFY(read.sourceURL() == entry->sourceURL());
