@@ -69,7 +69,6 @@ public:
     }
 
     TResult<QString> place(TDate date, bool keepOthers) const;
-    int placeAt(const QByteArray &path) const;
     void protect() const;
     void beginWriteback();
 

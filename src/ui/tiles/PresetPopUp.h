@@ -15,14 +15,12 @@ public:
     void setPresetNames(const QStringList &names);
     /// A recipe without rules cannot be saved.
     void setCanSave(bool canSave);
+    /// With no item lit: none has been chosen before.
+    void showPopup() override;
 
 Q_SIGNALS:
     /// As TDocument::rulePresetChosen counts them.
     void presetChosen(qsizetype index);
-
-public:
-    /// With no item lit: none has been chosen before.
-    void showPopup() override;
 
 protected:
     /// The title is no hint in an empty field.
